@@ -1,0 +1,74 @@
+#include "accumulate/accumulate.hpp"
+
+#include "accumulate/accumulate_data.hpp"
+#include "frame/companions.hpp"
+#include "frame/trap.hpp"
+
+namespace vqmath63 {
+namespace {
+
+constexpr Location kClassInitialize{"ztAnalyse - ztAccumulate", "Class_Initialize"};
+constexpr Location kInitAccumulate{"ztAnalyse - ztAccumulate", "InitAccumulate"};
+constexpr Location kAccumulate{"ztAnalyse - ztAccumulate", "Accumulate"};
+constexpr Location kClassTerminate{"ztAnalyse - ztAccumulate", "Class_Terminate"};
+
+}  // namespace
+
+ztAccumulate::ztAccumulate() {
+  trap(kClassInitialize, [&] {
+    bool ok = false;
+    InitAccumulate(ok);
+  });
+}
+
+ztAccumulate::~ztAccumulate() {
+  trap_at_end(kClassTerminate, [&] {
+    bool ok = false;
+    InitAccumulate(ok);
+  });
+}
+
+void ztAccumulate::InitAccumulate(bool& qOK) {
+  trap(kInitAccumulate, [&] {
+    qOK = false;
+    start_date_ = now();
+    start_data_ = now();
+    period_ = "Month";
+    frequency_ = 1;
+    reserved_ = 2;
+    silent_ = false;
+    rates_ = true;
+    rate_array_supplied_ = false;
+    rate_array_.redim(1, 1);
+    data_period_ = "day";
+    accumulate_index_ = 1;
+    qOK = true;
+  });
+}
+
+void ztAccumulate::put_RateArray(Array1<Boolean>& value) {
+  rate_array_ = value;
+  rate_array_supplied_ = true;
+}
+
+void ztAccumulate::Accumulate(Array2<float>& dArr, Array2<float>& dAccumulate, bool& qOK) {
+  trap(kAccumulate, [&] {
+    qOK = false;
+    std::int32_t columns = dArr.columns().upper;
+    bool ok = false;
+    if (!rate_array_supplied_) {
+      bool flag_a = true;
+      bool flag_b = true;
+      array_tools()->InitialiseFlagArray(columns, flag_a, flag_b, rate_array_, ok);
+    }
+    constexpr std::int32_t kBackward = 4;
+    std::int32_t rule = kBackward;
+    std::int32_t spare = 0;
+    ok = false;
+    AccumulateData(dArr, rate_array_, accumulate_index_, data_period_, frequency_, period_,
+                   start_date_, start_data_, dAccumulate, ok, rule, spare);
+    qOK = ok;
+  });
+}
+
+}  // namespace vqmath63

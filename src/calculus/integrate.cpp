@@ -1,0 +1,42 @@
+#include "calculus/integrate.hpp"
+
+#include "calculus/integration.hpp"
+#include "frame/trap.hpp"
+
+namespace vqmath63 {
+namespace {
+
+constexpr Location kClassInitialize{"ztAnalyse - ztIntegrate", "Class_Initialize"};
+constexpr Location kInitIntegrate{"ztAnalyse - ztIntegrate", "InitIntegrate"};
+constexpr Location kIntegral{"ztAnalyse - ztIntegrate", "Integral"};
+
+}  // namespace
+
+ztIntegrate::ztIntegrate() {
+  trap(kClassInitialize, [&] { InitIntegrate(); });
+}
+
+void ztIntegrate::InitIntegrate() {
+  trap(kInitIntegrate, [&] { rule_ = 1; });
+}
+
+std::int32_t ztIntegrate::IntegerationRule() {
+  // Hosts know this getter as one that answers 0 whatever the rule is.
+  put_IntegrationRule(rule_);
+  return 0;
+}
+
+void ztIntegrate::put_IntegrationRule(std::int32_t& rule) { rule_ = rule; }
+
+float ztIntegrate::Integral(Array1<float>& xVals, Array1<float>& yVals) {
+  return trap<float>(kIntegral, [&](float& result) {
+    switch (rule_) {
+      case 2: result = Simpson(xVals, yVals); break;
+      case 3: result = Forward(xVals, yVals); break;
+      case 4: result = Backward(xVals, yVals); break;
+      default: result = Trapezoidal(xVals, yVals); break;
+    }
+  });
+}
+
+}  // namespace vqmath63

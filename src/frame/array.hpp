@@ -1,0 +1,253 @@
+// Arrays with lower and upper bounds that own their elements or borrow the caller's.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <utility>
+
+#include "frame/fault.hpp"
+
+namespace vqmath63 {
+
+/// A Boolean element as automation arrays store it: 16 bits, True is -1.
+struct Boolean {
+  std::int16_t stored = 0;
+  constexpr Boolean() = default;
+  constexpr Boolean(bool value) : stored(value ? -1 : 0) {}  // NOLINT: stands for a bool
+  constexpr operator bool() const { return stored != 0; }    // NOLINT: stands for a bool
+};
+
+/// Inclusive bounds of one dimension. `upper` is `lower - 1` in a dimension without elements.
+struct Bounds {
+  std::int32_t lower = 1;
+  std::int32_t upper = 0;
+  constexpr std::int64_t count() const { return std::int64_t{upper} - lower + 1; }
+  constexpr bool contains(std::int64_t i) const { return i >= lower && i <= upper; }
+  friend constexpr bool operator==(const Bounds&, const Bounds&) = default;
+};
+
+/// What a borrowed array may do when a routine re-dimensions it.
+enum class Resizing {
+  kAllowed,  ///< the array gets elements of its own; the lender looks at was_resized() afterwards
+  kRefused   ///< fault 10: the lender holds the array fixed
+};
+
+/// Storage shared by the one- and two-dimensional arrays: elements in one run, first index fastest.
+///
+/// An array is unallocated (asking for a bound is fault 9), borrows the elements of a caller, or
+/// owns its elements. Elements are written in place; re-dimensioning gives the array elements of
+/// its own and never touches the lender's.
+template <class T, std::size_t kRank>
+class BoundedArray {
+ public:
+  using value_type = T;
+
+  BoundedArray() = default;
+  BoundedArray(BoundedArray&& other) noexcept { swap(other); }
+  /// Assignment re-dimensions: fault 10 for an array that its lender holds fixed.
+  BoundedArray& operator=(BoundedArray&& other) {
+    refuse_if_fixed();
+    BoundedArray taken(std::move(other));
+    swap(taken);
+    return *this;
+  }
+  /// A copy owns its elements, whether or not the source does.
+  BoundedArray(const BoundedArray& other) { copy_from(other); }
+  BoundedArray& operator=(const BoundedArray& other) {
+    if (this != &other) *this = BoundedArray(other);
+    return *this;
+  }
+  ~BoundedArray() = default;
+
+  bool allocated() const { return allocated_; }
+  /// True once a borrowed array has been re-dimensioned, erased or assigned to: its elements are
+  /// its own now.
+  bool was_resized() const { return resized_; }
+
+  /// Number of elements in all; 0 when unallocated.
+  std::size_t size() const { return size_; }
+  T* data() { return data_; }
+  const T* data() const { return data_; }
+  std::span<const T> elements() const { return {data_, size_}; }
+
+  /// Releases the elements: the array is unallocated afterwards.
+  void erase() {
+    refuse_if_fixed();
+    BoundedArray none;
+    none.resized_ = true;
+    swap(none);
+  }
+
+ protected:
+  using Dimensions = std::array<Bounds, kRank>;
+
+  BoundedArray(T* first, const Dimensions& dims, Resizing resizing)
+      : data_(first), size_(total(dims)), dims_(dims), allocated_(true), resizing_(resizing) {}
+
+  const Bounds& dimension(std::size_t d) const {
+    if (!allocated_) raise_fault(ErrorNumber::kSubscript);
+    return dims_[d];
+  }
+
+  /// Fresh elements, all zero. Fault 9 for a dimension without elements, 7 when memory ends.
+  void allocate(const Dimensions& dims) {
+    refuse_if_fixed();
+    for (const Bounds& d : dims) {
+      if (d.count() < 1) raise_fault(ErrorNumber::kSubscript);
+    }
+    const std::size_t count = total(dims);
+    if (owned_ && count <= capacity_) {  // a buffer re-dimensioned in a loop costs no allocation
+      std::fill_n(owned_.get(), count, T{});
+    } else {
+      owned_ = std::make_unique<T[]>(count);
+      capacity_ = count;
+    }
+    data_ = owned_.get();
+    size_ = count;
+    dims_ = dims;
+    allocated_ = true;
+    resized_ = true;
+  }
+
+  bool owns() const { return owned_ != nullptr; }
+  void swap(BoundedArray& other) noexcept {
+    std::swap(data_, other.data_);
+    std::swap(size_, other.size_);
+    std::swap(capacity_, other.capacity_);
+    std::swap(dims_, other.dims_);
+    std::swap(owned_, other.owned_);
+    std::swap(allocated_, other.allocated_);
+    std::swap(resized_, other.resized_);
+    std::swap(resizing_, other.resizing_);
+  }
+  void refuse_if_fixed() const {
+    if (resizing_ == Resizing::kRefused) raise_fault(ErrorNumber::kArrayLocked);
+  }
+
+ private:
+  static std::size_t total(const Dimensions& dims) {
+    constexpr std::int64_t kMost = std::int64_t{1} << 31;
+    std::int64_t count = 1;
+    for (const Bounds& d : dims) {
+      const std::int64_t n = std::max<std::int64_t>(d.count(), 0);
+      if (n != 0 && count > kMost / n) raise_fault(ErrorNumber::kOutOfMemory);
+      count *= n;
+    }
+    return static_cast<std::size_t>(count);
+  }
+  void copy_from(const BoundedArray& other) {
+    resized_ = true;  // what is copied over a borrowed array has to go back to the lender
+    if (!other.allocated_) return;
+    owned_ = std::make_unique<T[]>(other.size_);
+    std::copy_n(other.data_, other.size_, owned_.get());
+    data_ = owned_.get();
+    size_ = capacity_ = other.size_;
+    dims_ = other.dims_;
+    allocated_ = true;
+  }
+
+  T* data_ = nullptr;
+  std::size_t size_ = 0;
+  std::size_t capacity_ = 0;
+  Dimensions dims_{};
+  std::unique_ptr<T[]> owned_;
+  bool allocated_ = false;
+  bool resized_ = false;
+  Resizing resizing_ = Resizing::kAllowed;
+};
+
+/// A one-dimensional array. Samples are addressed from index 1 up to upper(), whatever lower() is.
+template <class T>
+class Array1 : public BoundedArray<T, 1> {
+  using Base = BoundedArray<T, 1>;
+
+ public:
+  Array1() = default;
+  /// Owned elements lower .. upper, all zero.
+  Array1(std::int32_t lower, std::int32_t upper) { this->allocate({{{lower, upper}}}); }
+  /// Borrows `elements` as elements 1 to n.
+  explicit Array1(std::span<T> elements)
+      : Array1(elements.data(), {1, static_cast<std::int32_t>(elements.size())}) {}
+
+  /// Borrows the elements that start at `first`, with any bounds.
+  Array1(T* first, Bounds bounds, Resizing resizing = Resizing::kAllowed)
+      : Base(first, {{bounds}}, resizing) {}
+
+  /// Bounds; fault 9 when unallocated.
+  std::int32_t lower() const { return this->dimension(0).lower; }
+  std::int32_t upper() const { return this->dimension(0).upper; }
+
+  /// Element i; fault 9 outside the bounds.
+  T& operator()(std::int64_t i) { return this->data()[offset(i)]; }
+  const T& operator()(std::int64_t i) const { return this->data()[offset(i)]; }
+
+  /// True when every index first .. last is inside the bounds (an empty range always is).
+  bool covers(std::int64_t first, std::int64_t last) const {
+    if (first > last) return true;
+    if (!this->allocated()) return false;
+    const Bounds& b = this->dimension(0);
+    return b.contains(first) && b.contains(last);
+  }
+
+  /// New bounds, all elements zero.
+  void redim(std::int32_t lower, std::int32_t upper) { this->allocate({{{lower, upper}}}); }
+
+  /// A new upper bound, the elements that stay keep their values.
+  void redim_preserve(std::int32_t upper) {
+    const Bounds now = this->dimension(0);
+    this->refuse_if_fixed();
+    Array1 fresh(now.lower, upper);
+    const std::size_t kept = std::min(this->size(), fresh.size());
+    std::move(this->data(), this->data() + kept, fresh.data());
+    this->swap(fresh);
+  }
+
+ private:
+  std::size_t offset(std::int64_t i) const {
+    const Bounds& b = this->dimension(0);
+    if (!b.contains(i)) raise_fault(ErrorNumber::kSubscript);
+    return static_cast<std::size_t>(i - b.lower);
+  }
+};
+
+/// A two-dimensional array addressed (row, column); a column's rows lie side by side in memory.
+template <class T>
+class Array2 : public BoundedArray<T, 2> {
+  using Base = BoundedArray<T, 2>;
+
+ public:
+  Array2() = default;
+  /// Owned elements, all zero.
+  Array2(Bounds rows, Bounds columns) { this->allocate({{rows, columns}}); }
+
+  /// Borrows the elements that start at `first`, column after column.
+  Array2(T* first, Bounds rows, Bounds columns, Resizing resizing = Resizing::kAllowed)
+      : Base(first, {{rows, columns}}, resizing) {}
+
+  /// Bounds of the rows and of the columns; fault 9 when unallocated.
+  Bounds rows() const { return this->dimension(0); }
+  Bounds columns() const { return this->dimension(1); }
+
+  /// Element (row, column); fault 9 outside the bounds.
+  T& operator()(std::int64_t row, std::int64_t column) { return this->data()[offset(row, column)]; }
+  const T& operator()(std::int64_t row, std::int64_t column) const {
+    return this->data()[offset(row, column)];
+  }
+
+  /// New bounds, all elements zero.
+  void redim(Bounds rows, Bounds columns) { this->allocate({{rows, columns}}); }
+
+ private:
+  std::size_t offset(std::int64_t row, std::int64_t column) const {
+    const Bounds& r = this->dimension(0);
+    const Bounds& c = this->dimension(1);
+    if (!r.contains(row) || !c.contains(column)) raise_fault(ErrorNumber::kSubscript);
+    return static_cast<std::size_t>((column - c.lower) * r.count() + (row - r.lower));
+  }
+};
+
+}  // namespace vqmath63

@@ -1,0 +1,89 @@
+// Delivery of message lines to the host, the log file or standard error.
+#include "frame/error_handler.hpp"
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <utility>
+
+#include "frame/date.hpp"
+
+namespace vqmath63 {
+namespace {
+
+MessageCallback& message_callback() {
+  thread_local MessageCallback callback;
+  return callback;
+}
+
+bool deliver_to_host(const std::string& line, bool flag) {
+  const MessageCallback callback = message_callback();  // a copy: the call may replace the original
+  if (!callback) return false;
+  try {
+    callback(line, flag);
+    return true;
+  } catch (...) {  // the host did not take it
+    return false;
+  }
+}
+
+// "YYYY-MM-DD hh:mm:ss " of this moment.
+std::string time_stamp() {
+  const std::int64_t seconds = std::llround(now().value * 86400.0);
+  const CivilDate date = civil_from_days(seconds / 86400);
+  const int second = static_cast<int>(seconds % 86400);
+  char text[64];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d ", date.year, date.month,
+                date.day, second / 3600, second / 60 % 60, second % 60);
+  return text;
+}
+
+}  // namespace
+
+void set_message_callback(MessageCallback callback) {
+  message_callback() = std::move(callback);
+}
+
+void BuiltInErrorHandler::ReportError(std::string& message, bool& flag) {
+  if (deliver_to_host(message, flag)) return;
+  if (logging_ && !log_file_.empty() && append_to_log(message)) return;
+  std::fputs(message.c_str(), stderr);
+  std::fputc('\n', stderr);
+  std::fflush(stderr);
+}
+
+void BuiltInErrorHandler::SetLogToFile(bool& qLogToFile) {
+  logging_ = qLogToFile;
+}
+
+void BuiltInErrorHandler::SetLogFile(std::string& LOGFILE) {
+  if (LOGFILE != log_file_) session_begun_ = false;
+  log_file_ = LOGFILE;
+}
+
+void BuiltInErrorHandler::SetVersionText(std::string& version_text) {
+  if (version_text != version_text_) session_begun_ = false;
+  version_text_ = version_text;
+}
+
+bool BuiltInErrorHandler::append_to_log(const std::string& message) noexcept {
+  try {
+    const std::string stamp = time_stamp();
+    std::string text;
+    if (!session_begun_ && !version_text_.empty()) text += stamp + version_text_ + '\n';
+    text += stamp + message + '\n';
+    // Opened for each line, so that the file can be moved away or read at any time.
+    std::ofstream log(std::filesystem::path(std::u8string(log_file_.begin(), log_file_.end())),
+                      std::ios::app);
+    log << text << std::flush;
+    if (!log) return false;
+    session_begun_ = true;
+    return true;
+  } catch (...) {  // no such path, or no memory: the line has another way to go
+    return false;
+  }
+}
+
+}  // namespace vqmath63

@@ -1,0 +1,28 @@
+#include "info/common_globals.hpp"
+
+#include "frame/companions.hpp"
+#include "frame/trap.hpp"
+
+namespace vqmath63 {
+namespace {
+
+// Three blanks before the routine part, as hosts know this text.
+constexpr Location kCloseAll{"ztCommonClassVars", "CLOSEALLCOMMONGLOBALS", "   "};
+
+}  // namespace
+
+void CLOSEALLCOMMONGLOBALS(std::string& message) {
+  trap(kCloseAll, [&] {
+    CommonGlobals& globals = common_globals();
+    globals.CommonMaths.reset();
+    for (std::shared_ptr<void>& further : globals.Further) further.reset();
+    globals.ArrayTools.reset();
+    globals.DateTools.reset();
+    globals.LastFurther.reset();
+    bool flag = false;  // the one line that is neither an error nor the start-up line
+    error_handler()->ReportError(message, flag);
+    globals.ErrorHandler.reset();
+  });
+}
+
+}  // namespace vqmath63

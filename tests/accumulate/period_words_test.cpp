@@ -1,0 +1,46 @@
+// The vocabulary of period words and its table, loaded for the time of one check.
+#include "accumulate/period_words.hpp"
+
+#include "frame/companion_fixture.hpp"
+
+namespace vqmath63 {
+namespace {
+
+class PeriodWordsTest : public CompanionTest {};
+
+TEST_F(PeriodWordsTest, whole_words_in_any_case_are_known) {
+  const char* const known[] = {"minute",     "minutes",    "hour",   "hours",     "day",
+                               "days",       "week",       "weeks",  "month",     "months",
+                               "bi-monthly", "quarter",    "years",  "half-year", "half-years",
+                               "year",       "quarters",   "Month",  "MONTH",     "QUARTERS",
+                               "Half-Year",  "Bi-Monthly", "mInUtEs"};
+  const char* const unknown[] = {
+      "",         " ",         " month",      "month ",        "month\n",   "monthly",
+      "mont",     "fortnight", "bi-monthlys", "bi-monthlies",  "bimonthly", "half year",
+      "halfyear", "m",         "daily",       "month\xC3\xA4", "second",    "decade"};
+  for (std::string word : known) EXPECT_TRUE(CheckPeriod(word)) << word;
+  for (std::string word : unknown) EXPECT_FALSE(CheckPeriod(word)) << '"' << word << '"';
+  std::string zero_inside("month\0", 6);
+  EXPECT_FALSE(CheckPeriod(zero_inside));
+  std::string kept = "Weeks";
+  CheckPeriod(kept);
+  EXPECT_EQ(kept, "Weeks");
+  EXPECT_TRUE(lines.empty());
+}
+
+TEST_F(PeriodWordsTest, the_table_can_be_loaded_and_unloaded_any_number_of_times) {
+  for (const bool wanted : {true, true, false, false, true, false}) {
+    bool load = wanted;
+    bool ok = false;
+    SetAccumulatePeriods(load, ok);
+    EXPECT_TRUE(ok);
+    EXPECT_EQ(load, wanted);
+    std::string last = "years", other = "eon";
+    EXPECT_TRUE(CheckPeriod(last));  // on a loaded table and on none
+    EXPECT_FALSE(CheckPeriod(other));
+  }
+  EXPECT_TRUE(lines.empty());
+}
+
+}  // namespace
+}  // namespace vqmath63

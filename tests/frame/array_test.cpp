@@ -1,0 +1,86 @@
+// Bounds, borrowing and re-dimensioning of arrays.
+#include "frame/array.hpp"
+
+#include <limits>
+#include <numeric>
+
+#include "companion_fixture.hpp"
+
+namespace vqmath63 {
+namespace {
+
+using Values = std::vector<float>;
+constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
+
+TEST(Array1, an_unallocated_array_has_no_bounds_and_no_elements) {
+  Array1<float> none;
+  EXPECT_EQ(fault_of([&] { none.upper(); }), 9);
+  EXPECT_EQ(fault_of([&] { none(1) = 1; }), 9);
+  EXPECT_FALSE(none.covers(1, 1));
+}
+
+TEST(Array1, elements_are_those_between_the_bounds) {
+  for (const std::int32_t lower : {-3, 0, 1, 2}) {
+    Array1<std::int32_t> a(lower, 4);
+    std::iota(a.data(), a.data() + a.size(), lower);
+    EXPECT_EQ(a(lower), lower);
+    EXPECT_EQ(a(4), 4);
+    EXPECT_EQ(fault_of([&] { a(lower - 1); }), 9);
+    EXPECT_EQ(fault_of([&] { a(5); }), 9);
+    EXPECT_EQ(a.covers(1, 4), lower <= 1);
+  }
+  EXPECT_EQ(fault_of([] { Array1<float>(1, 0); }), 9);
+  EXPECT_EQ(fault_of([] { Array1<float>(-kMost, kMost); }), 7);
+}
+
+TEST(Array1, the_lender_sees_writes_but_no_resizing) {
+  Values lent{1, 2, 3};
+  Array1<float> a{std::span<float>(lent)};
+  a(2) = 20;
+  EXPECT_FALSE(a.was_resized());
+  a.redim_preserve(4);
+  a(1) = -1;
+  EXPECT_TRUE(a.was_resized());
+  EXPECT_EQ(contents(a), (Values{-1, 20, 3, 0}));
+  a.redim(0, 1);  // an owned buffer used again is zero again
+  EXPECT_EQ(contents(a), (Values{0, 0}));
+
+  const Array1<float> none;
+  Array1<float> assigned{std::span<float>(lent)};
+  const Array1<float> copy = assigned;
+  assigned = none;
+  EXPECT_TRUE(assigned.was_resized());
+  EXPECT_FALSE(assigned.allocated());
+  EXPECT_EQ(lent, (Values{1, 20, 3}));
+  lent[0] = 7;
+  EXPECT_EQ(copy(1), 1.0F);
+}
+
+TEST(Array1, a_fixed_array_refuses_every_resizing) {
+  float lent[3] = {1, 2, 3};
+  Array1<float> a(lent, {1, 3}, Resizing::kRefused);
+  EXPECT_EQ(fault_of([&] { a.redim(1, 2); }), 10);
+  EXPECT_EQ(fault_of([&] { a.redim_preserve(2); }), 10);
+  EXPECT_EQ(fault_of([&] { a.erase(); }), 10);
+  EXPECT_EQ(fault_of([&] { a = Array1<float>(1, 2); }), 10);
+  EXPECT_EQ(contents(a), (Values{1, 2, 3}));
+}
+
+TEST(Array2, rows_of_a_column_lie_side_by_side) {
+  float lent[] = {11, 21, 31, 12, 22, 32};
+  Array2<float> a(lent, {0, 2}, {1, 2});
+  EXPECT_EQ(a(2, 1), 31.0F);
+  EXPECT_EQ(a(0, 2), 12.0F);
+  EXPECT_EQ(fault_of([&] { a(3, 1); }), 9);  // a row too far is not the next column
+  EXPECT_EQ(fault_of([&] { a(0, 0); }), 9);
+}
+
+TEST(Boolean, true_is_minus_one_and_any_stored_bit_counts) {
+  EXPECT_EQ(Boolean(true).stored, -1);
+  Boolean odd;
+  odd.stored = 256;
+  EXPECT_TRUE(odd);
+}
+
+}  // namespace
+}  // namespace vqmath63

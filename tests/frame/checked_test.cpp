@@ -1,0 +1,114 @@
+// Checked arithmetic step by step, and speculation held against the checked run.
+#include "frame/checked.hpp"
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "companion_fixture.hpp"
+#include "frame/speculate.hpp"
+
+namespace vqmath63 {
+namespace {
+
+constexpr double kInf = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kMax = std::numeric_limits<double>::max();
+
+TEST(Checked, a_step_faults_only_when_it_raises_the_condition_itself) {
+  struct Row {
+    double a;
+    char op;
+    double b;
+    std::int32_t fault;
+    double value;  // 0 after a fault
+  } const rows[] = {
+      {1.5, '+', 2.25, 0, 3.75}, {kMax, '+', kMax, 6, 0},    {kInf, '+', 1, 0, kInf},
+      {kInf, '+', -kInf, 5, 0},  {kNaN, '+', kInf, 0, kNaN}, {1.5, '-', 2.25, 0, -0.75},
+      {kInf, '-', kInf, 5, 0},   {-kMax, '-', kMax, 6, 0},   {1, '-', kInf, 0, -kInf},
+      {3, '*', -0.5, 0, -1.5},   {kMax, '*', 2, 6, 0},       {0, '*', kInf, 5, 0},
+      {kInf, '*', -2, 0, -kInf}, {0, '*', kNaN, 0, kNaN},    {1e-300, '*', 1e-300, 0, 0},
+      {7, '/', 2, 0, 3.5},       {1, '/', 0, 11, 0},         {-1, '/', -0.0, 11, 0},
+      {0, '/', 0, 5, 0},         {kInf, '/', 0, 0, kInf},    {kInf, '/', kInf, 5, 0},
+      {1, '/', kInf, 0, 0},      {kMax, '/', 0.5, 6, 0},     {kNaN, '/', 0, 0, kNaN},
+  };
+  for (const auto& [a, op, b, fault, value] : rows) {
+    Double got;
+    const Double x = a;
+    const Double y = b;
+    const auto step = [&, op = op] {
+      got = op == '+' ? x + y : op == '-' ? x - y : op == '*' ? x * y : x / y;
+    };
+    EXPECT_EQ(fault_of(step), fault) << a << op << b;
+    EXPECT_TRUE(same(got.value(), value)) << a << op << b;
+  }
+}
+
+TEST(Checked, singles_are_worked_on_in_double_and_stored_with_one_rounding) {
+  const Single big = 3e38F;
+  EXPECT_EQ((big * big / big).value(), static_cast<double>(3e38F));  // no overflow before storing
+  EXPECT_EQ(fault_of([&] { [[maybe_unused]] Single stored = big + big; }), 6);
+  EXPECT_TRUE(std::isinf(to_single(kInf)));
+  EXPECT_EQ(to_single(1.0 + 0x1p-24), 1.0F);  // a tie goes to even
+}
+
+TEST(Checked, conversion_to_long_rounds_half_to_even) {
+  const std::pair<double, std::int32_t> rows[] = {
+      {0.5, 0}, {1.5, 2}, {2.5, 2}, {-1.5, -2}, {2.75, 3}, {2147483647.25, 2147483647}};
+  for (const auto& [value, want] : rows) EXPECT_EQ(to_long(value), want) << value;
+  for (const double bad : {2147483647.5, -2147483649.0, kNaN, -kInf}) {
+    EXPECT_EQ(fault_of([&] { to_long(bad); }), 6) << bad;
+  }
+}
+
+// The running sum of products as the library keeps it.
+struct SumOfProducts {
+  const Array1<float>& x;
+  const Array1<float>& y;
+  template <class Mode>
+  typename Mode::Single operator()(Mode) const {
+    const typename Mode::template Reader<float> at_x(x);
+    const typename Mode::template Reader<float> at_y(y);
+    typename Mode::Single sum;
+    for (std::int32_t i = 1; i <= x.upper(); ++i) sum = sum + at_x(i) * at_y(i);
+    return sum;
+  }
+};
+
+TEST(Speculate, agrees_with_the_checked_run_in_value_and_fault) {
+  std::mt19937 random(63);
+  const float rare[] = {3e38F, -3e38F, NAN, INFINITY, -INFINITY, 0.0F};
+  int finite = 0;
+  int flowed = 0;
+  int faults[12] = {};
+  for (int round = 0; round < 4000; ++round) {
+    const auto n = static_cast<std::int32_t>(random() % 12 + 1);
+    const auto ny = n - (random() % 40 == 0 ? 1 : 0);  // now and then y is too short
+    std::vector<float> xs(static_cast<std::size_t>(n));
+    std::vector<float> ys(static_cast<std::size_t>(ny));
+    for (auto* values : {&xs, &ys}) {
+      for (float& value : *values) {
+        value =
+            random() % 16 == 0 ? rare[random() % 6] : static_cast<float>(random() % 2000) - 1e3F;
+      }
+    }
+    const Array1<float> x{std::span<float>(xs)};
+    const Array1<float> y{std::span<float>(ys)};
+    const SumOfProducts loop{x, y};
+    float want = 0;
+    float got = 0;
+    const std::int32_t want_fault = fault_of([&] { want = loop(CheckedMode{}).value(); });
+    const std::int32_t got_fault = fault_of([&] { got = speculate(y.covers(1, n), loop); });
+    ASSERT_EQ(got_fault, want_fault) << "round " << round;
+    ASSERT_TRUE(same(got, want)) << "round " << round;
+    if (want_fault != 0) {
+      ++faults[want_fault];
+    } else {
+      ++(std::isfinite(want) ? finite : flowed);
+    }
+  }
+  for (const int count : {finite, flowed, faults[5], faults[6], faults[9]}) EXPECT_GT(count, 20);
+}
+
+}  // namespace
+}  // namespace vqmath63

@@ -1,0 +1,125 @@
+// Where message lines end up.
+#include "frame/error_handler.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <thread>
+
+#include "companion_fixture.hpp"
+
+namespace vqmath63 {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class ErrorHandlerTest : public ::testing::Test {
+ protected:
+  ErrorHandlerTest() {
+    const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
+    folder_ =
+        std::filesystem::path(::testing::TempDir()) / ("vqmath63_" + std::string(test->name()));
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_);
+    bool on = true;
+    sink.SetLogToFile(on);
+  }
+  ~ErrorHandlerTest() override {
+    set_message_callback({});
+    std::filesystem::remove_all(folder_);
+  }
+
+  // What standard error receives of one line.
+  std::string report(std::string line, bool flag = true) {
+    ::testing::internal::CaptureStderr();
+    sink.ReportError(line, flag);
+    return ::testing::internal::GetCapturedStderr();
+  }
+  std::filesystem::path log_to(const std::u8string& name) {
+    const std::filesystem::path path = folder_ / name;
+    const std::u8string text = path.u8string();
+    std::string utf8(text.begin(), text.end());
+    sink.SetLogFile(utf8);
+    return path;
+  }
+  void set_version(std::string text) { sink.SetVersionText(text); }
+
+  // The lines of a log behind their time stamps, whose form is checked.
+  static Lines logged(const std::filesystem::path& path) {
+    std::ifstream file(path);
+    Lines lines;
+    for (std::string line; std::getline(file, line);) {
+      std::replace_if(
+          line.begin(), line.begin() + std::min<std::ptrdiff_t>(20, std::ssize(line)),
+          [](char c) { return c >= '0' && c <= '9'; }, '#');
+      EXPECT_EQ(line.substr(0, 20), "####-##-## ##:##:## ");
+      lines.push_back(line.substr(20));
+    }
+    return lines;
+  }
+
+  BuiltInErrorHandler sink;
+  std::filesystem::path folder_;
+};
+
+TEST_F(ErrorHandlerTest, log_sessions_begin_with_the_version) {
+  const std::filesystem::path path = log_to(u8"größe.log");
+  set_version("version 1");
+  EXPECT_EQ(report("one"), "");
+  EXPECT_EQ(report("two"), "");
+  set_version("version 1");  // no news, no new session
+  EXPECT_EQ(report("three"), "");
+  set_version("version 2");
+  EXPECT_EQ(report("four"), "");
+  EXPECT_EQ(logged(path), (Lines{"version 1", "one", "two", "three", "version 2", "four"}));
+  const std::filesystem::path other = log_to(u8"other.log");
+  EXPECT_EQ(report("five"), "");
+  EXPECT_EQ(logged(other), (Lines{"version 2", "five"}));
+}
+
+TEST_F(ErrorHandlerTest, a_log_that_is_off_or_cannot_be_written_loses_no_line) {
+  set_version("version 1");
+  EXPECT_EQ(report("no path"), "no path\n");
+  log_to(u8"");  // the folder itself
+  EXPECT_EQ(report("one"), "one\n");
+  const std::filesystem::path path = log_to(u8"good.log");
+  EXPECT_EQ(report("two"), "");
+  bool off = false;
+  sink.SetLogToFile(off);
+  EXPECT_EQ(report("three"), "three\n");
+  EXPECT_EQ(logged(path), (Lines{"version 1", "two"}));
+}
+
+TEST_F(ErrorHandlerTest, the_hosts_callback_comes_first_and_survives_close_down) {
+  const std::filesystem::path path = log_to(u8"other_thread.log");
+  Lines taken;
+  set_message_callback([&](const std::string& line, bool flag) {
+    taken.push_back(line + (flag ? " true" : " false"));
+  });
+  EXPECT_EQ(report("one", false), "");
+  common_globals() = {};
+  std::string two = "two";
+  bool flag = true;
+  error_handler()->ReportError(two, flag);
+  common_globals() = {};
+  std::thread([&] { EXPECT_EQ(report("three"), ""); }).join();  // not that thread's callback
+  EXPECT_EQ(taken, (Lines{"one false", "two true"}));
+  EXPECT_EQ(logged(path), Lines{"three"});
+}
+
+TEST_F(ErrorHandlerTest, a_callback_that_throws_or_goes_away_loses_no_line) {
+  set_message_callback([](const std::string&, bool) { throw std::runtime_error("host"); });
+  EXPECT_EQ(report("one"), "one\n");
+  std::string last;
+  set_message_callback([&](const std::string& line, bool) {
+    set_message_callback({});
+    last = line;
+  });
+  EXPECT_EQ(report("two"), "");
+  EXPECT_EQ(last, "two");
+  EXPECT_EQ(report("three"), "three\n");
+}
+
+}  // namespace
+}  // namespace vqmath63

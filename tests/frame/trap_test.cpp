@@ -1,0 +1,91 @@
+// What becomes of a failing routine, and when companions are created.
+#include "frame/trap.hpp"
+
+#include <stdexcept>
+#include <thread>
+
+#include "companion_fixture.hpp"
+#include "frame/checked.hpp"
+
+namespace vqmath63 {
+namespace {
+
+constexpr Location kOuter{"ztAnalyse - ztStatistics", "Outer"};
+constexpr char kInnerLine[] = "Error:Division by zero (No.11) In [sMathLib (Code) (Inner)] ";
+
+class TrapTest : public CompanionTest {};
+
+double fail_halfway() {
+  return trap<double>({"sMathLib", "Inner"}, [](double& result) {
+    result = 0.5;
+    result = (Double(1.0) / 0.0).value();
+  });
+}
+
+TEST_F(TrapTest, a_failure_is_one_line_and_leaves_what_was_built) {
+  EXPECT_EQ(fail_halfway(), 0.5);
+  EXPECT_EQ(lines, std::vector<std::string>{kInnerLine});
+  EXPECT_EQ(trap<std::string>(kOuter, [](auto&) { raise_fault(ErrorNumber::kSubscript); }), "");
+  EXPECT_EQ(lines.size(), 2U);
+}
+
+TEST_F(TrapTest, no_failure_makes_no_line_and_no_sink) {
+  EXPECT_EQ(trap<int>(kOuter, [](int& result) { result = 7; }), 7);
+  EXPECT_TRUE(lines.empty());
+  EXPECT_EQ(sinks_made, 0);
+}
+
+TEST_F(TrapTest, a_failing_inner_routine_is_named_and_the_outer_goes_on) {
+  EXPECT_EQ(trap<double>(kOuter, [](double& result) { result = fail_halfway() + 2.0; }), 2.5);
+  EXPECT_EQ(lines, std::vector<std::string>{kInnerLine});
+}
+
+TEST_F(TrapTest, one_location_has_three_blanks) {
+  const Location where{"ztCommonClassVars", "CLOSEALLCOMMONGLOBALS", "   "};
+  EXPECT_EQ(where.text(), "In [ztCommonClassVars (Code)   (CLOSEALLCOMMONGLOBALS)] ");
+}
+
+TEST_F(TrapTest, failures_share_one_sink_until_the_reference_is_released) {
+  fail_halfway();
+  fail_halfway();
+  EXPECT_EQ(sinks_made, 1);
+  common_globals().ErrorHandler.reset();
+  fail_halfway();
+  EXPECT_EQ(sinks_made, 2);
+  EXPECT_EQ(lines.size(), 3U);
+}
+
+TEST_F(TrapTest, a_failing_sink_is_the_callers_business) {
+  sink_failure = [] { throw std::runtime_error("disk"); };
+  EXPECT_THROW(fail_halfway(), std::runtime_error);
+  trap_at_end(kOuter, [] { raise_fault(ErrorNumber::kOverflow); });  // nobody left to tell
+  EXPECT_TRUE(lines.empty());
+  common_globals().ErrorHandler.reset();
+  companion_makers().ErrorHandler = [] { return std::shared_ptr<ztErrorHandler>(); };
+  EXPECT_EQ(fault_of([] { fail_halfway(); }), 429);
+}
+
+TEST_F(TrapTest, a_companion_that_cannot_be_created_is_error_429) {
+  companion_makers().CommonMaths = []() -> std::shared_ptr<ztCommonMaths> { throw 5; };
+  companion_makers().DateTools = [] { return std::shared_ptr<ztDateTools>(); };
+  companion_makers().ArrayTools = nullptr;
+  trap(kOuter, [] { common_maths(); });
+  trap(kOuter, [] { date_tools(); });
+  trap(kOuter, [] { array_tools(); });
+  const std::string line =
+      "Error:Component can't create object (No.429) In [ztAnalyse - ztStatistics (Code) (Outer)] ";
+  EXPECT_EQ(lines, std::vector<std::string>(3, line));
+}
+
+TEST_F(TrapTest, threads_share_no_companion_and_no_maker) {
+  const std::shared_ptr<ztCommonMaths> mine = common_maths();
+  EXPECT_EQ(common_maths(), mine);
+  std::thread([&] {
+    EXPECT_NE(common_maths(), mine);
+    EXPECT_EQ(dynamic_cast<Sink*>(error_handler().get()), nullptr);
+  }).join();
+  EXPECT_NE(create_sort_tools(), create_sort_tools());
+}
+
+}  // namespace
+}  // namespace vqmath63
