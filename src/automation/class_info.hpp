@@ -1,0 +1,85 @@
+// What the boundary knows of a class at run time: its identity and its members in interface order.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <type_traits>
+
+#include "automation/types.hpp"
+
+namespace vqmath63::automation {
+
+/// Automation type of an argument or a result.
+struct ValueType {
+  VARTYPE vt = VT_EMPTY;  ///< VT_EMPTY for the result of a member that has none
+  int rank = 0;           ///< 0 for a scalar, else the number of dimensions of an array
+  bool by_ref = false;    ///< handed over by reference, so that the callee may change it
+};
+
+/// Default of an optional argument: a text, or a number (also True as -1, False as 0).
+struct DefaultValue {
+  const char* text = nullptr;
+  double number = 0.0;
+};
+
+struct ArgumentInfo {
+  const char* name = "";
+  ValueType type;
+  bool optional = false;
+  DefaultValue fallback;
+};
+
+/// Hash of a name without regard to the case of a to z (Fowler-Noll-Vo 1a, 32 bits).
+template <class Character>
+constexpr std::uint32_t name_hash(const Character* name) noexcept {
+  std::uint32_t hash = 2166136261U;
+  for (; *name != 0; ++name) {
+    auto c = static_cast<std::uint32_t>(static_cast<std::make_unsigned_t<Character>>(*name));
+    if (c >= 'A' && c <= 'Z') c += 'a' - 'A';
+    hash = (hash ^ c) * 16777619U;
+  }
+  return hash;
+}
+
+/// No member may have more arguments.
+inline constexpr std::size_t kMostArguments = 16;
+
+enum class MemberKind { kMethod, kPropertyGet, kPropertyLet };
+
+class LateArgument;
+
+/// One member: a row of a class's table.
+struct MemberInfo {
+  /// Calls the member's vtable function `function` on `self` with arguments made from VARIANTs;
+  /// `result` points to room for the result's automation value.
+  using LateCall = HRESULT (*)(void* self, void (*function)(), LateArgument* arguments,
+                               void* result);
+
+  const char* name = "";
+  std::uint32_t hash = 0;  ///< name_hash(name)
+  DISPID dispid = 0;
+  MemberKind kind = MemberKind::kMethod;
+  const char* help = "";
+  std::span<const ArgumentInfo> arguments;
+  ValueType result;
+  LateCall late_call = nullptr;
+};
+
+/// A creatable class.
+struct ClassInfo {
+  const char* name = "";
+  const char* help = "";
+  CLSID clsid{};
+  IID iid{};  ///< of the dual interface
+  std::span<const MemberInfo> members;
+  /// Creates an instance and returns its interface `iid`; an exception of the class's own
+  /// initialisation has become the returned result code.
+  HRESULT (*create)(REFIID iid, void** out) noexcept = nullptr;
+};
+
+/// Name of the type library, first word of every programmatic id.
+inline constexpr std::string_view kLibraryName = "vq140Analyse";
+
+}  // namespace vqmath63::automation

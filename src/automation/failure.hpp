@@ -1,0 +1,42 @@
+// How a failure leaves the component: one result code and one text, by name and by the vtable.
+#pragma once
+
+#include <exception>
+#include <string>
+
+#include "automation/class_info.hpp"
+
+namespace vqmath63::automation {
+
+/// A failure of the boundary itself: an argument that does not fit its parameter, a null pointer.
+class BoundaryError : public std::exception {
+ public:
+  BoundaryError(HRESULT result, std::string text) : result_(result), text_(std::move(text)) {}
+  HRESULT result() const noexcept { return result_; }
+  const char* what() const noexcept override { return text_.c_str(); }
+
+ private:
+  HRESULT result_;
+  std::string text_;
+};
+
+/// Result code of a classic error number; a negative number (a companion's own result) stays.
+HRESULT result_of_number(std::int32_t number) noexcept;
+
+/// Throws error `number` for an argument, its standard text followed by argument, member and
+/// `detail`: "Type mismatch: argument 'xVals' of Integral " detail.
+[[noreturn]] void raise_for_argument(std::int32_t number, const char* member, const char* argument,
+                                     const std::string& detail);
+
+/// Turns the exception in flight into a result code and sets this thread's error info to its
+/// text and the class as its source. To be called from inside a catch block.
+HRESULT failure_in_flight(const ClassInfo& info) noexcept;
+
+/// Sets this thread's error info and returns `result`.
+HRESULT set_failure(const ClassInfo* info, HRESULT result, const char* text) noexcept;
+
+/// Forgets this thread's error info when this component has set it: no stale text is left to a
+/// host that looks after a call that did well.
+void forget_failure() noexcept;
+
+}  // namespace vqmath63::automation

@@ -1,0 +1,210 @@
+#include "automation/invoke.hpp"
+
+#include <algorithm>
+#include <new>
+
+#include "automation/call_scope.hpp"
+#include "automation/failure.hpp"
+#include "automation/late_argument.hpp"
+#include "automation/text.hpp"
+
+namespace vqmath63::automation {
+namespace {
+
+bool serves(MemberKind kind, WORD flags) {
+  // A property may be read with the method flag: late-bound hosts do not know which it is.
+  constexpr WORD kRead = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+  constexpr WORD kWrite = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
+  return (flags & (kind == MemberKind::kPropertyLet ? kWrite : kRead)) != 0;
+}
+
+// The member of that id and kind, and its place in the vtable.
+const MemberInfo* find_member(const ClassInfo& info, DISPID dispid, WORD flags,
+                              std::size_t* place) {
+  for (std::size_t i = 0; i < info.members.size(); ++i) {
+    const MemberInfo& member = info.members[i];
+    if (member.dispid == dispid && serves(member.kind, flags)) {
+      *place = i;
+      return &member;
+    }
+  }
+  return nullptr;
+}
+
+// Hosts that forward an optional argument of their own send a reference to the missing one.
+bool is_missing(const VARIANT& v) {
+  if (v.vt == (VT_BYREF | VT_VARIANT) && v.pvarVal != nullptr) return is_missing(*v.pvarVal);
+  const bool by_ref = v.vt == (VT_BYREF | VT_ERROR) && v.pscode != nullptr;
+  return (by_ref && *v.pscode == DISP_E_PARAMNOTFOUND) ||
+         (v.vt == VT_ERROR && v.scode == DISP_E_PARAMNOTFOUND);
+}
+
+struct Binding {
+  VARIANT* given[kMostArguments] = {};
+  UINT sent_as[kMostArguments] = {};  // index into rgvarg, for the bad-argument report
+};
+
+HRESULT bind(const MemberInfo& member, DISPPARAMS& params, Binding& binding, UINT* bad_argument) {
+  const auto count = static_cast<UINT>(member.arguments.size());
+  UINT named = params.cNamedArgs;
+  if (params.cArgs < named) return DISP_E_BADPARAMCOUNT;
+  if (params.cArgs > 0 && params.rgvarg == nullptr) return E_INVALIDARG;
+  if (named > 0 && params.rgdispidNamedArgs == nullptr) return E_INVALIDARG;
+  const auto note_bad = [&](UINT sent) {
+    if (bad_argument != nullptr) *bad_argument = sent;
+  };
+  const auto set = [&](UINT argument, UINT sent) {
+    binding.given[argument] = &params.rgvarg[sent];
+    binding.sent_as[argument] = sent;
+  };
+  for (UINT i = 0; i < named; ++i) {
+    DISPID id = params.rgdispidNamedArgs[i];
+    if (id == DISPID_PROPERTYPUT && member.kind == MemberKind::kPropertyLet) {
+      id = static_cast<DISPID>(count) - 1;  // the value is the last argument
+    }
+    if (id < 0 || static_cast<UINT>(id) >= count) {
+      note_bad(i);
+      return DISP_E_PARAMNOTFOUND;
+    }
+    if (binding.given[id] != nullptr) {  // named twice
+      note_bad(i);
+      return DISP_E_BADPARAMCOUNT;
+    }
+    set(static_cast<UINT>(id), i);
+  }
+  const UINT positional = params.cArgs - named;
+  if (positional > count) return DISP_E_BADPARAMCOUNT;
+  for (UINT i = 0; i < positional; ++i) {
+    const UINT sent = params.cArgs - 1 - i;
+    if (binding.given[i] != nullptr) {  // also named: one too many
+      note_bad(sent);
+      return DISP_E_BADPARAMCOUNT;
+    }
+    set(i, sent);
+  }
+  for (UINT i = 0; i < count; ++i) {
+    const bool sent = binding.given[i] != nullptr;
+    if (sent && is_missing(*binding.given[i])) binding.given[i] = nullptr;
+    if (binding.given[i] == nullptr && !member.arguments[i].optional) {
+      note_bad(binding.sent_as[i]);
+      return sent || named > 0 ? DISP_E_PARAMNOTOPTIONAL : DISP_E_BADPARAMCOUNT;
+    }
+  }
+  return S_OK;
+}
+
+// The late arguments of one call, made one after the other in place.
+class LateArguments {
+ public:
+  ~LateArguments() {
+    while (count_ > 0) at(--count_)->~LateArgument();
+  }
+  void add(const char* member, const ArgumentInfo& info, VARIANT* given, LCID locale) {
+    new (storage_ + count_ * sizeof(LateArgument)) LateArgument(member, info, given, locale);
+    ++count_;
+  }
+  LateArgument* first() { return at(0); }
+  std::size_t count() const { return count_; }
+  HRESULT hand_back() noexcept {
+    HRESULT outcome = S_OK;
+    for (std::size_t i = 0; i < count_; ++i) {
+      const HRESULT back = at(i)->hand_back();
+      if (FAILED(back) && SUCCEEDED(outcome)) outcome = back;
+    }
+    return outcome;
+  }
+
+ private:
+  LateArgument* at(std::size_t i) {
+    return std::launder(reinterpret_cast<LateArgument*>(storage_ + i * sizeof(LateArgument)));
+  }
+  alignas(LateArgument) std::byte storage_[kMostArguments * sizeof(LateArgument)];
+  std::size_t count_ = 0;
+};
+
+// Moves this thread's error info into the exception record of the call.
+HRESULT as_exception(HRESULT failed, EXCEPINFO* exception) noexcept {
+  if (exception == nullptr) return DISP_E_EXCEPTION;  // the error info stays for the host to read
+  *exception = EXCEPINFO{};
+  exception->scode = failed;
+  IErrorInfo* error = nullptr;
+  if (GetErrorInfo(0, &error) == S_OK && error != nullptr) {
+    error->GetSource(&exception->bstrSource);
+    error->GetDescription(&exception->bstrDescription);
+    error->Release();
+  }
+  return DISP_E_EXCEPTION;
+}
+
+}  // namespace
+
+HRESULT ids_of_names(const ClassInfo& info, LPOLESTR* names, UINT count, DISPID* ids) noexcept {
+  if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
+  std::fill_n(ids, count, DISPID{DISPID_UNKNOWN});
+  HRESULT outcome = DISP_E_UNKNOWNNAME;
+  if (names[0] == nullptr) return outcome;
+  const std::uint32_t hash = name_hash(names[0]);
+  // A property has a row to read and one to set; argument names may stand in either.
+  for (const MemberInfo& member : info.members) {
+    if (member.hash != hash || !same_name(names[0], member.name)) continue;
+    ids[0] = member.dispid;
+    outcome = S_OK;
+    for (UINT i = 1; i < count; ++i) {
+      for (std::size_t a = 0; a < member.arguments.size() && names[i] != nullptr; ++a) {
+        if (same_name(names[i], member.arguments[a].name)) ids[i] = static_cast<DISPID>(a);
+      }
+    }
+  }
+  for (UINT i = 1; i < count; ++i) {
+    if (ids[i] == DISPID_UNKNOWN) outcome = DISP_E_UNKNOWNNAME;
+  }
+  return outcome;
+}
+
+HRESULT invoke(const ClassInfo& info, void* self, DISPID dispid, LCID locale, WORD flags,
+               DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
+               UINT* bad_argument) noexcept {
+  const CallScope scope;  // conversions are arithmetic too
+  if (params == nullptr) return E_INVALIDARG;
+  if (result != nullptr) VariantInit(result);
+  std::size_t place = 0;
+  const MemberInfo* member = find_member(info, dispid, flags, &place);
+  if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
+  Binding binding;
+  const HRESULT bound = bind(*member, *params, binding, bad_argument);
+  if (FAILED(bound)) return bound;
+
+  LateArguments arguments;
+  try {
+    for (std::size_t i = 0; i < member->arguments.size(); ++i) {
+      if (bad_argument != nullptr) *bad_argument = binding.sent_as[i];
+      arguments.add(member->name, member->arguments[i], binding.given[i], locale);
+    }
+  } catch (...) {
+    return as_exception(failure_in_flight(info), exception);
+  }
+
+  constexpr std::size_t kInherited = 7;  // IUnknown and IDispatch
+  using Slots = void (*const*)();
+  const Slots slots = *static_cast<const Slots*>(self);
+  VARIANT answer;
+  VariantInit(&answer);
+  const HRESULT called =
+      member->late_call(self, slots[kInherited + place], arguments.first(), &answer.llVal);
+  // A failed call has written some by-reference values too: they are the host's to see.
+  const HRESULT back = arguments.hand_back();
+  if (SUCCEEDED(called)) answer.vt = member->result.vt;
+  if (FAILED(called) || FAILED(back)) {
+    VariantClear(&answer);
+    if (SUCCEEDED(called)) set_failure(&info, back, "A changed argument cannot be handed back");
+    return as_exception(FAILED(called) ? called : back, exception);
+  }
+  if (result != nullptr) {
+    *result = answer;
+  } else {
+    VariantClear(&answer);
+  }
+  return S_OK;
+}
+
+}  // namespace vqmath63::automation

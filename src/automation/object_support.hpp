@@ -1,0 +1,33 @@
+// What all automation objects share: the count of live ones, QueryInterface, class descriptions.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "automation/class_info.hpp"
+
+namespace vqmath63::automation {
+
+/// Live objects and server locks of the whole component; it may be unloaded when both are none.
+std::atomic<std::int32_t>& live_count() noexcept;
+
+/// Member of whatever keeps the component loaded.
+struct LiveObject {
+  LiveObject() noexcept { ++live_count(); }
+  ~LiveObject() { --live_count(); }
+  LiveObject(const LiveObject&) = delete;
+  LiveObject& operator=(const LiveObject&) = delete;
+};
+
+/// QueryInterface of an object: IUnknown, IDispatch and the class's dual interface are the object
+/// itself; ISupportErrorInfo and IProvideClassInfo are small objects of their own that answer to
+/// the same identity.
+HRESULT query_interface(const ClassInfo& info, void* self, REFIID iid, void** out) noexcept;
+
+/// Type information: from the embedded type library on Windows, none elsewhere.
+HRESULT type_info_count(UINT* count) noexcept;
+HRESULT type_info(const ClassInfo& info, UINT index, ITypeInfo** out) noexcept;
+/// Type information of the creatable class, or of its interface.
+HRESULT load_type_info(REFIID id, ITypeInfo** out) noexcept;
+
+}  // namespace vqmath63::automation

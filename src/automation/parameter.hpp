@@ -1,0 +1,257 @@
+// How each native parameter and result type looks at the automation interface.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <string>
+
+#include "automation/array_argument.hpp"
+#include "automation/class_info.hpp"
+#include "automation/failure.hpp"
+#include "automation/text.hpp"
+#include "frame/array.hpp"
+#include "frame/date.hpp"
+
+namespace vqmath63::automation {
+
+/// The argument being adapted, for error texts and for the default of a missing one.
+struct ArgumentPlace {
+  const char* member;
+  const ArgumentInfo& info;
+};
+
+/// What a foreign host hands over, on its way to a parameter.
+template <class Abi>
+struct Given {
+  Abi value;
+  ArgumentPlace place;
+};
+
+// Param<T> has: Abi, the type at the interface; kType, its automation type; Adapt, which is made
+// from a Given<Abi>, gives the native argument by native(), lets go of the host's memory by
+// release() and puts back what changed by hand_back().
+
+/// Scalars whose native and interface types differ in name only.
+template <class T, class AbiT, VARTYPE kVt>
+struct ScalarParam {
+  using Abi = AbiT;
+  static constexpr ValueType kType{kVt, 0, false};
+  struct Adapt {
+    T value;
+    explicit Adapt(const Given<Abi>& given) : value(static_cast<T>(given.value)) {}
+    T native() { return value; }
+    void release() noexcept {}
+    HRESULT hand_back() noexcept { return S_OK; }
+  };
+};
+
+template <class T>
+struct Param;
+template <>
+struct Param<double> : ScalarParam<double, double, VT_R8> {};
+template <>
+struct Param<float> : ScalarParam<float, float, VT_R4> {};
+template <>
+struct Param<std::int32_t> : ScalarParam<std::int32_t, std::int32_t, VT_I4> {};
+
+template <>
+struct Param<bool> {
+  using Abi = VARIANT_BOOL;
+  static constexpr ValueType kType{VT_BOOL, 0, false};
+  struct Adapt {
+    bool value;
+    explicit Adapt(const Given<Abi>& given) : value(given.value != VARIANT_FALSE) {}
+    bool native() { return value; }
+    void release() noexcept {}
+    HRESULT hand_back() noexcept { return S_OK; }
+  };
+};
+
+template <>
+struct Param<Date> {
+  using Abi = DATE;
+  static constexpr ValueType kType{VT_DATE, 0, false};
+  struct Adapt {
+    Date value;
+    explicit Adapt(const Given<Abi>& given) : value{given.value} {}
+    Date native() { return value; }
+    void release() noexcept {}
+    HRESULT hand_back() noexcept { return S_OK; }
+  };
+};
+
+template <>
+struct Param<std::string> {
+  using Abi = BSTR;
+  static constexpr ValueType kType{VT_BSTR, 0, false};
+  struct Adapt {
+    std::string value;
+    explicit Adapt(const Given<Abi>& given) : value(text_of(given.value)) {}
+    std::string native() { return value; }
+    void release() noexcept {}
+    HRESULT hand_back() noexcept { return S_OK; }
+  };
+};
+
+/// A scalar by reference: a native variable for the call, stored back when it is over. A null
+/// reference is error E_POINTER, or a missing argument where the member's row says optional.
+template <class T, class AbiT, VARTYPE kVt, class Convert>
+struct ReferenceParam {
+  using Abi = AbiT*;
+  static constexpr ValueType kType{kVt, 0, true};
+  struct Adapt {
+    Abi target;
+    T value;
+    explicit Adapt(const Given<Abi>& given)
+        : target(given.value),
+          value(target != nullptr ? Convert::in(*target) : missing(given.place)) {}
+    T& native() { return value; }
+    void release() noexcept {}
+    HRESULT hand_back() noexcept {
+      return target != nullptr ? Convert::out(value, *target) : S_OK;
+    }
+    static T missing(const ArgumentPlace& place) {
+      if (!place.info.optional) {
+        throw BoundaryError(E_POINTER, std::string("Invalid pointer: argument '") +
+                                           place.info.name + "' of " + place.member +
+                                           " is a null reference");
+      }
+      return Convert::fallback(place.info.fallback);
+    }
+  };
+};
+
+template <class T, class AbiT>
+struct NumberConvert {
+  static T in(AbiT value) { return static_cast<T>(value); }
+  static HRESULT out(T value, AbiT& target) noexcept {
+    target = static_cast<AbiT>(value);
+    return S_OK;
+  }
+  static T fallback(const DefaultValue& value) { return static_cast<T>(value.number); }
+};
+
+struct BoolConvert {
+  static bool in(VARIANT_BOOL value) { return value != VARIANT_FALSE; }
+  static HRESULT out(bool value, VARIANT_BOOL& target) noexcept {
+    target = value ? VARIANT_TRUE : VARIANT_FALSE;
+    return S_OK;
+  }
+  static bool fallback(const DefaultValue& value) { return value.number != 0.0; }
+};
+
+struct DateConvert {
+  static Date in(DATE value) { return {value}; }
+  static HRESULT out(Date value, DATE& target) noexcept {
+    target = value.value;
+    return S_OK;
+  }
+  static Date fallback(const DefaultValue& value) { return {value.number}; }
+};
+
+struct TextConvert {
+  static std::string in(BSTR value) { return text_of(value); }
+  static HRESULT out(const std::string& value, BSTR& target) noexcept;
+  static std::string fallback(const DefaultValue& value) {
+    return value.text != nullptr ? value.text : "";
+  }
+};
+
+template <>
+struct Param<double&> : ReferenceParam<double, double, VT_R8, NumberConvert<double, double>> {};
+template <>
+struct Param<float&> : ReferenceParam<float, float, VT_R4, NumberConvert<float, float>> {};
+template <>
+struct Param<std::int32_t&>
+    : ReferenceParam<std::int32_t, std::int32_t, VT_I4,
+                     NumberConvert<std::int32_t, std::int32_t>> {};
+template <>
+struct Param<bool&> : ReferenceParam<bool, VARIANT_BOOL, VT_BOOL, BoolConvert> {};
+template <>
+struct Param<Date&> : ReferenceParam<Date, DATE, VT_DATE, DateConvert> {};
+template <>
+struct Param<std::string&> : ReferenceParam<std::string, BSTR, VT_BSTR, TextConvert> {};
+
+/// An array by reference: borrowed, its elements written in place; one that the member has
+/// re-dimensioned takes the place of the host's array.
+template <class Array, class T, int kRank>
+struct ArrayParam {
+  using Abi = SAFEARRAY**;
+  static constexpr ValueType kType{kElementType<T>, kRank, true};
+  static_assert(kElementType<T> != VT_EMPTY, "no automation element type for this array");
+  struct Adapt {
+    BorrowedSafeArray borrowed;
+    Array array;
+    explicit Adapt(const Given<Abi>& given)
+        : borrowed(given.value, kElementType<T>, kRank, given.place.member, given.place.info.name),
+          array(view(borrowed)) {}
+    Array& native() {
+      borrowed.lock();
+      return array;
+    }
+    void release() noexcept { borrowed.unlock(); }
+    HRESULT hand_back() noexcept {
+      if (!array.was_resized()) return S_OK;
+      if (!array.allocated()) return borrowed.replace(nullptr, 0, nullptr);
+      Bounds bounds[2];
+      if constexpr (kRank == 1) {
+        bounds[0] = {array.lower(), array.upper()};
+      } else {
+        bounds[0] = array.rows();
+        bounds[1] = array.columns();
+      }
+      return borrowed.replace(array.data(), array.size() * sizeof(T), bounds);
+    }
+    static Array view(const BorrowedSafeArray& b) {
+      if (!b.allocated()) return {};
+      T* first = static_cast<T*>(b.data());
+      if constexpr (kRank == 1) {
+        return {first, b.bounds(1), b.resizing()};
+      } else {
+        return {first, b.bounds(1), b.bounds(2), b.resizing()};
+      }
+    }
+  };
+};
+
+template <class T>
+struct Param<Array1<T>&> : ArrayParam<Array1<T>, T, 1> {};
+template <class T>
+struct Param<Array2<T>&> : ArrayParam<Array2<T>, T, 2> {};
+
+/// How a result is stored at the interface.
+template <class R>
+struct Result {
+  using Abi = typename Param<R>::Abi;
+  static constexpr ValueType kType = Param<R>::kType;
+  /// Lets go of a stored result that the host will not get.
+  static void discard(Abi) {}
+  static Abi store(R value) { return static_cast<Abi>(value); }
+};
+template <>
+struct Result<bool> {
+  using Abi = VARIANT_BOOL;
+  static constexpr ValueType kType{VT_BOOL, 0, false};
+  static void discard(Abi) {}
+  static Abi store(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
+};
+template <>
+struct Result<Date> {
+  using Abi = DATE;
+  static constexpr ValueType kType{VT_DATE, 0, false};
+  static void discard(Abi) {}
+  static Abi store(Date value) { return value.value; }
+};
+template <>
+struct Result<std::string> {
+  using Abi = BSTR;
+  static constexpr ValueType kType{VT_BSTR, 0, false};
+  static void discard(BSTR stored) { SysFreeString(stored); }
+  static Abi store(const std::string& value) { return new_bstr(value); }
+};
+template <>
+struct Result<void> {
+  static constexpr ValueType kType{};
+};
+
+}  // namespace vqmath63::automation

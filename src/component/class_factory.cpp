@@ -1,0 +1,61 @@
+#include "component/class_factory.hpp"
+
+#include <atomic>
+#include <new>
+
+#include "automation/object_support.hpp"
+
+namespace vqmath63::component {
+namespace {
+
+class ClassFactory final : public IClassFactory {
+ public:
+  explicit ClassFactory(const automation::ClassInfo& info) : info_(info) {}
+  virtual ~ClassFactory() = default;
+
+  HRESULT VQ_API QueryInterface(REFIID iid, void** out) override {
+    if (out == nullptr) return E_POINTER;
+    *out = nullptr;
+    if (!IsEqualGUID(iid, IID_IUnknown) && !IsEqualGUID(iid, IID_IClassFactory)) {
+      return E_NOINTERFACE;
+    }
+    AddRef();
+    *out = static_cast<IClassFactory*>(this);
+    return S_OK;
+  }
+  ULONG VQ_API AddRef() override { return static_cast<ULONG>(++references_); }
+  ULONG VQ_API Release() override {
+    const std::int32_t left = --references_;
+    if (left == 0) delete this;
+    return static_cast<ULONG>(left);
+  }
+  HRESULT VQ_API CreateInstance(IUnknown* outer, REFIID iid, void** out) override {
+    if (out == nullptr) return E_POINTER;
+    *out = nullptr;
+    if (outer != nullptr) return CLASS_E_NOAGGREGATION;
+    return info_.create(iid, out);
+  }
+  HRESULT VQ_API LockServer(BOOL lock) override {
+    automation::live_count() += lock ? 1 : -1;
+    return S_OK;
+  }
+
+ private:
+  const automation::ClassInfo& info_;
+  std::atomic<std::int32_t> references_{1};
+  automation::LiveObject counted_;
+};
+
+}  // namespace
+
+HRESULT create_factory(const automation::ClassInfo& info, REFIID iid, void** out) noexcept {
+  if (out == nullptr) return E_POINTER;
+  *out = nullptr;
+  auto* factory = new (std::nothrow) ClassFactory(info);
+  if (factory == nullptr) return E_OUTOFMEMORY;
+  const HRESULT found = factory->QueryInterface(iid, out);
+  factory->Release();
+  return found;
+}
+
+}  // namespace vqmath63::component

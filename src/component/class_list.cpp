@@ -1,0 +1,57 @@
+#include "component/class_list.hpp"
+
+#include "accumulate/accumulate_members.hpp"
+#include "automation/object.hpp"
+#include "calculus/integrate_members.hpp"
+#include "info/analyse_info_members.hpp"
+
+namespace vqmath63::component {
+namespace {
+
+using automation::Boundary;
+using automation::ClassInfo;
+
+constexpr const ClassInfo* kClasses[] = {
+    &Boundary<members::kIntegrate>::kInfo,
+    &Boundary<members::kAccumulate>::kInfo,
+    &Boundary<members::kAnalyseInfo>::kInfo,
+};
+
+bool same_text(std::string_view a, std::string_view b) {
+  const auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (fold(a[i]) != fold(b[i])) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::span<const ClassInfo* const> classes() noexcept { return kClasses; }
+
+const ClassInfo* find_class(REFCLSID clsid) noexcept {
+  for (const ClassInfo* info : kClasses) {
+    if (IsEqualGUID(info->clsid, clsid)) return info;
+  }
+  return nullptr;
+}
+
+const ClassInfo* find_class(std::string_view programmatic_id) noexcept {
+  constexpr std::string_view kLibrary = automation::kLibraryName;
+  if (programmatic_id.size() <= kLibrary.size() || programmatic_id[kLibrary.size()] != '.' ||
+      !same_text(programmatic_id.substr(0, kLibrary.size()), kLibrary)) {
+    return nullptr;
+  }
+  const std::string_view name = programmatic_id.substr(kLibrary.size() + 1);
+  for (const ClassInfo* info : kClasses) {
+    if (same_text(info->name, name)) return info;
+  }
+  return nullptr;
+}
+
+std::string programmatic_id(const ClassInfo& info) {
+  return std::string(automation::kLibraryName) + "." + info.name;
+}
+
+}  // namespace vqmath63::component

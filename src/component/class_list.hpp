@@ -1,0 +1,30 @@
+// The creatable classes of the component.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "automation/class_info.hpp"
+
+namespace vqmath63::component {
+
+/// Identifier and version of the type library.
+inline constexpr GUID kLibraryId{
+    0xAA40CFD8, 0x6128, 0x4423, {0xB6, 0x11, 0x27, 0xD6, 0x40, 0xE1, 0xB2, 0x35}};
+inline constexpr WORD kLibraryMajor = 6;
+inline constexpr WORD kLibraryMinor = 3;
+inline constexpr const char* kLibraryTitle = "Quorvane Statistical Analysis 6.3";
+
+/// All classes.
+std::span<const automation::ClassInfo* const> classes() noexcept;
+
+/// The class of an identifier or of a programmatic id ("vq140Analyse.ztIntegrate", in any letter
+/// case), or null.
+const automation::ClassInfo* find_class(REFCLSID clsid) noexcept;
+const automation::ClassInfo* find_class(std::string_view programmatic_id) noexcept;
+
+/// "vq140Analyse." and the class name.
+std::string programmatic_id(const automation::ClassInfo& info);
+
+}  // namespace vqmath63::component

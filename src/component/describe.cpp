@@ -1,0 +1,66 @@
+#include "component/describe.hpp"
+
+#include <charconv>
+
+#include "component/class_list.hpp"
+
+namespace vqmath63::component {
+
+using automation::ArgumentInfo;
+using automation::ClassInfo;
+using automation::MemberInfo;
+using automation::MemberKind;
+using automation::ValueType;
+
+std::string host_type(const ValueType& type) {
+  std::string name;
+  switch (type.vt) {
+    case VT_R4: name = "Single"; break;
+    case VT_R8: name = "Double"; break;
+    case VT_I4: name = "Long"; break;
+    case VT_BOOL: name = "Boolean"; break;
+    case VT_DATE: name = "Date"; break;
+    case VT_BSTR: name = "String"; break;
+    default: break;
+  }
+  if (type.rank > 0) name += type.rank == 2 ? "(,)" : "()";
+  return name;
+}
+
+std::string host_default(const ArgumentInfo& argument) {
+  const automation::DefaultValue& value = argument.fallback;
+  if (value.text != nullptr) return "\"" + std::string(value.text) + "\"";
+  if (argument.type.vt == VT_BOOL) return value.number != 0.0 ? "True" : "False";
+  char digits[32];
+  const auto end = std::to_chars(digits, digits + sizeof digits, value.number).ptr;
+  return {digits, end};
+}
+
+std::string describe_classes(ClassList classes) {
+  std::string text;
+  for (const ClassInfo* info : classes) {
+    text.append(programmatic_id(*info)).append("\t").append(info->name).append("\t");
+    text.append(info->help).append("\n");
+  }
+  return text;
+}
+
+std::string describe_members(const ClassInfo& info) {
+  std::string text;
+  for (const MemberInfo& member : info.members) {
+    text += member.kind == MemberKind::kMethod        ? "method"
+            : member.kind == MemberKind::kPropertyGet ? "get"
+                                                      : "let";
+    text.append("\t").append(member.name).append("\t").append(std::to_string(member.dispid));
+    text.append("\t").append(host_type(member.result)).append("\t").append(member.help);
+    for (const ArgumentInfo& argument : member.arguments) {
+      text.append("\t").append(argument.name).append("\t").append(host_type(argument.type));
+      text.append(argument.type.by_ref ? "\tin,out\t" : "\tin\t");
+      text += argument.optional ? "optional=" + host_default(argument) : "required";
+    }
+    text += "\n";
+  }
+  return text;
+}
+
+}  // namespace vqmath63::component

@@ -1,0 +1,35 @@
+// Texts made from the member tables: the plain description, the interface text, the reference.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "automation/class_info.hpp"
+
+namespace vqmath63::component {
+
+using ClassList = std::span<const automation::ClassInfo* const>;
+
+/// The lines of VqDescribe: of all classes, or of the members of one.
+std::string describe_classes(ClassList classes);
+std::string describe_members(const automation::ClassInfo& info);
+
+/// The type library in interface definition language, as widl compiles it.
+std::string interface_text(ClassList classes);
+
+/// The manifest of a side-by-side assembly, with which hosts use the component without registration.
+std::string manifest_text(ClassList classes);
+
+/// The reference of the members as a Markdown page.
+std::string reference_text(ClassList classes);
+
+/// "AA40CFD8-6128-4423-B611-27D640E1B235".
+std::string guid_text(const GUID& guid);
+
+/// Type as hosts of the Basic family write it: "Single", "Boolean", "Single()", "Single(,)".
+std::string host_type(const automation::ValueType& type);
+
+/// A default as such hosts write it: True, "text", 0.5.
+std::string host_default(const automation::ArgumentInfo& argument);
+
+}  // namespace vqmath63::component

@@ -1,0 +1,93 @@
+// The exported functions of the component.
+#include "automation/call_scope.hpp"
+#include "automation/failure.hpp"
+#include "automation/object_support.hpp"
+#include "automation/text.hpp"
+#include "component/class_factory.hpp"
+#include "component/class_list.hpp"
+#include "component/describe.hpp"
+#include "component/exports.hpp"
+#include "component/registration.hpp"
+#include "frame/error_handler.hpp"
+
+namespace {
+
+using namespace vqmath63;
+using automation::ClassInfo;
+
+}  // namespace
+
+extern "C" {
+
+VQ_EXPORT HRESULT VQ_API DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
+  if (out == nullptr) return E_POINTER;
+  *out = nullptr;
+  const ClassInfo* info = component::find_class(clsid);
+  return info == nullptr ? CLASS_E_CLASSNOTAVAILABLE : component::create_factory(*info, iid, out);
+}
+
+VQ_EXPORT HRESULT VQ_API DllCanUnloadNow() {
+  return automation::live_count() == 0 ? S_OK : S_FALSE;
+}
+
+VQ_EXPORT HRESULT VQ_API DllRegisterServer() {
+  return component::register_component(component::Scope::kMachine);
+}
+
+VQ_EXPORT HRESULT VQ_API DllUnregisterServer() {
+  return component::unregister_component(component::Scope::kMachine);
+}
+
+VQ_EXPORT HRESULT VQ_API DllInstall(BOOL install, LPCOLESTR words) {
+  return component::install_component(install != 0, words);
+}
+
+VQ_EXPORT HRESULT VQ_API VqSetMessageCallback(VqMessageCallback callback, void* context) {
+  try {
+    if (callback == nullptr) {
+      set_message_callback({});
+    } else {
+      set_message_callback([callback, context](const std::string& line, bool flag) {
+        callback(automation::utf16(line).c_str(), flag ? 0 : 1, context);
+      });
+    }
+    return S_OK;
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+VQ_EXPORT HRESULT VQ_API VqDescribe(const OLECHAR* programmatic_id, BSTR* text) {
+  if (text == nullptr) return E_POINTER;
+  *text = nullptr;
+  try {
+    const std::string id = programmatic_id == nullptr ? "" : automation::utf8(programmatic_id);
+    const ClassInfo* info = component::find_class(id);
+    if (!id.empty() && info == nullptr) return CO_E_CLASSSTRING;
+    *text = automation::new_bstr(info == nullptr
+                                     ? component::describe_classes(component::classes())
+                                     : component::describe_members(*info));
+    return S_OK;
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+#ifndef _WIN32
+
+VQ_EXPORT HRESULT CLSIDFromProgID(LPCOLESTR programmatic_id, CLSID* clsid) {
+  if (programmatic_id == nullptr || clsid == nullptr) return E_INVALIDARG;
+  *clsid = CLSID{};
+  try {
+    const ClassInfo* info = component::find_class(automation::utf8(programmatic_id));
+    if (info == nullptr) return CO_E_CLASSSTRING;
+    *clsid = info->clsid;
+    return S_OK;
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+#endif
+
+}  // extern "C"

@@ -1,0 +1,141 @@
+// Objects as a script language makes them: arrays with `length`, `push` and `slice`, and boxes with
+// a `value`.
+#pragma once
+
+#include <charconv>
+#include <memory>
+
+#include "boundary_fixture.hpp"
+
+namespace vqmath63::automation::test {
+
+class ScriptObject final : public IDispatch {
+ public:
+  static inline int alive = 0;
+
+  bool is_array = true;
+  std::vector<std::unique_ptr<Value>> elements;  ///< null where the array has a hole
+  Value value;
+
+  ScriptObject() { ++alive; }
+  ~ScriptObject() { --alive; }
+  ScriptObject(const ScriptObject&) = delete;
+  ScriptObject& operator=(const ScriptObject&) = delete;
+
+  void add(const VARIANT& v) {
+    elements.push_back(std::make_unique<Value>());
+    VariantCopy(&elements.back()->v, &v);
+  }
+
+  HRESULT VQ_API QueryInterface(REFIID, void** out) override {
+    *out = nullptr;
+    return E_NOINTERFACE;
+  }
+  ULONG VQ_API AddRef() override { return ++references_; }
+  ULONG VQ_API Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+  HRESULT VQ_API GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  HRESULT VQ_API GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT VQ_API GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+    const std::u16string_view name = names[0];
+    *ids = DISPID_UNKNOWN;
+    if (is_array && name == u"length") *ids = kLength;
+    if (is_array && name == u"push") *ids = kPush;
+    if (is_array && name == u"slice") *ids = kSlice;
+    if (!is_array && name == u"value") *ids = kValue;
+    std::size_t at = 0;
+    for (const char16_t c : name) at = c >= '0' && c <= '9' ? at * 10 + (c - u'0') : 1000;
+    if (is_array && at < elements.size() && elements[at]) *ids = static_cast<DISPID>(kFirst + at);
+    return *ids == DISPID_UNKNOWN ? DISP_E_UNKNOWNNAME : S_OK;
+  }
+  HRESULT VQ_API Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* sent, VARIANT* result,
+                        EXCEPINFO*, UINT*) override {
+    try {
+      if (flags == DISPATCH_METHOD && id == kPush && sent->cArgs == 1) {
+        add(sent->rgvarg[0]);
+        return S_OK;
+      }
+      if (flags == DISPATCH_METHOD && id == kSlice && sent->cArgs == 2) {
+        result->vt = VT_DISPATCH;
+        result->pdispVal = new ScriptObject;
+        return S_OK;
+      }
+      if (flags == DISPATCH_PROPERTYPUT && sent->cNamedArgs == 1 &&
+          sent->rgdispidNamedArgs[0] == DISPID_PROPERTYPUT) {
+        if (id != kLength) return VariantCopy(place(id), sent->rgvarg);
+        elements.resize(static_cast<std::size_t>(sent->rgvarg->lVal));
+        return S_OK;
+      }
+      if (flags != DISPATCH_PROPERTYGET || sent->cArgs != 0 || id == DISPID_VALUE)
+        return DISP_E_MEMBERNOTFOUND;
+      if (id != kLength) return VariantCopy(result, place(id));
+      *result = system::test::i4(static_cast<LONG>(elements.size())).v;
+      return S_OK;
+    } catch (const std::bad_alloc&) {
+      return E_OUTOFMEMORY;
+    }
+  }
+
+  /// "[9 -1 hole [1]]"
+  std::string text() const {
+    std::string all = "[";
+    for (const auto& element : elements) {
+      if (all.size() > 1) all += ' ';
+      if (!element) {
+        all += "hole";
+      } else if (element->v.vt == VT_DISPATCH) {
+        all += static_cast<const ScriptObject*>(element->v.pdispVal)->text();
+      } else if (element->v.vt == VT_EMPTY) {
+        all += '-';
+      } else {
+        Value number;
+        VariantChangeType(&number.v, &element->v, 0, VT_BSTR);
+        all += ascii(characters(number.v.bstrVal));
+      }
+    }
+    return all + ']';
+  }
+
+ private:
+  enum : DISPID { kLength = 1, kPush, kSlice, kValue, kFirst };
+  VARIANT* place(DISPID id) {
+    return id == kValue ? &value.v : &elements[static_cast<std::size_t>(id - kFirst)]->v;
+  }
+  ULONG references_ = 1;
+};
+
+inline Value as_value(ScriptObject* object) {
+  Value made;
+  made.v.vt = VT_DISPATCH;
+  made.v.pdispVal = object;
+  return made;
+}
+
+/// A script's array of numbers and values; "hole" leaves one out.
+inline Value script_array(const std::vector<Value>& values) {
+  auto* made = new ScriptObject;
+  for (const Value& v : values) {
+    if (v.v.vt == VT_ERROR) {
+      made->elements.emplace_back();
+    } else {
+      made->add(v.v);
+    }
+  }
+  return as_value(made);
+}
+
+inline Value script_box(const Value& value) {
+  auto* made = new ScriptObject;
+  made->is_array = false;
+  VariantCopy(&made->value.v, &value.v);
+  return as_value(made);
+}
+
+inline ScriptObject& object_of(const Value& value) {
+  return *static_cast<ScriptObject*>(value.v.pdispVal);
+}
+
+}  // namespace vqmath63::automation::test

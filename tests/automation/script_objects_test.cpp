@@ -1,0 +1,114 @@
+// Arrays and boxes of script languages as arguments.
+#include "script_fakes.hpp"
+
+namespace vqmath63::automation::test {
+namespace {
+
+using namespace system::test;
+
+class ScriptObjectsTest : public BoundaryTest {
+ protected:
+  ~ScriptObjectsTest() override { EXPECT_EQ(ScriptObject::alive, 0); }
+};
+
+const Value kHole = error(0);
+
+TEST_F(ScriptObjectsTest, arrays_are_read_changed_and_refilled) {
+  const struct {
+    const char16_t* member;
+    std::vector<Value> elements;
+    std::int32_t what;
+    const char* seen;
+    const char* after;
+  } rows[] = {
+      {u"Singles", {r8(0.1), i2(1), text(u"2.5")}, kRead, "0..2: 0.1 1 2.5", "[0.1 1 2.5]"},
+      {u"Singles", {r8(0.1), i2(1), text(u"2.5")}, kChange, "0..2: 0.1 1 2.5", "[0.1 -1 2.5]"},
+      {u"Singles", {kHole, null(), empty(), r8(1)}, kRead, "0..3: 0 0 0 1", "[hole  - 1]"},
+      {u"Singles", {r8(7)}, kResize, "0..0: 7", "[- 1000 2000 3000]"},
+      {u"Longs", {r8(7), r8(8)}, kErase, "0..1: 7 8", "[]"},
+      {u"Doubles", {}, kResize, "0..-1:", "[- 1000 2000 3000]"},
+      {u"Booleans", {boolean(true), r8(2)}, kChange, "0..1: 1 1", "[True False]"},
+      {u"Table",
+       {script_array({r8(9), r8(2), r8(5)}), script_array({r8(1), r8(4)})},
+       kChange,
+       "0..1,0..2: 9 1 2 4 5 0",
+       "[[9 2 5] [-1 4]]"},
+      {u"Table", {kHole, script_array({r8(1)})}, kRead, "0..1,0..0: 0 1", "[hole [1]]"},
+      {u"Table", {}, kResize, "0..-1,0..-1:", "[[] [- 10 30] [- 20 40]]"},
+      {u"Table", {script_array({r8(1)})}, kErase, "0..0,0..0: 1", "[]"},
+  };
+  for (const auto& row : rows) {
+    for (const Form form : kForms) {
+      const Value mine = script_array(row.elements);
+      // Inner arrays are the row's own; each call gets fresh ones.
+      for (auto& element : object_of(mine).elements) {
+        if (!element || element->v.vt != VT_DISPATCH) continue;
+        std::vector<Value> inner;
+        for (auto& x : static_cast<ScriptObject*>(element->v.pdispVal)->elements) {
+          inner.push_back(*x);
+        }
+        const Value fresh = script_array(inner);
+        VariantCopy(&element->v, &fresh.v);
+      }
+      const Sent sent(mine, form);
+      const Answer answer = call(object, row.member, {sent.variant, i4(row.what).v});
+      EXPECT_EQ(answer.hr, S_OK) << row.seen << ascii(answer.words);
+      EXPECT_EQ(ascii(characters(answer.result.v.bstrVal)), row.seen) << form;
+      EXPECT_EQ(object_of(mine).text(), row.after) << row.seen << " form " << form;
+    }
+  }
+}
+
+TEST_F(ScriptObjectsTest, objects_that_are_no_fitting_arrays_are_refused) {
+  const struct {
+    const char16_t* member;
+    Value sent;
+    int number;
+    const char* words;
+  } rows[] = {
+      {u"Singles", script_box(r8(1)), 13, "it is an object without a length, not an array"},
+      {u"Singles", script_array({r8(1), text(u"x")}), 13, "it element (1) cannot be converted"},
+      {u"Singles", script_array({r8(1), script_array({})}), 13, "element (1) cannot be converted"},
+      {u"Singles", script_array({r8(1e39)}), 6, "it element (0) cannot be converted"},
+      {u"Table", script_array({r8(1)}), 13, "it row (0) is no array"},
+      {u"Table", script_array({script_array({}), script_box(r8(1))}), 13, "row (1) is no array"},
+      {u"Table", script_array({script_array({r8(1), text(u"x")})}), 13, "element (0, 1) cannot"},
+  };
+  for (const auto& row : rows) {
+    const Answer answer = call(object, row.member, {row.sent.v, i4(kRead).v});
+    EXPECT_EQ(answer.scode, error_code(row.number)) << row.words;
+    EXPECT_NE(ascii(answer.words).find(row.words), std::string::npos) << ascii(answer.words);
+  }
+  VARIANT nothing{};
+  nothing.vt = VT_DISPATCH;
+  for (const char16_t* member : {u"Singles", u"Table"}) {
+    EXPECT_EQ(call(object, member, {nothing, i4(kRead).v}).scode, error_code(13));
+  }
+}
+
+TEST_F(ScriptObjectsTest, boxes_carry_scalars_by_reference) {
+  const struct {
+    const char16_t* member;
+    Value held;
+    Value after;
+  } rows[] = {
+      {u"ChangeDouble", r8(1), r8(2)},          {u"ChangeSingle", text(u"1.5"), r4(2.5F)},
+      {u"ChangeLong", empty(), i4(1)},          {u"ChangeBoolean", boolean(true), boolean(false)},
+      {u"ChangeText", text(u"a"), text(u"a!")},
+  };
+  for (const auto& row : rows) {
+    for (const Form form : kForms) {
+      const Value box = script_box(row.held);
+      const Sent sent(box, form);
+      EXPECT_EQ(call(object, row.member, {sent.variant}).hr, S_OK) << ascii(row.member) << form;
+      EXPECT_EQ(shown(object_of(box).value.v), shown(row.after.v)) << ascii(row.member) << form;
+      EXPECT_EQ(sent.variable.v.vt, VT_DISPATCH);
+    }
+  }
+  const Value oil = script_box(text(u"oil"));
+  EXPECT_EQ(call(object, u"ChangeLong", {oil.v}).scode, error_code(13));
+  EXPECT_EQ(call(object, u"ChangeLong", {script_array({}).v}).scode, error_code(13));
+}
+
+}  // namespace
+}  // namespace vqmath63::automation::test

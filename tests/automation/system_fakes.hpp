@@ -1,0 +1,167 @@
+// An object that counts its references, and short ways to make and compare variants.
+#pragma once
+
+#include <cstring>
+#include <limits>
+#include <string>
+#include <string_view>
+
+#include "automation/types.hpp"
+
+namespace vqmath63::automation::system::test {
+
+/// An object that lives on the stack and knows how many references are held on it. By name it has
+/// a default value only.
+struct CountingObject final : IDispatch {
+  int references = 0;
+  int released = 0;
+  VARIANT default_value{};
+  HRESULT default_result = S_OK;
+  void (*on_release)(CountingObject&) = nullptr;
+  void* context = nullptr;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
+    const bool known = riid == IID_IUnknown || riid == IID_IDispatch;
+    *out = known ? this : nullptr;
+    if (!known) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references); }
+  ULONG STDMETHODCALLTYPE Release() override {
+    ++released;
+    --references;
+    if (on_release != nullptr) on_release(*this);
+    return static_cast<ULONG>(references);
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    *count = 0;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return DISP_E_UNKNOWNNAME;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments,
+                                   VARIANT* result, EXCEPINFO*, UINT*) override {
+    const bool right = id == DISPID_VALUE && (flags & DISPATCH_PROPERTYGET) != 0 &&
+                       arguments != nullptr && arguments->cArgs == 0 && result != nullptr;
+    if (!right) return DISP_E_MEMBERNOTFOUND;
+    return SUCCEEDED(default_result) ? VariantCopy(result, &default_value) : default_result;
+  }
+};
+
+inline std::u16string characters(BSTR text) {
+  return text == nullptr ? std::u16string() : std::u16string(text, SysStringLen(text));
+}
+
+/// A variant that clears itself.
+struct Value {
+  VARIANT v{};
+
+  Value() = default;
+  Value(const Value& other) { VariantCopy(&v, &other.v); }
+  Value& operator=(const Value&) = delete;
+  ~Value() { VariantClear(&v); }
+};
+
+#define VQ_TEST_VALUE(function, type, field, tag) \
+  inline Value function(type x) {                 \
+    Value made;                                   \
+    made.v.vt = tag;                              \
+    made.v.field = x;                             \
+    return made;                                  \
+  }
+VQ_TEST_VALUE(i1, CHAR, cVal, VT_I1)
+VQ_TEST_VALUE(i2, SHORT, iVal, VT_I2)
+VQ_TEST_VALUE(i4, LONG, lVal, VT_I4)
+VQ_TEST_VALUE(whole, INT, intVal, VT_INT)
+VQ_TEST_VALUE(i8, LONGLONG, llVal, VT_I8)
+VQ_TEST_VALUE(ui1, BYTE, bVal, VT_UI1)
+VQ_TEST_VALUE(ui2, USHORT, uiVal, VT_UI2)
+VQ_TEST_VALUE(ui4, ULONG, ulVal, VT_UI4)
+VQ_TEST_VALUE(count, UINT, uintVal, VT_UINT)
+VQ_TEST_VALUE(ui8, ULONGLONG, ullVal, VT_UI8)
+VQ_TEST_VALUE(r4, float, fltVal, VT_R4)
+VQ_TEST_VALUE(r8, double, dblVal, VT_R8)
+VQ_TEST_VALUE(date, double, date, VT_DATE)
+VQ_TEST_VALUE(currency, LONGLONG, cyVal.int64, VT_CY)
+VQ_TEST_VALUE(error, SCODE, scode, VT_ERROR)
+#undef VQ_TEST_VALUE
+
+inline Value boolean(bool x) {
+  Value made;
+  made.v.vt = VT_BOOL;
+  made.v.boolVal = x ? VARIANT_TRUE : VARIANT_FALSE;
+  return made;
+}
+
+inline Value text(std::u16string_view x) {
+  Value made;
+  made.v.vt = VT_BSTR;
+  made.v.bstrVal = SysAllocStringLen(x.data(), static_cast<UINT>(x.size()));
+  return made;
+}
+
+inline Value empty() {
+  return {};
+}
+
+inline Value null() {
+  Value made;
+  made.v.vt = VT_NULL;
+  return made;
+}
+
+/// Adds a reference to the object, which the value gives back.
+inline Value object(CountingObject& x) {
+  Value made;
+  made.v.vt = VT_DISPATCH;
+  made.v.pdispVal = &x;
+  x.AddRef();
+  return made;
+}
+
+/// The bytes that the type uses, readable, so that two values can be told apart in a message.
+inline std::string shown(const VARIANT& v) {
+  std::string made = "vt " + std::to_string(v.vt) + ":";
+  std::size_t size = 8;
+  switch (v.vt) {
+    case VT_EMPTY:
+    case VT_NULL:
+      return made;
+    case VT_BSTR:
+      for (const char16_t c : characters(v.bstrVal)) made += static_cast<char>(c < 128 ? c : '?');
+      return made + '|' + std::to_string(SysStringLen(v.bstrVal));
+    case VT_I1:
+    case VT_UI1:
+      size = 1;
+      break;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+      size = 2;
+      break;
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_R4:
+    case VT_ERROR:
+      size = 4;
+      break;
+    default:
+      break;
+  }
+  unsigned char bytes[8];
+  std::memcpy(bytes, &v.llVal, size);
+  for (std::size_t i = size; i-- > 0;) {
+    made += "0123456789abcdef"[bytes[i] >> 4];
+    made += "0123456789abcdef"[bytes[i] & 15];
+  }
+  if (v.vt == VT_R8 || v.vt == VT_DATE) made += " = " + std::to_string(v.dblVal);
+  if (v.vt == VT_R4) made += " = " + std::to_string(v.fltVal);
+  return made;
+}
+
+}  // namespace vqmath63::automation::system::test

@@ -1,0 +1,264 @@
+// The vtable path: the same results bit for bit as by name, identity, failures, the host's state.
+#include <fenv.h>
+#include <xmmintrin.h>
+
+#include <bit>
+#include <cmath>
+
+#include "boundary_fixture.hpp"
+
+namespace vqmath63::automation::test {
+namespace {
+
+using namespace system::test;
+
+class VtableTest : public BoundaryTest {};
+
+template <class T>
+T poisoned() {
+  T value;
+  std::memset(&value, 0xCC, sizeof value);
+  return value;
+}
+
+TEST_F(VtableTest, both_roads_give_the_same_bits) {
+  const double nan = std::bit_cast<double>(0x7FF8000000ABCDEFULL);
+  for (const double x : {0.0, -0.0, 1.0 / 3, 1e308, 5e-324, 0x1.000001p0, HUGE_VAL, nan}) {
+    double d = poisoned<double>();
+    EXPECT_EQ(object->EchoDouble(x, &d), S_OK);
+    EXPECT_EQ(shown(r8(d).v), shown(call(object, u"EchoDouble", {r8(x).v}).result.v));
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(d), std::bit_cast<std::uint64_t>(x));
+    const auto y = static_cast<float>(x);
+    float f = poisoned<float>();
+    EXPECT_EQ(object->EchoSingle(y, &f), S_OK);
+    EXPECT_EQ(shown(r4(f).v), shown(call(object, u"EchoSingle", {r4(y).v}).result.v));
+    EXPECT_EQ(std::bit_cast<std::uint32_t>(f), std::bit_cast<std::uint32_t>(y));
+  }
+  for (const VARIANT_BOOL b : {VARIANT_BOOL{0}, VARIANT_BOOL{1}, VARIANT_TRUE}) {
+    VARIANT_BOOL out = poisoned<VARIANT_BOOL>();
+    EXPECT_EQ(object->EchoBoolean(b, &out), S_OK);
+    EXPECT_EQ(out, b == 0 ? VARIANT_FALSE : VARIANT_TRUE);
+    VARIANT_BOOL changed = b;
+    EXPECT_EQ(object->ChangeBoolean(&changed), S_OK);
+    EXPECT_EQ(changed, b == 0 ? VARIANT_TRUE : VARIANT_FALSE);
+  }
+  const struct {
+    std::u16string sent, back;
+  } texts[] = {{u"", u""},
+               {std::u16string(u"a\0b", 3), std::u16string(u"a\0b", 3)},
+               {u"\u00e4\u20ac\U0001F6E2\uffff", u"\u00e4\u20ac\U0001F6E2\uffff"},
+               {u"x\xd800y", u"x\ufffdy"},
+               {u"\xdc00", u"\ufffd"}};
+  for (const auto& row : texts) {
+    const Value sent = text(row.sent);
+    Value out;
+    out.v.bstrVal = poisoned<BSTR>();
+    EXPECT_EQ(object->EchoText(sent.v.bstrVal, &out.v.bstrVal), S_OK);
+    out.v.vt = VT_BSTR;
+    EXPECT_EQ(characters(out.v.bstrVal), row.back);
+    EXPECT_EQ(shown(out.v), shown(call(object, u"EchoText", {sent.v}).result.v));
+  }
+}
+
+TEST_F(VtableTest, arrays_are_looked_at_before_they_are_borrowed) {
+  const struct {
+    HRESULT (VQ_API ISample::*member)(SAFEARRAY**, LONG, BSTR*);
+    VARTYPE element;
+    ULONG columns;
+  } rows[] = {{&ISample::Singles, VT_R4, 0},
+              {&ISample::Doubles, VT_R8, 0},
+              {&ISample::Longs, VT_I4, 0},
+              {&ISample::Booleans, VT_BOOL, 0},
+              {&ISample::Table, VT_R4, 2}};
+  for (const auto& row : rows) {
+    BSTR out = poisoned<BSTR>();
+    EXPECT_EQ((object->*row.member)(nullptr, kRead, &out), E_POINTER);
+    EXPECT_EQ(out, nullptr);
+    for (const VARTYPE other : {VT_DISPATCH, VT_BSTR, VT_CY, VT_UI4, VT_I2, VT_VARIANT}) {
+      Value host = array(other, 0, {}, row.columns);
+      EXPECT_EQ((object->*row.member)(&host.v.parray, kRead, &out), error_code(13)) << other;
+      EXPECT_EQ(host.v.parray->cLocks, 0U);
+    }
+    // Hand-made arrays name no type: the size decides, unless the elements own something.
+    Value anonymous = array(row.element, 1, {1, 1, 1, 1}, row.columns);
+    for (const USHORT features : {USHORT{0}, FADF_BSTR, FADF_UNKNOWN, FADF_DISPATCH}) {
+      anonymous.v.parray->fFeatures = features;
+      EXPECT_EQ((object->*row.member)(&anonymous.v.parray, kRead, &out),
+                features == 0 ? S_OK : error_code(13));
+      SysFreeString(out);
+    }
+    anonymous.v.parray->fFeatures = FADF_HAVEVARTYPE;
+  }
+}
+
+TEST_F(VtableTest, null_pointers_are_refused_and_stand_for_missing_optional_arguments) {
+  double d = 0;
+  BSTR out = poisoned<BSTR>();
+  EXPECT_EQ(object->EchoDouble(1, nullptr), E_POINTER);
+  EXPECT_EQ(error_words(), u"Invalid pointer: no place for the result");
+  EXPECT_EQ(object->ChangeDouble(nullptr), E_POINTER);
+  EXPECT_EQ(error_words(), u"Invalid pointer: argument 'x' of ChangeDouble is a null reference");
+  EXPECT_EQ(object->JoinRef(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &out), S_OK);
+  EXPECT_EQ(ascii(characters(out)), "1.5 2.5 7 1 36526 psi");
+  SysFreeString(out);
+  EXPECT_EQ(object->Join(0, 0, 0, 0, 0, nullptr, &out), S_OK);
+  EXPECT_EQ(ascii(characters(out)), "0 0 0 0 0 ");
+  SysFreeString(out);
+  EXPECT_EQ(object->Quotient(1, 2, &d), S_OK);
+  EXPECT_EQ(d, 0.5);
+}
+
+TEST_F(VtableTest, failures_carry_the_same_words_on_both_roads_and_leave_nothing_stale) {
+  const struct {
+    LONG number;
+    HRESULT hr;
+    std::u16string words;
+  } rows[] = {
+      {5, error_code(5), u"Invalid procedure call or argument"},
+      {9, error_code(9), u"Subscript out of range"},
+      {429, error_code(429), u"Component can't create object"},
+      {E_ACCESSDENIED, E_ACCESSDENIED, u"Access is denied"},
+      {-1, error_code(7), u"Out of memory"},
+      {-2, E_FAIL, u"Unspecified error"},
+  };
+  for (const auto& row : rows) {
+    Value where = text(u"host");
+    float out = poisoned<float>();
+    const auto fail = [&] { return object->Fail(row.number, &where.v.bstrVal, &out); };
+    EXPECT_EQ(fail(), row.hr);
+    EXPECT_EQ(out, 0.0F);
+    EXPECT_EQ(characters(where.v.bstrVal), u"reached");  // written before the failure
+    EXPECT_EQ(error_words(), row.words);
+
+    const Sent by_name(text(u"host"), kByRef);
+    const Answer answer = call(object, u"Fail", {i4(row.number).v, by_name.variant});
+    EXPECT_EQ(answer.hr, DISP_E_EXCEPTION);
+    EXPECT_EQ(answer.scode, row.hr);
+    EXPECT_EQ(answer.words, row.words);
+    EXPECT_EQ(answer.source, u"vq140Analyse.ztSample");
+    EXPECT_EQ(shown(by_name.variable.v), shown(where.v));
+    EXPECT_EQ(error_words(), u"");  // it has gone into the exception record
+
+    fail();
+    EXPECT_EQ(object->EchoSingle(1, &out), S_OK);
+    EXPECT_EQ(error_words(), u"") << "after a good call";
+    fail();
+    EXPECT_EQ(invoke_id(object, 4, {r4(1).v}, DISPATCH_METHOD).hr, S_OK);
+    EXPECT_EQ(error_words(), u"") << "after a good call by name";
+  }
+  // Without an exception record the words stay with the thread.
+  VARIANT sent[] = {empty().v, i4(9).v};
+  DISPPARAMS params{sent, nullptr, 2, 0};
+  EXPECT_EQ(object->Invoke(23, IID_NULL, 0, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr),
+            DISP_E_EXCEPTION);
+  EXPECT_EQ(error_words(), u"Subscript out of range");
+  // The last reference to another object goes away first, as a host's smart pointers do.
+  void* other = nullptr;
+  ASSERT_EQ(class_info<kSample>().create(IID_IDispatch, &other), S_OK);
+  float out = 0;
+  EXPECT_EQ(object->Fail(9, &sent[0].bstrVal, &out), error_code(9));
+  SysFreeString(sent[0].bstrVal);
+  static_cast<IDispatch*>(other)->Release();
+  IErrorInfo* info = nullptr;
+  ASSERT_EQ(GetErrorInfo(0, &info), S_OK);
+  Value source = text(u"");
+  GUID guid{};
+  SysFreeString(source.v.bstrVal);
+  EXPECT_EQ(info->GetSource(&source.v.bstrVal), S_OK);
+  EXPECT_EQ(info->GetGUID(&guid), S_OK);
+  info->Release();
+  EXPECT_EQ(characters(source.v.bstrVal), u"vq140Analyse.ztSample");
+  EXPECT_EQ(guid, kSample.iid);
+}
+
+TEST_F(VtableTest, one_object_answers_for_all_its_interfaces) {
+  const struct {
+    const char* name;
+    IID iid;
+    bool itself;
+  } rows[] = {{"IUnknown", IID_IUnknown, true},
+              {"IDispatch", IID_IDispatch, true},
+              {"dual", kSample.iid, true},
+              {"ISupportErrorInfo", IID_ISupportErrorInfo, false},
+              {"IProvideClassInfo", IID_IProvideClassInfo, false}};
+  for (const auto& row : rows) {
+    void* found = poisoned<void*>();
+    ASSERT_EQ(object->QueryInterface(row.iid, &found), S_OK) << row.name;
+    EXPECT_EQ(found == object, row.itself) << row.name;
+    void* back = nullptr;
+    EXPECT_EQ(static_cast<IUnknown*>(found)->QueryInterface(IID_IUnknown, &back), S_OK);
+    EXPECT_EQ(back, object) << row.name;
+    static_cast<IUnknown*>(back)->Release();
+    static_cast<IUnknown*>(found)->Release();
+  }
+  void* found = poisoned<void*>();
+  EXPECT_EQ(object->QueryInterface(kSample.clsid, &found), E_NOINTERFACE);
+  EXPECT_EQ(found, nullptr);
+  EXPECT_EQ(object->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
+  EXPECT_EQ(class_info<kSample>().create(IID_IClassFactory, &found), E_NOINTERFACE);
+  EXPECT_EQ(found, nullptr);
+  ASSERT_EQ(object->QueryInterface(IID_ISupportErrorInfo, &found), S_OK);
+  auto* support = static_cast<ISupportErrorInfo*>(found);
+  EXPECT_EQ(support->InterfaceSupportsErrorInfo(kSample.iid), S_OK);
+  EXPECT_EQ(support->InterfaceSupportsErrorInfo(IID_IDispatch), S_OK);
+  EXPECT_EQ(support->InterfaceSupportsErrorInfo(IID_IClassFactory), S_FALSE);
+  support->Release();
+  // There are no type libraries here.
+  UINT count = 7;
+  auto* info = poisoned<ITypeInfo*>();
+  EXPECT_EQ(object->GetTypeInfoCount(&count), S_OK);
+  EXPECT_EQ(count, 0U);
+  EXPECT_TRUE(FAILED(object->GetTypeInfo(0, 0, &info)));
+  EXPECT_EQ(info, nullptr);
+}
+
+TEST_F(VtableTest, the_hosts_floating_point_state_is_neither_met_nor_changed) {
+  const auto control = [] {
+    std::uint16_t x87 = 0;
+    __asm__ volatile("fnstcw %0" : "=m"(x87));
+    return (_mm_getcsr() & 0xFFC0U) << 16 | x87;
+  };
+  fenv_t usual;
+  ASSERT_EQ(fegetenv(&usual), 0);
+  for (const int rounding : {FE_TONEAREST, FE_UPWARD, FE_TOWARDZERO}) {
+    feclearexcept(FE_ALL_EXCEPT);
+    feenableexcept(FE_DIVBYZERO | FE_INVALID | FE_OVERFLOW | FE_UNDERFLOW | FE_INEXACT);
+    fesetround(rounding);
+    _mm_setcsr(_mm_getcsr() | 0x8040U);  // flush to zero, denormals are zero
+    const std::uint32_t before = control();
+    double third = 0, infinite = 0, undefined = 0, tiny = 0;
+    std::uint32_t after[7];
+    object->Quotient(1, 3, &third);
+    object->Quotient(1, 0, &infinite);
+    object->Quotient(0, 0, &undefined);
+    object->Quotient(0x1p-1060, 4, &tiny);
+    after[0] = control();
+    // Conversions by name are arithmetic too.
+    const Answer answer = call(object, u"EchoSingle", {r8(0.1).v});
+    after[1] = control();
+    const Answer words = call(object, u"EchoSingle", {text(u"0.1").v});
+    after[2] = control();
+    const Answer overflow = call(object, u"EchoSingle", {r8(1e39).v});
+    after[3] = control();
+    const Sent list(array(VT_VARIANT, 1, {2, 1}), kByRef);
+    call(object, u"Singles", {list.variant, i4(kChange).v});
+    after[4] = control();
+    void* other = nullptr;
+    class_info<kSample>().create(IID_IDispatch, &other);
+    after[5] = control();
+    static_cast<IUnknown*>(other)->Release();
+    after[6] = control();
+    fesetenv(&usual);
+    for (const std::uint32_t state : after) EXPECT_EQ(state, before) << rounding;
+    EXPECT_EQ(third, 1.0 / 3);
+    EXPECT_EQ(infinite, INFINITY);
+    EXPECT_TRUE(std::isnan(undefined));
+    EXPECT_EQ(tiny, 0x1p-1062);
+    EXPECT_EQ(shown(answer.result.v), shown(r4(0.1F).v));
+    EXPECT_EQ(shown(words.result.v), shown(r4(0.1F).v));
+    EXPECT_EQ(overflow.scode, error_code(6));
+  }
+}
+
+}  // namespace
+}  // namespace vqmath63::automation::test
