@@ -1,0 +1,139 @@
+#include "host/command_line.hpp"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <iostream>
+
+#include "host/csv.hpp"
+#include "host/failure.hpp"
+#include "host/text.hpp"
+
+namespace vqmath63::host {
+namespace {
+
+// Every value is taken as text and converted here, whatever the locale.
+template <class Take>
+void add(CLI::App* app, const char* names, const char* type, const char* help, const Take& take) {
+  const std::string known(names);
+  app->add_option_function<std::string>(
+         known, [take, known](const std::string& text) { take(known, text); }, help)
+      ->type_name(type);
+}
+
+}  // namespace
+
+Command& Command::argument(const char* name, std::string& value, const char* help) {
+  app_->add_option(name, value, help)->required()->type_name(" ");
+  return *this;
+}
+
+Command& Command::option(const char* names, const char* type, std::string& value,
+                         const char* help) {
+  add(app_, names, type, help,
+      [&value](const std::string&, const std::string& text) { value = text; });
+  return *this;
+}
+
+Command& Command::option(const char* names, const char* type, std::optional<std::string>& value,
+                         const char* help) {
+  add(app_, names, type, help,
+      [&value](const std::string&, const std::string& text) { value = text; });
+  return *this;
+}
+
+Command& Command::option(const char* names, const char* type, std::optional<double>& value,
+                         const char* help) {
+  add(app_, names, type, help, [&value](const std::string& known, const std::string& text) {
+    value = parse_number(text);
+    if (!value) throw UsageError(known + ": " + in_quotes(text) + " is not a number");
+  });
+  return *this;
+}
+
+Command& Command::count(const char* names, std::int32_t& value, const char* help) {
+  add(app_, names, "N", help, [&value](const std::string& known, const std::string& text) {
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc{} || stop != end || value < 1) {
+      throw UsageError(known + ": " + in_quotes(text) +
+                       " is not a whole number from 1 to 2147483647");
+    }
+  });
+  return *this;
+}
+
+Command& Command::repeatable(const char* names, const char* type, std::vector<std::string>& values,
+                             const char* help) {
+  app_->add_option(names, values, help)
+      ->expected(1)
+      ->allow_extra_args(false)
+      ->take_all()
+      ->type_name(type);
+  return *this;
+}
+
+Command& Command::flag(const char* names, bool& value, const char* help) {
+  app_->add_flag_callback(
+      names, [&value] { value = true; }, help);
+  return *this;
+}
+
+Command& Command::rest(std::vector<std::string>& values) {
+  app_->allow_extras();
+  app_->parse_complete_callback([app = app_, &values] {
+    values = app->remaining();
+    for (const std::string& value : values) {
+      if (value.starts_with("--")) throw UsageError("there is no option " + value);
+    }
+  });
+  return *this;
+}
+
+Command& Command::notes(const char* text) {
+  app_->footer(text);
+  return *this;
+}
+
+Command& Command::does(Work work) {
+  app_->final_callback([chosen = chosen_, work = std::move(work)] { *chosen = work; });
+  return *this;
+}
+
+CommandLine::CommandLine(const char* program, const char* description, const char* notes)
+    : app_(std::make_unique<CLI::App>(description, program)) {
+  app_->footer(notes);
+  app_->require_subcommand(0, 1);
+}
+
+CommandLine::~CommandLine() = default;
+
+Command CommandLine::add(const char* name, const char* help) {
+  return {app_->add_subcommand(name, help), &chosen_};
+}
+
+void CommandLine::add_option(const char* name, const char* help, Work work) {
+  app_->add_flag_callback(
+      name, [this, work = std::move(work)] { chosen_ = work; }, help);
+}
+
+Work CommandLine::parse(int argc, char** argv) {
+  try {
+    app_->parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    const auto subcommands = app_->get_subcommands();
+    const CLI::App* asked = subcommands.empty() ? app_.get() : subcommands.front();
+    return [text = asked->help(asked == app_.get() ? "" : app_->get_name())] {
+      std::cout << text;
+      return kSuccess;
+    };
+  } catch (const CLI::ParseError& error) {
+    throw UsageError(error.what());
+  }
+  if (chosen_) return chosen_;
+  return [text = app_->help()] {
+    std::cerr << text;
+    return kBadUsage;
+  };
+}
+
+}  // namespace vqmath63::host

@@ -1,0 +1,87 @@
+// Reads a CSV file with a header into columns of numbers, and says where a cell cannot be read.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vqmath63::host {
+
+/// What the cells of a column are, judged by its first filled cell.
+enum class CellKind { kUnknown, kNumber, kDate, kText };
+
+/// What is wanted of a column.
+enum class Want {
+  kNothing,         ///< pass over it
+  kNumbersIfAny,    ///< numbers; a column of text or dates is left out
+  kNumbers,         ///< numbers, else an error
+  kNumbersOrDates,  ///< numbers, or dates as day counts (see moment.hpp), else an error
+  kTimes,           ///< the same, and a missing cell is an error whatever empty_as says
+};
+
+struct CsvColumn {
+  CellKind kind = CellKind::kUnknown;
+  std::vector<double> values;  ///< one per row; none in a column that was left out
+};
+
+struct CsvTable {
+  std::vector<CsvColumn> columns;
+  std::vector<std::size_t> lines;  ///< line of the file on which each row begins, from 1
+};
+
+struct CsvReading {
+  std::vector<Want> wants;         ///< per column; missing entries are kNumbersIfAny
+  std::optional<double> empty_as;  ///< value of a cell that is empty or says NaN; none: an error
+  /// Told now and then of rows read, bytes done and bytes in all.
+  std::function<void(std::size_t, std::size_t, std::size_t)> progress;
+};
+
+/// A CSV file in memory, its header read.
+///
+/// The delimiter (comma, semicolon or tab) is the one found most often in the header; fields may be
+/// quoted, lines end with LF or CRLF, a UTF-8 byte order mark is passed over. Numbers have a
+/// decimal point, never a comma. Empty lines are passed over, save within a file of one column,
+/// where they are missing cells. Every error is a WorkError that names file, line and column.
+class CsvFile {
+ public:
+  /// Reads the file; `path` "-" is the standard input.
+  explicit CsvFile(const std::string& path);
+  /// The same over a text in memory, which `path` names in messages.
+  CsvFile(std::string path, std::string text);
+
+  const std::string& path() const { return path_; }
+  const std::vector<std::string>& headers() const { return headers_; }
+  std::size_t bytes() const { return text_.size(); }
+
+  /// Index from 0 of a column given by its header (letter case matters only where two differ by
+  /// nothing else) or by its number from 1.
+  std::size_t column(std::string_view name_or_number) const;
+
+  /// Reads the rows.
+  CsvTable read(const CsvReading& reading) const;
+
+  /// "wells.csv:17: column 3 (oil): ", the beginning of every message on a cell.
+  std::string place(std::size_t line, std::size_t column) const;
+
+ private:
+  void read_header();
+
+  std::string path_;
+  std::string text_;
+  std::vector<std::string> headers_;
+  char delimiter_ = ',';
+  std::size_t rows_at_ = 0;       // offset of the first row
+  std::size_t rows_on_line_ = 1;  // its line
+};
+
+/// A whole text as a finite or non-finite number in C notation, a leading plus allowed; nothing
+/// when it is none. Too small a number is 0, too large a one infinite.
+std::optional<double> parse_number(std::string_view text);
+
+/// A field as a CSV file holds it, quoted where it must be.
+std::string csv_field(std::string_view text);
+
+}  // namespace vqmath63::host

@@ -1,0 +1,67 @@
+// Small helpers for texts.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vqmath63::host {
+
+/// Without blanks around it.
+inline std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\r";
+  const auto from = text.find_first_not_of(kBlanks);
+  if (from == std::string_view::npos) return {};
+  return text.substr(from, text.find_last_not_of(kBlanks) - from + 1);
+}
+
+/// Equal without regard to the case of a to z.
+inline bool same_letters(std::string_view a, std::string_view b) {
+  const auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (fold(a[i]) != fold(b[i])) return false;
+  }
+  return true;
+}
+
+/// The pieces between separators, without blanks around them.
+inline std::vector<std::string> split(std::string_view text, char separator) {
+  std::vector<std::string> pieces;
+  for (;;) {
+    const auto at = text.find(separator);
+    pieces.emplace_back(trimmed(text.substr(0, at)));
+    if (at == std::string_view::npos) return pieces;
+    text.remove_prefix(at + 1);
+  }
+}
+
+/// The first 40 bytes in quotes.
+inline std::string in_quotes(std::string_view text) {
+  constexpr std::size_t kMost = 40;
+  return "'" + std::string(text.substr(0, kMost)) + (text.size() > kMost ? "...'" : "'");
+}
+
+/// "1 row", "2 rows".
+inline std::string counted(std::size_t count, const std::string& noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+/// Places that a UTF-8 text takes on a terminal, one a character.
+inline std::size_t width_of(std::string_view text) {
+  std::size_t width = 0;
+  for (const char c : text) width += (static_cast<unsigned char>(c) & 0xC0) != 0x80 ? 1 : 0;
+  return width;
+}
+
+/// Padded with blanks to `width`, the text at the right or the left.
+inline std::string right_aligned(const std::string& text, std::size_t width) {
+  const std::size_t had = width_of(text);
+  return had < width ? std::string(width - had, ' ') + text : text;
+}
+inline std::string left_aligned(const std::string& text, std::size_t width) {
+  const std::size_t had = width_of(text);
+  return had < width ? text + std::string(width - had, ' ') : text;
+}
+
+}  // namespace vqmath63::host

@@ -1,0 +1,301 @@
+// CSV files as people have them: what is read, and what is said where they cannot be read.
+#include "host/csv.hpp"
+
+#include <gtest/gtest.h>
+
+#include "host/failure.hpp"
+#include "host/moment.hpp"
+
+namespace vqmath63::host {
+namespace {
+
+using Values = std::vector<double>;
+
+struct ReadRow {
+  const char* name;
+  std::string text;
+  CsvReading reading;
+  std::vector<std::string> headers;
+  std::vector<Values> columns;  // empty for a column that is left out
+};
+
+CsvReading wants(std::vector<Want> list) {
+  return {std::move(list), {}, {}};
+}
+CsvReading filling(double value) {
+  return {{}, value, {}};
+}
+
+const ReadRow kReadRows[] = {
+    {"plain", "t,oil\n0,5\n1,20\n", {}, {"t", "oil"}, {{0, 1}, {5, 20}}},
+    {"no line end at the end", "t,oil\n0,5\n1,20", {}, {"t", "oil"}, {{0, 1}, {5, 20}}},
+    {"CRLF and byte order mark",
+     "\xEF\xBB\xBFt,oil\r\n0,5\r\n1,20\r\n",
+     {},
+     {"t", "oil"},
+     {{0, 1}, {5, 20}}},
+    {"semicolons", "t;oil\n0;5.5\n", {}, {"t", "oil"}, {{0}, {5.5}}},
+    {"tabs", "t\toil\n0\t5.5\n1\t6\n", {}, {"t", "oil"}, {{0, 1}, {5.5, 6}}},
+    {"a comma in a header of semicolons",
+     "t;oil, net;gas\n0;5;6\n",
+     {},
+     {"t", "oil, net", "gas"},
+     {{0}, {5}, {6}}},
+    {"quotes",
+     "\"t\",\"oil \"\"net\"\", sm3\"\n\"0\",\"5\"\n",
+     {},
+     {"t", "oil \"net\", sm3"},
+     {{0}, {5}}},
+    {"a quoted line end", "t,note,oil\n0,\"a\nb\",5\n", {}, {"t", "note", "oil"}, {{0}, {}, {5}}},
+    {"blanks round cells", " t , oil\n 0 , 5 \n1,\t6\r\n", {}, {"t", "oil"}, {{0, 1}, {5, 6}}},
+    {"forms of numbers",
+     "a,b,c,d\n+1,-2.5,1e3,.5\n1.,-0,1E-3,+.25\n",
+     {},
+     {"a", "b", "c", "d"},
+     {{1, 1}, {-2.5, 0}, {1000, 0.001}, {0.5, 0.25}}},
+    {"empty lines", "t,oil\n\n0,5\n   \r\n1,6\n\n\n", {}, {"t", "oil"}, {{0, 1}, {5, 6}}},
+    {"text is left out",
+     "t,well,oil\n0,6406/2-1,5\n1,B,6\n",
+     {},
+     {"t", "well", "oil"},
+     {{0, 1}, {}, {5, 6}}},
+    {"text after gaps is left out",
+     "t,note,oil\n0,,5\n1,shut in,6\n",
+     {},
+     {"t", "note", "oil"},
+     {{0, 1}, {}, {5, 6}}},
+    {"an empty column is left out",
+     "t,x,oil\n0,,5\n1,,6\n",
+     {},
+     {"t", "x", "oil"},
+     {{0, 1}, {}, {5, 6}}},
+    {"gaps are filled",
+     "t,oil,gas\n0,,1\n1,6,NaN\n2,nan,\n",
+     filling(-1),
+     {"t", "oil", "gas"},
+     {{0, 1, 2}, {-1, 6, -1}, {1, -1, -1}}},
+    {"what is not wanted is not looked at",
+     "t,oil,gas\n0,5,1\n1,6,abc\n",
+     wants({Want::kNumbers, Want::kNumbers, Want::kNothing}),
+     {"t", "oil", "gas"},
+     {{0, 1}, {5, 6}, {}}},
+    {"dates",
+     "date,oil\n1899-12-30,1\n1900-01-01 06:00,2\n1900-03-01T12:00:00,3\n",
+     wants({Want::kTimes}),
+     {"date", "oil"},
+     {{0, 2.25, 61.5}, {1, 2, 3}}},
+    {"a column without a name", "t,,oil\n0,1,2\n", {}, {"t", "column 2", "oil"}, {{0}, {1}, {2}}},
+    {"a number below Double", "t,oil\n0,1e-400\n1,2\n", {}, {"t", "oil"}, {{0, 1}, {0, 2}}},
+};
+
+TEST(Csv, ReadsFiles) {
+  for (const ReadRow& row : kReadRows) {
+    SCOPED_TRACE(row.name);
+    const CsvFile file("f.csv", row.text);
+    EXPECT_EQ(file.headers(), row.headers);
+    const CsvTable table = file.read(row.reading);
+    ASSERT_EQ(table.columns.size(), row.columns.size());
+    for (std::size_t c = 0; c < row.columns.size(); ++c) {
+      EXPECT_EQ(table.columns[c].values, row.columns[c]) << "column " << c + 1;
+    }
+  }
+}
+
+struct FaultRow {
+  const char* name;
+  std::string text;
+  CsvReading reading;
+  std::string message;
+};
+
+const FaultRow kFaultRows[] = {
+    {"empty", "", {}, "f.csv: the file is empty"},
+    {"blanks only", " \r\n\n", {}, "f.csv: the file is empty"},
+    {"byte order mark only", "\xEF\xBB\xBF", {}, "f.csv: the file is empty"},
+    {"header only", "t,oil\n\n", {}, "f.csv: the file has a header and no rows"},
+    {"UTF-16",
+     std::string("\xFF\xFEt\0,\0", 6),
+     {},
+     "f.csv: the file is UTF-16 text; save it as UTF-8"},
+    {"binary", std::string("t,\0il\n0,1\n", 10), {}, "f.csv: this is no text file"},
+    {"no header",
+     "0,5\n1,6\n",
+     {},
+     "f.csv:1: the first line must name the columns, but it begins with '0'"},
+    {"no header over dates",
+     "2020-01-01,5\n",
+     {},
+     "f.csv:1: the first line must name the columns, but it begins with '2020-01-01'"},
+    {"same names",
+     "t,oil,gas,oil\n0,1,2,3\n",
+     {},
+     "f.csv:1: columns 2 and 4 have the same name 'oil'"},
+    {"no number",
+     "t,gas,oil\n0,1,2\n1,1,abc\n",
+     {},
+     "f.csv:3: column 3 (oil): 'abc' is not a number"},
+    {"the line, not the row",
+     "t,note,oil\n\n0,\"a\nb\",2\n1,c,2x\n",
+     {},
+     "f.csv:5: column 3 (oil): '2x' is not a number"},
+    {"number and more",
+     "t,oil\n0,1\n1,2 3\n",
+     {},
+     "f.csv:3: column 2 (oil): '2 3' is not a number"},
+    {"decimal comma",
+     "t;oil\n0;1,5\n",
+     {},
+     "f.csv:2: column 2 (oil): '1,5' is not a number (a decimal comma is not supported: write "
+     "1.5)"},
+    {"few cells", "t,oil,gas\n0,1,2\n1,2\n", {}, "f.csv:3: the row has 2 cells, the header has 3"},
+    {"many cells", "t,oil\n0,1,\n", {}, "f.csv:2: the row has 3 cells, the header has 2"},
+    {"missing",
+     "t,oil\n0,1\n1,\n",
+     {},
+     "f.csv:3: column 2 (oil): the value is missing (--empty-as VALUE fills such cells)"},
+    {"missing before the first",
+     "t,oil\n0,\n1,2\n",
+     {},
+     "f.csv:2: column 2 (oil): the value is missing (--empty-as VALUE fills such cells)"},
+    {"NaN",
+     "t,oil\n0,1\n1,NaN\n",
+     {},
+     "f.csv:3: column 2 (oil): the value is missing (--empty-as VALUE fills such cells)"},
+    {"missing between tabs",
+     "t\toil\n0\t1\n1\t\n",
+     {},
+     "f.csv:3: column 2 (oil): the value is missing (--empty-as VALUE fills such cells)"},
+    {"missing in one column",
+     "oil\n1\n\n2\n",
+     {},
+     "f.csv:3: column 1 (oil): the value is missing (--empty-as VALUE fills such cells)"},
+    {"nothing in a wanted column", "t,oil\n0,\n1,\n", wants({Want::kNumbers, Want::kNumbers}),
+     "f.csv:2: column 2 (oil): the value is missing (--empty-as VALUE fills such cells)"},
+    {"a missing time",
+     "t,oil\n0,1\n,2\n",
+     {{Want::kTimes}, 0.0, {}},
+     "f.csv:3: column 1 (t): the time is missing"},
+    {"infinite",
+     "t,oil\n0,1\n1,-inf\n",
+     {},
+     "f.csv:3: column 2 (oil): '-inf' is not a finite number"},
+    {"beyond Double",
+     "t,oil\n0,1\n1,1e999\n",
+     {},
+     "f.csv:3: column 2 (oil): '1e999' is not a finite number"},
+    {"text where numbers are wanted", "t,oil\n0,abc\n", wants({Want::kNumbers, Want::kNumbers}),
+     "f.csv:2: column 2 (oil): 'abc' is not a number"},
+    {"neither number nor date", "t,oil\n31/12/2020,1\n", wants({Want::kTimes}),
+     "f.csv:2: column 1 (t): '31/12/2020' is neither a number nor a date (dates are written "
+     "YYYY-MM-DD or YYYY-MM-DD hh:mm)"},
+    {"no such day", "t,oil\n2020-02-29,1\n2021-02-29,1\n", wants({Want::kTimes}),
+     "f.csv:3: column 1 (t): '2021-02-29' is not a date (dates are written YYYY-MM-DD or "
+     "YYYY-MM-DD hh:mm)"},
+    {"an open quote",
+     "t,oil\n0,\"1\n1,2\n",
+     {},
+     "f.csv:2: column 2 (oil): a quote is opened and never closed"},
+    {"text after a quote",
+     "t,oil\n0,\"1\"2\n",
+     {},
+     "f.csv:2: column 2 (oil): text follows the closing quote"},
+};
+
+TEST(Csv, SaysWhereAFileCannotBeRead) {
+  for (const FaultRow& row : kFaultRows) {
+    SCOPED_TRACE(row.name);
+    try {
+      CsvFile("f.csv", row.text).read(row.reading);
+      ADD_FAILURE() << "no error";
+    } catch (const WorkError& error) {
+      EXPECT_EQ(error.what(), row.message);
+    }
+  }
+}
+
+TEST(Csv, FindsColumnsByNameAndNumber) {
+  const CsvFile file("f.csv", "t,Oil,OIL,3,gas\n0,1,2,3,4\n");
+  struct Row {
+    const char* given;
+    std::size_t index;
+  };
+  for (const Row& row : {Row{"Oil", 1}, Row{"OIL", 2}, Row{"oil", 1}, Row{"GAS", 4}, Row{"2", 1},
+                         Row{"3", 3}, Row{"5", 4}}) {
+    EXPECT_EQ(file.column(row.given), row.index) << row.given;
+  }
+  for (const char* none : {"water", "0", "6", "", "-1", "1x"}) {
+    EXPECT_THROW(file.column(none), WorkError) << none;
+  }
+}
+
+TEST(Csv, TellsProgressOfLongFiles) {
+  std::string text = "t,oil\n";
+  for (int i = 0; i < 200000; ++i) text += std::to_string(i) + ",1\n";
+  std::size_t calls = 0;
+  std::size_t last = 0;
+  CsvReading reading;
+  reading.progress = [&](std::size_t rows, std::size_t done, std::size_t bytes) {
+    ++calls;
+    EXPECT_GT(rows, last);
+    EXPECT_LE(done, bytes);
+    last = rows;
+  };
+  const CsvTable table = CsvFile("f.csv", text).read(reading);
+  EXPECT_EQ(table.lines.size(), 200000U);
+  EXPECT_EQ(table.lines.back(), 200001U);
+  EXPECT_GE(calls, 3U);
+}
+
+TEST(Csv, QuotesFieldsThatNeedIt) {
+  EXPECT_EQ(csv_field("W-1"), "W-1");
+  EXPECT_EQ(csv_field("oil, net"), "\"oil, net\"");
+  EXPECT_EQ(csv_field("a \"b\""), "\"a \"\"b\"\"\"");
+}
+
+TEST(Moment, ReadsAndWritesIsoTexts) {
+  struct Row {
+    const char* text;
+    double days;
+    const char* written;
+  };
+  // Day numbers as spreadsheets count them: 36526 is 2000-01-01.
+  const Row rows[] = {{"2000-01-01", 36526, "2000-01-01"},
+                      {"2000-02-29 18:00", 36585.75, "2000-02-29 18:00"},
+                      {"1899-12-29T06:00", -0.75, "1899-12-29 06:00"},
+                      {"0100-01-01", -657434, "0100-01-01"},
+                      {"9999-12-31 23:59:59", 2958465.999988426, "9999-12-31 23:59:59"}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.text);
+    const auto days = parse_moment(row.text);
+    ASSERT_TRUE(days);
+    EXPECT_NEAR(*days, row.days, 1e-9);
+    EXPECT_EQ(exact_moment_text(*days), row.written);
+    EXPECT_DOUBLE_EQ(day_count(automation_date(*days)), *days);
+  }
+  EXPECT_EQ(automation_date(-0.75), -1.25);  // the fraction of an automation date is unsigned
+  for (const char* text : {"", "2000", "2000-1-1", "2000-13-01", "2000-00-10", "2001-02-29",
+                           "2000-01-01 ", "2000-01-01 24:00", "2000-01-01 6:00",
+                           "2000-01-01 06:00Z", "2000-01-01 06:00:00.", "01-01-2000"}) {
+    EXPECT_FALSE(parse_moment(text)) << text;
+  }
+}
+
+TEST(Moment, TakesTheRoundestClockTimeWithinTheTolerance) {
+  constexpr double kSecond = 1.0 / 86400.0;
+  struct Row {
+    double days;
+    double tolerance;
+    double rounded;
+  };
+  const Row rows[] = {{100.0 + 9 * kSecond, 10 * kSecond, 100.0},
+                      {100.0 + 11 * kSecond, 10 * kSecond, 100.0 + 0 * kSecond + 11 * kSecond},
+                      {100.25 - 9 * kSecond, 10 * kSecond, 100.25},
+                      {100.0 + 605 * kSecond, 10 * kSecond, 100.0 + 600 * kSecond},
+                      {-5.0 - 9 * kSecond, 10 * kSecond, -5.0}};
+  for (const Row& row : rows) {
+    EXPECT_NEAR(roundest_moment(row.days, row.tolerance), row.rounded, 1e-9) << row.days;
+  }
+}
+
+}  // namespace
+}  // namespace vqmath63::host
