@@ -19,9 +19,9 @@ VQ_EXPORT HRESULT VQ_API VqSetMessageCallback(VqMessageCallback callback, void* 
 /// With an empty or null programmatic id, a line per class: programmatic id, name, help.
 /// With one of a class, a line per member in interface order: kind ("method", "get", "let"), name,
 /// dispatch id, result type (empty for none), help, and then per argument four fields: name, type,
-/// "in" or "in,out", and "required", or "optional=" and the default. Types are Single, Double, Long,
-/// Boolean, Date, String, and for arrays "Single()" or "Single(,)".
-/// CO_E_CLASSSTRING for an unknown programmatic id.
+/// "in" or "in,out", and "required", or "optional=" and the default. Types are Single, Double,
+/// Long, Boolean, Date, String, and for arrays "Single()" or "Single(,)". CO_E_CLASSSTRING for an
+/// unknown programmatic id.
 VQ_EXPORT HRESULT VQ_API VqDescribe(const OLECHAR* programmatic_id, BSTR* text);
 
 }  // extern "C"

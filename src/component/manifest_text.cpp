@@ -29,9 +29,10 @@ std::string manifest_text(ClassList classes) {
             attribute("progid", programmatic_id(*info)) + attribute("tlbid", library) +
             attribute("threadingModel", "Apartment") + "/>\n";
   }
-  text += "    <typelib" + attribute("tlbid", library) +
-          attribute("version", std::to_string(kLibraryMajor) + "." + std::to_string(kLibraryMinor)) +
-          attribute("helpdir", "") + "/>\n  </file>\n";
+  text +=
+      "    <typelib" + attribute("tlbid", library) +
+      attribute("version", std::to_string(kLibraryMajor) + "." + std::to_string(kLibraryMinor)) +
+      attribute("helpdir", "") + "/>\n  </file>\n";
   for (const ClassInfo* info : classes) {
     // Calls from other apartments go through the system's marshaler for type libraries.
     text += "  <comInterfaceExternalProxyStub" +

@@ -60,8 +60,8 @@ class ClassesRoot {
     result_ = RegCreateKeyExW(key_, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
     if (result_ != ERROR_SUCCESS) return;
     const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-    result_ = RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
-                             bytes);
+    result_ =
+        RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()), bytes);
     RegCloseKey(key);
   }
   void remove(const std::wstring& path) {
@@ -92,7 +92,9 @@ std::wstring library_version() {
   return std::to_wstring(kLibraryMajor) + L"." + std::to_wstring(kLibraryMinor);
 }
 
-std::wstring library_path() { return L"TypeLib\\" + guid_text(kLibraryId); }
+std::wstring library_path() {
+  return L"TypeLib\\" + guid_text(kLibraryId);
+}
 
 void set_class(ClassesRoot& root, const ClassInfo& info, const std::wstring& file) {
   const std::wstring id = utf16(programmatic_id(info));
@@ -110,8 +112,8 @@ void set_class(ClassesRoot& root, const ClassInfo& info, const std::wstring& fil
   root.set(id + L"\\CLSID", nullptr, clsid);
 }
 
-// Written here rather than by RegisterTypeLib, so that both scopes are served alike on every version
-// of the system.
+// Written here rather than by RegisterTypeLib, so that both scopes are served alike on every
+// version of the system.
 void set_type_library(ClassesRoot& root, const ModulePath& path) {
   const std::wstring key = library_path() + L"\\" + library_version();
   root.set(key, nullptr, utf16(kLibraryTitle));

@@ -1,0 +1,13 @@
+# Fails when FILE needs a library that not every Windows has.
+execute_process(COMMAND ${OBJDUMP} -p ${FILE} OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "DLL Name: [^\n]+" imports "${headers}")
+if(NOT imports)
+  message(FATAL_ERROR "${FILE}: no imports found")
+endif()
+foreach(import IN LISTS imports)
+  string(REPLACE "DLL Name: " "" name "${import}")
+  string(TOLOWER "${name}" name)
+  if(NOT name MATCHES "^(advapi32|kernel32|msvcrt|ole32|oleaut32|user32)\\.dll$")
+    message(FATAL_ERROR "${FILE} needs ${name}, which is not part of every Windows")
+  endif()
+endforeach()

@@ -1,0 +1,156 @@
+// Drives the component by name as a JScript host does: arrays are objects of the script, results
+// arrive in the arrays handed in, scalars by reference in objects with a value. Argument: the table
+// of expected numbers.
+var checks = 0;
+var failures = 0;
+
+function check(what, passed) {
+  ++checks;
+  if (!passed) {
+    ++failures;
+    WScript.Echo("FAILED: " + what);
+  }
+}
+
+function checkNumber(what, got, want) {
+  check(what + ": " + got + ", wanted " + want, Math.abs(got - want) <= 1e-6 * Math.abs(want));
+}
+
+function checkError(what, call, number, words) {
+  try {
+    call();
+    check(what + ": no error", false);
+  } catch (e) {
+    check(what + ": error " + (e.number & 0xFFFF) + ", wanted " + number,
+          (e.number & 0xFFFF) === number);
+    check(what + ": text '" + e.message + "' lacks " + words, e.message.indexOf(words) >= 0);
+  }
+}
+
+function readTable(path) {
+  var table = {};
+  var stream = new ActiveXObject("Scripting.FileSystemObject").OpenTextFile(path);
+  while (!stream.AtEndOfStream) {
+    var line = stream.ReadLine();
+    if (line.length > 0 && line.charAt(0) !== "#") {
+      var parts = line.split("\t");
+      table[parts[0]] = parts[1].split(" ");
+    }
+  }
+  stream.Close();
+  return table;
+}
+
+// Values from element 1 on; element 0 holds what no routine may read.
+function samples(texts) {
+  var values = [1e30];
+  for (var i = 0; i < texts.length; ++i) values.push(Number(texts[i]));
+  return values;
+}
+
+// Rows and columns from 1 on.
+function rows(texts, columns) {
+  var all = [[]];
+  for (var i = 0; i < texts.length; i += columns) all.push(samples(texts.slice(i, i + columns)));
+  return all;
+}
+
+// Days since 1899-12-30, as automation counts dates.
+function serial(iso) {
+  var p = iso.split("-");
+  return (Date.UTC(p[0], p[1] - 1, p[2]) - Date.UTC(1899, 11, 30)) / 86400000;
+}
+
+function integralCases(expected) {
+  var integrate = new ActiveXObject("vq140Analyse.ztIntegrate");
+  var names = expected["integral.cases"];
+  for (var c = 0; c < names.length; ++c) {
+    var name = names[c];
+    var rules = expected[name + ".rules"] || expected["integral.rules"];
+    var results = expected[name + ".result"];
+    check(name + ": a result for each rule", rules.length === results.length);
+    for (var i = 0; i < rules.length; ++i) {
+      integrate.IntegrationRule = Number(rules[i]);
+      checkNumber(name + ", rule " + rules[i],
+                  integrate.Integral(samples(expected[name + ".x"]), samples(expected[name + ".y"])),
+                  Number(results[i]));
+    }
+  }
+  var x = [, 0, "1", 2];
+  var y = [undefined, null, 1, 4];
+  integrate.integrationrule = 1;
+  check("holes, texts and nulls", integrate.INTEGRAL(x, y) === 3);
+  check("what was not changed stays", x[1] === 0 && x[2] === "1" && y[1] === null && x.length === 4);
+  check("the rule is not read back", integrate.IntegerationRule === 0);
+}
+
+function accumulateCases(expected) {
+  var names = expected["accumulate.cases"];
+  var result = [[1, 2, 3], [4], [5], [6], [7], [8], [9], [10], [11]];  // larger than any result
+  for (var c = 0; c < names.length; ++c) {
+    var name = names[c];
+    var columns = Number(expected[name + ".columns"][0]);
+    var wanted = rows(expected[name + ".result"], columns);
+    var accumulate = new ActiveXObject("vq140Analyse.ztAccumulate");
+    accumulate.DataPeriod = expected[name + ".data_period"][0];
+    accumulate.Period = expected[name + ".period"][0];
+    accumulate.Frequency = Number(expected[name + ".frequency"][0]);
+    accumulate.StartData = serial(expected[name + ".start_data"][0]);
+    accumulate.StartDate = serial(expected[name + ".start_date"][0]);
+    var rate = expected[name + ".rate"];
+    if (rate) {
+      var flags = [];
+      for (var f = 0; f < rate.length; ++f) flags[f + 1] = rate[f] === "1";
+      accumulate.RateArray = flags;
+    }
+    var ok = {value: false};
+    accumulate.Accumulate(rows(expected[name + ".data"], columns), result, ok);
+    check(name + ": the flag is written back", ok.value === true);
+    check(name + ": rows " + result.length, result.length === wanted.length);
+    for (var i = 1; i < wanted.length; ++i) {
+      check(name + ": columns of row " + i, result[i].length === columns + 1);
+      for (var j = 1; j <= columns; ++j) {
+        checkNumber(name + "[" + i + "][" + j + "]", result[i][j], wanted[i][j]);
+      }
+    }
+  }
+  var once = {value: true};
+  var kept = [[], [, 5]];
+  accumulate.Period = "monthly";
+  accumulate.Accumulate([[], [0, 1, 2]], kept, once);
+  check("an unknown word is no success", once.value === false);
+  check("and leaves the result alone", kept.length === 2 && kept[1][1] === 5);
+}
+
+function scalarsAndErrors() {
+  var info = new ActiveXObject("vq140Analyse.ztAnalyseInfo");
+  var log = {value: ""};
+  var version = info.DLLVersion(log);
+  check("the version text: " + version, version.indexOf("vqmath63 v6.3.2436 ") === 0);
+  check("an empty log name is written back: " + log.value, log.value === "vqmath63.txt");
+  check("a plain text is accepted too", info.DLLVersion("vqmath63.txt", "", false) === version);
+  info.CloseDown();
+
+  var integrate = new ActiveXObject("vq140Analyse.ztIntegrate");
+  var accumulate = new ActiveXObject("vq140Analyse.ztAccumulate");
+  checkError("a text for an array", function() { integrate.Integral("x", [1]); }, 13,
+             "'xVals' of Integral");
+  checkError("an object without a length", function() { integrate.Integral([1], {}); }, 13,
+             "'yVals' of Integral");
+  checkError("an element that is no number",
+             function() { integrate.Integral([9, 1, "oil"], [9, 1, 2]); }, 13, "element (2)");
+  checkError("an element of a row that is no number",
+             function() { accumulate.Accumulate([[], [0, 1, "oil"]], [], {}); }, 13, "(1, 2)");
+  checkError("a row that is no array",
+             function() { accumulate.Accumulate([[], 4], [], {}); }, 13, "'dArr' of Accumulate");
+  checkError("an unknown member", function() { integrate.Integrate([1], [1]); }, 438, "");
+  check("a good call afterwards", integrate.Integral([9, 0, 1, 2], [9, 0, 1, 4]) === 3);
+}
+
+var table = readTable(WScript.Arguments(0));
+integralCases(table);
+accumulateCases(table);
+scalarsAndErrors();
+WScript.Echo("checks " + checks);
+WScript.Echo("failures " + failures);
+WScript.Quit(failures);

@@ -1,0 +1,109 @@
+#!/bin/bash
+# Runs the Windows tests under Wine: registers the component, calls it from VBScript, JScript and
+# C++, and looks at what registration leaves behind.
+#
+# usage: run.sh BUILD_DIR      the folder of a 64-bit Windows build with its tests
+#
+# Prints one line per program, what failed in it, and a closing line; exit status 1 on any failure.
+set -u
+
+build=$(cd "${1:?usage: run.sh BUILD_DIR}" && pwd) || exit 2
+here=$(cd "$(dirname "$0")" && pwd)
+component=$build/src/vqmath63.dll
+clients=$build/tests/windows
+work=$build/wine
+expected=$here/../data/expected.tsv
+
+export WINEPREFIX=$work/prefix WINEARCH=win64 WINEDEBUG=-all LC_ALL=C
+# No Mono, no browser, no menus, no crash dialogs, no display.
+export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe,winedbg.exe="
+unset DISPLAY WAYLAND_DISPLAY
+
+mkdir -p "$work/run"
+cd "$work/run" || exit 2
+
+programs=0
+checks=0
+failures=0
+
+# A path as programs under Wine see it: every file of this machine is below drive Z.
+windows_path() {
+  printf 'Z:%s' "${1//\//\\}"
+}
+
+report() {  # NAME CHECKS FAILURES
+  printf '  %-30s %4d checks, %d failures\n' "$1" "$2" "$3"
+  programs=$((programs + 1))
+  checks=$((checks + $2))
+  failures=$((failures + $3))
+}
+
+# Runs a program that closes with "checks N" and "failures N". A script that stops half way leaves
+# no such lines, whatever its exit status says.
+run() {  # NAME COMMAND...
+  local name=$1 output status said failed
+  shift
+  output=$(timeout 120 wine "$@" 2>errors.txt | tr -d '\r'; exit "${PIPESTATUS[0]}")
+  status=$?
+  said=$(sed -n 's/^checks \([1-9][0-9]*\)$/\1/p' <<<"$output" | tail -n 1)
+  failed=$(tail -n 1 <<<"$output" | sed -n 's/^failures \([0-9][0-9]*\)$/\1/p')
+  if [ -z "$said" ] || [ -z "$failed" ]; then
+    output+=$'\n'"stopped before its end (exit status $status)"
+    said=${said:-0} failed=1
+  elif [ "$status" -ne 0 ] && [ "$failed" -eq 0 ]; then
+    output+=$'\n'"exit status $status"
+    failed=1
+  fi
+  report "$name" "$said" "$failed"
+  if [ "$failed" -ne 0 ]; then
+    printf '%s\n' "$output" | grep -v -e '^checks ' -e '^failures ' | sed 's/^/    /'
+    tail -n 5 errors.txt | sed 's/^/    /'
+  fi
+}
+
+# Runs a command that has to end with success ("ok") or without it ("refused").
+expect() {  # ok|refused NAME COMMAND...
+  local wanted=$1 name=$2 status outcome=ok
+  shift 2
+  timeout 120 wine "$@" >output.txt 2>&1
+  status=$?
+  [ "$status" -eq 0 ] || outcome=refused
+  if [ "$outcome" = "$wanted" ]; then
+    report "$name" 1 0
+  else
+    report "$name" 1 1
+    echo "    exit status $status, wanted: $wanted"
+  fi
+}
+
+if [ ! -e "$WINEPREFIX/system.reg" ]; then
+  wine wineboot -i >output.txt 2>&1 || { cat output.txt; echo "Wine cannot make its prefix"; exit 1; }
+fi
+# One server for all programs, ended in any case.
+wineserver -p60 2>/dev/null
+trap 'wineserver -k 2>/dev/null' EXIT
+
+dll=$(windows_path "$component")
+table=$(windows_path "$(realpath "$expected")")
+scripts=$(windows_path "$here")
+
+wine regsvr32 /s /u "$dll" >/dev/null 2>&1  # what a run that was stopped has left
+run "early_bound, unregistered" "$clients/early_bound.exe" "$table" \
+  "$(windows_path "$build/src/vqmath63.manifest")"
+expect ok "register" regsvr32 /s "$dll"
+run "registry: machine" "$clients/registry.exe" machine "$dll"
+run "by_name.vbs" cscript //nologo "$scripts\\by_name.vbs" "$table"
+run "by_name.js" cscript //nologo "$scripts\\by_name.js" "$table"
+run "early_bound" "$clients/early_bound.exe" "$table"
+run "lifetime" "$clients/lifetime.exe" "$dll"
+expect ok "unregister" regsvr32 /s /u "$dll"
+run "registry: gone" "$clients/registry.exe" gone "$dll"
+expect ok "unregister once more" regsvr32 /s /u "$dll"
+expect ok "register for the user" regsvr32 /s /n /i:user "$dll"
+run "registry: user" "$clients/registry.exe" user "$dll"
+expect ok "unregister for the user" regsvr32 /s /u /n /i:user "$dll"
+run "registry: gone again" "$clients/registry.exe" gone "$dll"
+expect refused "register for an unknown scope" regsvr32 /s /n /i:bogus "$dll"
+
+echo "windows: $programs programs, $checks checks, $failures failures"
+[ "$failures" -eq 0 ]
