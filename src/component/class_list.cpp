@@ -4,6 +4,8 @@
 #include "automation/object.hpp"
 #include "calculus/integrate_members.hpp"
 #include "info/analyse_info_members.hpp"
+#include "statistics/sample_members.hpp"
+#include "statistics/statistics_members.hpp"
 
 namespace vqmath63::component {
 namespace {
@@ -12,6 +14,8 @@ using automation::Boundary;
 using automation::ClassInfo;
 
 constexpr const ClassInfo* kClasses[] = {
+    &Boundary<members::kStatistics>::kInfo,
+    &Boundary<members::kSample>::kInfo,
     &Boundary<members::kIntegrate>::kInfo,
     &Boundary<members::kAccumulate>::kInfo,
     &Boundary<members::kAnalyseInfo>::kInfo,

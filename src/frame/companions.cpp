@@ -65,6 +65,9 @@ std::shared_ptr<ztDateTools> date_tools() {
   return shared(common_globals().DateTools, companion_makers().DateTools);
 }
 
+std::shared_ptr<ztArrayTools> create_array_tools() {
+  return create(companion_makers().ArrayTools);
+}
 std::shared_ptr<ztSortTools> create_sort_tools() { return create(companion_makers().SortTools); }
 
 }  // namespace vqmath63

@@ -154,7 +154,8 @@ std::shared_ptr<ztCommonMaths> common_maths();
 std::shared_ptr<ztArrayTools> array_tools();
 std::shared_ptr<ztDateTools> date_tools();
 
-/// A new sort companion (held per statistics instance, never shared).
+/// A new array companion and a new sort companion (held per statistics instance, never shared).
+std::shared_ptr<ztArrayTools> create_array_tools();
 std::shared_ptr<ztSortTools> create_sort_tools();
 
 }  // namespace vqmath63

@@ -45,6 +45,14 @@ struct CheckedMode {
 
 namespace detail {
 
+// A result is a number, or a group of them that says for itself whether all are finite.
+inline bool all_finite(float result) { return std::isfinite(result); }
+inline bool all_finite(double result) { return std::isfinite(result); }
+template <class Group>
+bool all_finite(const Group& result) {
+  return result.all_finite();
+}
+
 // A function of its own, so that its calls cost the plain loop no registers.
 template <class Loop>
 [[gnu::noinline]] auto replay(const Loop& loop) {
@@ -63,7 +71,7 @@ template <class Loop>
 auto speculate(bool in_bounds, const Loop& loop) {
   if (in_bounds) {
     const auto result = loop(PlainMode{}).value();
-    if (std::isfinite(result)) [[likely]] {
+    if (detail::all_finite(result)) [[likely]] {
       return result;
     }
   }

@@ -39,7 +39,7 @@ TEST_F(Vqhost, AnswersCommandLines) {
        0,
        {"Optional ByRef LOGFILE As String = \"\"", "Sub CloseDown()"},
        {}},
-      {"members ztNothing", 1, {}, {"vqhost: there is no class 'ztNothing' (classes: ztInt"}},
+      {"members ztNothing", 1, {}, {"vqhost: there is no class 'ztNothing' (classes: zt"}},
       {"--version", 0, {"vqmath63 v6.3.2436 "}, {}},
       {"--help", 0, {"accumulate", "Example: vqhost"}, {}},
       {"classes --help", 0, {"Example: vqhost classes"}, {}},

@@ -1,0 +1,33 @@
+// ztSample: histograms of samples.
+#pragma once
+
+#include <cstdint>
+
+#include "frame/array.hpp"
+
+namespace vqmath63 {
+
+/// Counts samples into equal bins. The limits are the instance's own, or the sample's.
+class ztSample {
+ public:
+  /// Sets the limits for all later calls. qOK False, and the old limits stay, unless
+  /// xLower < xUpper.
+  void setLimits(float& xLower, float& xUpper, bool& qOK);
+
+  /// Counts elements 1 to the upper bound of xA into nBins equal bins between the limits, by
+  /// default the smallest and the largest sample: xBin(1 .. nBins) the centres of the bins,
+  /// xCount(1 .. nBins) the counts. A bin holds its lower edge, the last bin both edges; samples
+  /// outside the limits, and NaN, are not counted. Without limits, samples that are all equal fall
+  /// into the first bin of width 0. Errors, with the arrays unchanged and qOK False: 5 for nBins
+  /// below 1, for samples without a number when no limits are set and for limits whose distance is
+  /// infinite; 9 for an unallocated array or one without elements from 1. O(n + nBins).
+  void BinVector(Array1<float>& xA, std::int32_t& nBins, Array1<float>& xBin, Array1<float>& xCount,
+                 bool& qOK);
+
+ private:
+  bool limits_set_ = false;
+  float lower_ = 0.0F;
+  float upper_ = 0.0F;
+};
+
+}  // namespace vqmath63

@@ -1,0 +1,135 @@
+// The loops of the running sums: plain first, replayed on checked numbers when that failed.
+#include "statistics/sums.hpp"
+
+#include "frame/speculate.hpp"
+
+namespace vqmath63 {
+namespace {
+
+using Samples = Array1<float>;
+
+bool hold_samples(const Samples& x, std::int64_t n) {
+  return n >= 1 && x.covers(1, n);
+}
+
+// term(1) + ... + term(n) as running Singles. make_term(mode) gives the function of the index that
+// computes a term, already rounded to Single.
+template <class MakeTerm>
+float running_sum(bool in_bounds, std::int64_t n, const MakeTerm& make_term) {
+  return speculate(in_bounds, [&](auto mode) {
+    using Mode = decltype(mode);
+    const auto term = make_term(mode);
+    typename Mode::Single sum = term(1);
+    for (std::int64_t i = 2; i <= n; ++i) sum = sum + term(i);
+    return sum;
+  });
+}
+
+// The running values of one array.
+template <class Mode>
+class Running {
+  using Stored = typename Mode::Single;
+
+ public:
+  explicit Running(Stored x)
+      : sum_(x),
+        squares_(x * x),
+        absolute_(std::fabs(x.value())),
+        minimum_(x.value()),
+        maximum_(x.value()) {}
+
+  void add(Stored x) {
+    sum_ = sum_ + x;
+    squares_ = squares_ + Stored(x * x);
+    // Replaced, not added: hosts know the value as that of the last sample.
+    absolute_ = std::fabs(x.value());
+    if (maximum_ < x.value()) maximum_ = x.value();
+    if (minimum_ > x.value()) minimum_ = x.value();
+  }
+
+  Summary value() const { return {sum_.value(), squares_.value(), absolute_, minimum_, maximum_}; }
+
+ private:
+  Stored sum_;
+  Stored squares_;
+  float absolute_;
+  float minimum_;
+  float maximum_;
+};
+
+template <class Mode>
+struct RunningPair {
+  Running<Mode> x;
+  Running<Mode> y;
+  typename Mode::Single products;
+
+  PairSummary value() const { return {x.value(), y.value(), products.value()}; }
+};
+
+}  // namespace
+
+float sum_of(const Samples& x) {
+  const std::int64_t n = x.upper();
+  return running_sum(hold_samples(x, n), n,
+                     [&](auto mode) { return typename decltype(mode)::template Reader<float>(x); });
+}
+
+float sum_of_squares(const Samples& x) {
+  const std::int64_t n = x.upper();
+  return running_sum(hold_samples(x, n), n, [&](auto mode) {
+    using Mode = decltype(mode);
+    return [xs = typename Mode::template Reader<float>(x)](std::int64_t i) {
+      return typename Mode::Single(xs(i) * xs(i));
+    };
+  });
+}
+
+float sum_of_magnitudes(const Samples& x) {
+  const std::int64_t n = x.upper();
+  return running_sum(hold_samples(x, n), n, [&](auto mode) {
+    using Mode = decltype(mode);
+    return [xs = typename Mode::template Reader<float>(x)](std::int64_t i) {
+      return typename Mode::Single(std::fabs(xs(i).value()));
+    };
+  });
+}
+
+float sum_of_products(const Samples& x, const Samples& y) {
+  const std::int64_t n = x.upper();
+  return running_sum(hold_samples(x, n) && y.covers(1, n), n, [&](auto mode) {
+    using Mode = decltype(mode);
+    using Reader = typename Mode::template Reader<float>;
+    return [xs = Reader(x), ys = Reader(y)](std::int64_t i) {
+      return typename Mode::Single(xs(i) * ys(i));
+    };
+  });
+}
+
+Summary summary_of(const Samples& x) {
+  const std::int64_t n = x.upper();
+  return speculate(hold_samples(x, n), [&](auto mode) {
+    using Mode = decltype(mode);
+    const typename Mode::template Reader<float> xs(x);
+    Running<Mode> running(xs(1));
+    for (std::int64_t i = 2; i <= n; ++i) running.add(xs(i));
+    return running;
+  });
+}
+
+PairSummary summary_of(const Samples& x, const Samples& y) {
+  const std::int64_t n = x.upper();
+  return speculate(hold_samples(x, n) && y.covers(1, n), [&](auto mode) {
+    using Mode = decltype(mode);
+    using Stored = typename Mode::Single;
+    const typename Mode::template Reader<float> xs(x), ys(y);
+    RunningPair<Mode> running{Running<Mode>(xs(1)), Running<Mode>(ys(1)), xs(1) * ys(1)};
+    for (std::int64_t i = 2; i <= n; ++i) {
+      running.x.add(xs(i));
+      running.y.add(ys(i));
+      running.products = running.products + Stored(xs(i) * ys(i));
+    }
+    return running;
+  });
+}
+
+}  // namespace vqmath63

@@ -1,0 +1,211 @@
+// Median, mode and quartiles: hand-worked values, the required oddities, failing sorts, memory.
+#include <cstdlib>
+#include <new>
+
+#include "statistics/samples.hpp"
+#include "statistics/statistics.hpp"
+
+namespace {
+
+// Bytes of arrays in use and their peak. Each block is preceded by its size.
+std::size_t in_use = 0;
+std::size_t peak = 0;
+constexpr std::size_t kHead = alignof(std::max_align_t);
+
+}  // namespace
+
+// Every form that the library's arrays and its sort use.
+[[gnu::noinline]] void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  void* block = std::malloc(size + kHead);
+  if (block == nullptr) return nullptr;
+  *static_cast<std::size_t*>(block) = size;
+  in_use += size;
+  peak = in_use > peak ? in_use : peak;
+  return static_cast<char*>(block) + kHead;
+}
+[[gnu::noinline]] void* operator new[](std::size_t size) {
+  void* block = operator new[](size, std::nothrow);
+  return block != nullptr ? block : throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete[](void* pointer) noexcept {
+  if (pointer == nullptr) return;
+  void* block = static_cast<char*>(pointer) - kHead;
+  in_use -= *static_cast<std::size_t*>(block);
+  std::free(block);
+}
+[[gnu::noinline]] void operator delete[](void* pointer, std::size_t) noexcept {
+  operator delete[](pointer);
+}
+
+namespace vqmath63 {
+namespace {
+
+using A = Array1<float>;
+
+class OrderMeasuresTest : public CompanionTest {};
+
+TEST_F(OrderMeasuresTest, values_worked_by_hand) {
+  struct Row {
+    const char* name;
+    std::vector<float> x;
+    float median, lower, upper, mode;
+  };
+  const Row rows[] = {
+      {"one: no pass for ModeBin", {7}, 7, 7, 7, 0},
+      {"two", {4, 1}, 2.5F, 1, 2.5F, 0},
+      {"three", {3, 1, 2}, 2, 1.5F, 2.5F, 1},
+      // The upper half of an even count begins one sample early.
+      {"four", {4, 1, 3, 2}, 2.5F, 1.5F, 3, 1},
+      {"six", {60, 10, 50, 20, 40, 30}, 35, 20, 45, 30},
+      {"seven", {7, 1, 6, 2, 5, 3, 4}, 4, 2.5F, 5.5F, 3},
+      // The counter meets 2 at the changes 1 to 2 and again; repeats do not move it.
+      {"mode counts changes, not repeats", {2, 5, 2, 1, 2}, 2, 2, 2, 1},
+      {"mode needs a longer run each time", {1, 2, 3, 3, 4, 5, 6, 7, 8, 9}, 4.5F, 3, 6.5F, 3},
+      {"one change only: ModeBin", {1, 1, 1, 9}, 1, 1, 1, 1},
+      {"all equal: the open bin is not compared", {5, 5, 5}, 5, 5, 5, 0},
+      {"middle values near the top", {3e38F, 3.2e38F}, 3.1e38F, 3e38F, 3.1e38F, 0},
+      {"NaN is the largest", {kNaN, 1, kNaN, 0}, kNaN, 0.5F, kNaN, 0},
+      {"infinities", {kInf, -kInf, 0}, 0, -kInf, kInf, -kInf},
+  };
+  ztStatistics z;
+  for (const Row& row : rows) {
+    for (const std::int32_t lower : {1, 0, -2}) {
+      A x = samples(row.x, lower);
+      std::int32_t first = 1, second = 2, third = 3;
+      EXPECT_TRUE(same(z.Median(x), row.median)) << row.name << ": " << z.Median(x);
+      EXPECT_TRUE(same(z.Quartile(x, first), row.lower)) << row.name << z.Quartile(x, first);
+      EXPECT_TRUE(same(z.Quartile(x, second), row.median)) << row.name;
+      EXPECT_TRUE(same(z.Quartile(x, third), row.upper)) << row.name << z.Quartile(x, third);
+      EXPECT_TRUE(same(z.Mode(x), row.mode)) << row.name << ": " << z.Mode(x);
+      for (std::size_t i = 0; i < row.x.size(); ++i) {
+        EXPECT_TRUE(same(x(static_cast<std::int64_t>(i) + 1), row.x[i])) << row.name << " moved";
+      }
+    }
+  }
+  A x = samples({1, 2, 3, 4});
+  for (std::int32_t which : {-1, 0, 4, 2147483647}) EXPECT_EQ(z.Quartile(x, which), 0.0F);
+  EXPECT_TRUE(lines.empty());
+}
+
+TEST_F(OrderMeasuresTest, mode_bin_moves_by_one_width_and_drops_the_open_bin) {
+  struct Row {
+    const char* name;
+    std::vector<float> sorted;
+    float want;
+    const char* numbers = "";
+  };
+  const Row rows[] = {
+      {"one", {3}, 0},
+      {"two", {3, 4}, 0},
+      {"both in one bin, open at the end", {3, 3}, 0},
+      // 4 samples, one pass of 2 bins of 4: 1 to 5 holds three.
+      {"a bin closed by a later sample", {1, 2, 3, 9}, 2},
+      {"the sample on the edge belongs to the lower bin", {1, 2, 5, 9}, 8.0F / 3},
+      {"the last bin is not compared", {1, 7, 8, 9}, 0},
+      // 9 samples, 4 bins of 2 first. 4.5 moves the bin to 2 .. 4 only, 5 to 4 .. 6; from there on
+      // it holds 5, 5.5 and 6.
+      {"left behind by a gap", {0, 4.5F, 5, 5.5F, 6, 6.5F, 7, 7.5F, 8}, 5.5F},
+      // 5 samples, 2 bins of 2: the first closes with two, the second with two: not more.
+      {"the first of equal counts", {0, 1, 2.5F, 3, 4.5F}, 0.5F},
+      {"unsorted: a negative width holds nothing", {9, 5, 2, 1}, 0},
+      {"range overflows", {-3e38F, 0, 3e38F, 3e38F}, 0, "6"},
+      {"edge overflows, unsorted", {0, 3e38F, 0, 0, 3e38F}, 0, "6"},
+      {"infinite range: one bin, open at the end", {0, 1, 2, kInf}, 0},
+      {"NaN holds nothing", {0, 1, 2, kNaN}, 0},
+  };
+  ztStatistics z;
+  for (const Row& row : rows) {
+    lines.clear();
+    A x = samples(row.sorted, 0);
+    const float got = z.ModeBin(x);
+    EXPECT_TRUE(same(got, row.want)) << row.name << ": " << got;
+    EXPECT_EQ(numbers_of(lines), row.numbers) << row.name;
+  }
+}
+
+TEST_F(OrderMeasuresTest, bad_arrays_are_one_line_and_zero) {
+  struct Routine {
+    const char* name;
+    std::function<float(ztStatistics&, A&)> call;
+    const char* numbers;  // unallocated, 0 to 0, 2 to 3
+  };
+  std::int32_t first = 1;
+  const Routine routines[] = {
+      {"Median", [](ztStatistics& z, A& x) { return z.Median(x); }, "999"},
+      {"Mode", [](ztStatistics& z, A& x) { return z.Mode(x); }, "999"},
+      {"ModeBin", [](ztStatistics& z, A& x) { return z.ModeBin(x); }, "959"},
+      {"Quartiles", [&](ztStatistics& z, A& x) { return z.Quartile(x, first); }, "999"},
+  };
+  ztStatistics z;
+  for (const Routine& routine : routines) {
+    const A bad[] = {{}, A(0, 0), A(2, 3)};
+    for (std::size_t k = 0; k < 3; ++k) {
+      lines.clear();
+      A x = bad[k];
+      EXPECT_EQ(routine.call(z, x), 0.0F) << routine.name << k;
+      EXPECT_EQ(lines,
+                std::vector{error_line(routine.numbers[k] - '0', "ztStatistics", routine.name)});
+    }
+  }
+}
+
+struct BadSort final : ztSortTools {
+  explicit BadSort(std::function<void(A&, bool&)> how) : how_(std::move(how)) {}
+  void SortAscending(A& values, bool& qOK) override { how_(values, qOK); }
+  std::function<void(A&, bool&)> how_;
+};
+
+TEST_F(OrderMeasuresTest, failing_sorts) {
+  struct Row {
+    const char* name;
+    std::function<void(A&, bool&)> sort;
+    float median, mode, quartile;
+    const char* numbers;  // of the three in turn
+  };
+  const Row rows[] = {
+      {"says no", [](A&, bool& ok) { ok = false; }, 4, 4, 0, ""},
+      {"says nothing", [](A&, bool&) {}, 4, 4, 0, ""},
+      {"raises", [](A&, bool&) { throw Fault(70); }, 0, 0, 0, "70 70 70"},
+      {"fails by result", [](A&, bool&) { raise_companion_failure(-2147024809); }, 0, 0, 0,
+       "-2147024809 -2147024809 -2147024809"},
+      {"throws anything", [](A&, bool&) { throw 1; }, 0, 0, 0,
+       "-2147467259 -2147467259 -2147467259"},
+      {"returns a shorter array", [](A& a, bool& ok) { a.redim(1, 1), ok = true; }, 0, 0, 0,
+       "9 9 9"},
+      {"returns none", [](A& a, bool& ok) { a.erase(), ok = true; }, 0, 0, 0, "9 9 9"},
+  };
+  for (const Row& row : rows) {
+    lines.clear();
+    companion_makers().SortTools = [&] { return std::make_shared<BadSort>(row.sort); };
+    ztStatistics z;
+    A x = samples({4, 1, 3, 2, 5});
+    std::int32_t third = 3;
+    EXPECT_EQ(z.Median(x), row.median) << row.name;
+    EXPECT_EQ(z.Mode(x), row.mode) << row.name;
+    EXPECT_EQ(z.Quartile(x, third), row.quartile) << row.name;
+    EXPECT_EQ(numbers_of(lines), row.numbers) << row.name;
+  }
+}
+
+TEST_F(OrderMeasuresTest, statistics_needs_a_copy_and_a_scratch_of_its_size) {
+  constexpr std::int32_t kCount = 200000;
+  A x(1, kCount);
+  std::uint32_t state = 1;
+  for (std::int32_t i = 1; i <= kCount; ++i) {
+    x(i) = static_cast<float>((state = state * 1664525U + 1013904223U) >> 8);
+  }
+  ztStatistics z;
+  std::int32_t third = 3;
+  bool ok = false;
+  const std::size_t before = in_use;
+  peak = before;
+  z.Statistics(x, ok);
+  z.Quartile(x, third);
+  EXPECT_TRUE(ok);
+  EXPECT_GE(peak - before, kCount * sizeof(float)) << "the count sees the copy";
+  EXPECT_LE(peak - before, 2 * kCount * sizeof(float) + 65536);
+  EXPECT_EQ(in_use, before);
+}
+
+}  // namespace
+}  // namespace vqmath63
