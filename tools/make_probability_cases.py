@@ -40,7 +40,8 @@ def quantile(level, freedom, start):
 def cases():
     for freedom in (1, 2, 3, 7, 30, 31, 1000, 100001, 10000000):
         root = sqrt(mpf(2 * freedom))
-        points = {max(freedom + float(k * root), freedom * 0.0625) for k in (-2, -0.5, 0, 0.25, 3, 12)}
+        points = {max(freedom + float(k * root), freedom * 0.0625)
+                  for k in (-2, -0.5, 0, 0.25, 3, 12)}
         for point in sorted({round(p * 16) / 16 for p in points} - {0.0}):
             yield "chi", point, freedom, chi(point, freedom)
     yield "chi", 1e-20, 1, chi(1e-20, 1)
@@ -51,7 +52,8 @@ def cases():
     yield "student", 2.0**80, 3, student(2.0**80, 3)
     starts = {2.0**-30: (1e-9,) * 6, 0.125: (0.16,) * 6, 0.5: (1, 0.8, 0.75, 0.7, 0.68, 0.67),
               0.75: (2.4, 1.6, 1.3, 1.2, 1.16, 1.15), 0.9375: (10, 3.8, 2.2, 2, 1.9, 1.87),
-              0.9990234375: (650, 32, 6.8, 4.1, 3.35, 3.3), 1 - 2.0**-40: (7e11, 1e6, 560, 23, 8.5, 7)}
+              0.9990234375: (650, 32, 6.8, 4.1, 3.35, 3.3),
+              1 - 2.0**-40: (7e11, 1e6, 560, 23, 8.5, 7)}
     for level, guesses in starts.items():
         for freedom, start in zip((1, 2, 5, 14, 120, 100000), guesses):
             yield "quantile", level, freedom, quantile(level, freedom, start)
@@ -63,7 +65,8 @@ def main():
     lines = ["kind\tat\tfreedom\tresults"]
     for kind, at, freedom, results in cases():
         assert at == float(at)
-        lines.append("\t".join([kind, repr(float(at)), str(freedom), *(repr(float(r)) for r in results)]))
+        figures = (repr(float(r)) for r in results)
+        lines.append("\t".join([kind, repr(float(at)), str(freedom), *figures]))
     target.write_text("\n".join(lines) + "\n", encoding="utf-8")
 
 

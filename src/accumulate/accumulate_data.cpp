@@ -15,8 +15,8 @@ namespace {
 constexpr Location kAccumulateData{"ztAnalyse - Accumulate", "AccumulateData"};
 
 // The working integrator of the thread; after a run-time error the next call replaces it.
-std::unique_ptr<ztIntegrate>& integrator() {
-  thread_local std::unique_ptr<ztIntegrate> working;
+std::shared_ptr<ztIntegrate>& integrator() {
+  thread_local std::shared_ptr<ztIntegrate> working;
   return working;
 }
 
@@ -43,7 +43,9 @@ void AccumulateData(Array2<float>& dArr, Array1<Boolean>& RateArray, std::int32_
       return;
     }
 
-    integrator() = std::make_unique<ztIntegrate>();
+    // A copy of its own: an error line may lead the host to accumulate once more meanwhile.
+    const auto integrate = std::make_shared<ztIntegrate>();
+    integrator() = integrate;
     bool built = false;
     bool flag = false;
     SetAccumulateArray(dArr, RateArray, AccumulateIndex, DataPeriod,
@@ -53,7 +55,7 @@ void AccumulateData(Array2<float>& dArr, Array1<Boolean>& RateArray, std::int32_
       integrator().reset();
       return;
     }
-    integrator()->put_IntegrationRule(rule);
+    integrate->put_IntegrationRule(rule);
 
     const std::int32_t periods = start_row.upper();
     const std::int32_t columns = work.columns().upper;
@@ -69,7 +71,7 @@ void AccumulateData(Array2<float>& dArr, Array1<Boolean>& RateArray, std::int32_
         Array1<float> x = rows_of(work, start_row(i), end_row(i), 1);
         Array1<float> y = rows_of(work, start_row(i), end_row(i), j);
         if (RateArray(j)) {
-          const Single area(integrator()->Integral(x, y));
+          const Single area(integrate->Integral(x, y));
           dAccumulate(i, j) = Single(area * Single(inverse_length(i))).value();
         } else {
           dAccumulate(i, j) = y(y.upper());

@@ -63,6 +63,10 @@ std::vector<ReportingCut> reporting_cuts(std::span<const double> times,
   const std::int64_t last_k = boundaries.last_multiple_until(last, step);
   // Two more cuts stand at the ends.
   if (last_k - k > most_cuts - 2) raise_fault(ErrorNumber::kOutOfMemory);
+  // So many equal steps are not told apart by the Singles that the table holds: the accumulation
+  // would end at a period of no length. It ends before the memory is taken.
+  constexpr std::int64_t kMostSteps = std::int64_t{1} << 25;
+  if (last_k - k > kMostSteps) raise_fault(ErrorNumber::kDivisionByZero);
   cuts.reserve(static_cast<std::size_t>(last_k - k + 2));
   while (++k <= last_k) {
     const double boundary = boundaries.moment_or_never(static_cast<double>(k) * step);

@@ -27,7 +27,8 @@ inline constexpr double kSameMoment = 1.5 / 86400.0;
 /// The first cut is the start of reporting: the origin, or the first sample when that is later.
 /// The last cut is the last sample. Every period between neighbouring cuts has some length. Of
 /// samples at the same time, the last is the cut: a step of a cumulative at a boundary belongs to
-/// the period that it ends. Fault 5 when nothing is left to report; fault 7 when the cuts and
+/// the period that it ends. Fault 5 when nothing is left to report; fault 11 beyond 2^25 steps,
+/// whose ends Singles of days cannot tell apart; fault 7 when the cuts and
 /// samples would make a table of `columns` columns too large to address. O(samples + cuts).
 std::vector<ReportingCut> reporting_cuts(std::span<const double> times,
                                          const UnitCalendar& boundaries, double step,

@@ -93,16 +93,19 @@ HRESULT recast_array(SAFEARRAY* source, VARTYPE element, SAFEARRAY** out) {
 
 HRESULT write_back_changes(SAFEARRAY* changed, SAFEARRAY* original, SAFEARRAY* target) {
   VARTYPE element = VT_EMPTY;
-  VARTYPE to = VT_EMPTY;
   SafeArrayGetVartype(changed, &element);
-  SafeArrayGetVartype(target, &to);
   const std::size_t count = element_count(changed);
   const std::size_t size = SafeArrayGetElemsize(changed);
-  const std::size_t to_size = SafeArrayGetElemsize(target);
   const auto* now = static_cast<const std::byte*>(changed->pvData);
   const auto* before = static_cast<const std::byte*>(original->pvData);
+  if (std::memcmp(now, before, count * size) == 0) return S_OK;
+  // Another argument, or the host meanwhile, may have given the variable another array.
+  if (!same_bounds(changed, target)) return DISP_E_ARRAYISLOCKED;
   const LockedArray lock(target);
   if (FAILED(lock.result)) return lock.result;
+  VARTYPE to = VT_EMPTY;
+  SafeArrayGetVartype(target, &to);
+  const std::size_t to_size = SafeArrayGetElemsize(target);
   auto* out = static_cast<std::byte*>(target->pvData);
   HRESULT outcome = S_OK;
   for (std::size_t i = 0; i < count && SUCCEEDED(outcome); ++i) {

@@ -58,6 +58,11 @@ HRESULT failure_in_flight(const ClassInfo& info) noexcept {
   }
 }
 
+bool take_failure(IErrorInfo** error) noexcept {
+  has_set_failure = false;
+  return GetErrorInfo(0, error) == S_OK && *error != nullptr;
+}
+
 void forget_failure() noexcept {
   if (!has_set_failure) [[likely]] return;
   has_set_failure = false;

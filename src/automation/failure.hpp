@@ -35,6 +35,9 @@ HRESULT failure_in_flight(const ClassInfo& info) noexcept;
 /// Sets this thread's error info and returns `result`.
 HRESULT set_failure(const ClassInfo* info, HRESULT result, const char* text) noexcept;
 
+/// Takes this thread's error info away; false when there is none.
+bool take_failure(IErrorInfo** error) noexcept;
+
 /// Forgets this thread's error info when this component has set it: no stale text is left to a
 /// host that looks after a call that did well.
 void forget_failure() noexcept;

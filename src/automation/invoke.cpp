@@ -32,8 +32,9 @@ const MemberInfo* find_member(const ClassInfo& info, DISPID dispid, WORD flags,
 }
 
 // Hosts that forward an optional argument of their own send a reference to the missing one.
-bool is_missing(const VARIANT& v) {
-  if (v.vt == (VT_BYREF | VT_VARIANT) && v.pvarVal != nullptr) return is_missing(*v.pvarVal);
+bool is_missing(const VARIANT& sent) {
+  const bool behind = sent.vt == (VT_BYREF | VT_VARIANT) && sent.pvarVal != nullptr;
+  const VARIANT& v = behind ? *sent.pvarVal : sent;
   const bool by_ref = v.vt == (VT_BYREF | VT_ERROR) && v.pscode != nullptr;
   return (by_ref && *v.pscode == DISP_E_PARAMNOTFOUND) ||
          (v.vt == VT_ERROR && v.scode == DISP_E_PARAMNOTFOUND);
@@ -128,12 +129,47 @@ HRESULT as_exception(HRESULT failed, EXCEPINFO* exception) noexcept {
   *exception = EXCEPINFO{};
   exception->scode = failed;
   IErrorInfo* error = nullptr;
-  if (GetErrorInfo(0, &error) == S_OK && error != nullptr) {
+  if (take_failure(&error)) {
     error->GetSource(&exception->bstrSource);
     error->GetDescription(&exception->bstrDescription);
     error->Release();
   }
   return DISP_E_EXCEPTION;
+}
+
+// The call itself; `answer` stays empty unless it did well.
+HRESULT call_by_name(const ClassInfo& info, void* self, DISPID dispid, LCID locale, WORD flags,
+                     DISPPARAMS& params, VARIANT& answer, EXCEPINFO* exception,
+                     UINT* bad_argument) noexcept {
+  std::size_t place = 0;
+  const MemberInfo* member = find_member(info, dispid, flags, &place);
+  if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
+  Binding binding;
+  const HRESULT bound = bind(*member, params, binding, bad_argument);
+  if (FAILED(bound)) return bound;
+
+  LateArguments arguments;
+  try {
+    for (std::size_t i = 0; i < member->arguments.size(); ++i) {
+      if (bad_argument != nullptr) *bad_argument = binding.sent_as[i];
+      arguments.add(member->name, member->arguments[i], binding.given[i], locale);
+    }
+  } catch (...) {
+    return as_exception(failure_in_flight(info), exception);
+  }
+
+  constexpr std::size_t kInherited = 7;  // IUnknown and IDispatch
+  using Slots = void (*const*)();
+  const Slots slots = *static_cast<const Slots*>(self);
+  const HRESULT called =
+      member->late_call(self, slots[kInherited + place], arguments.first(), &answer.llVal);
+  // A failed call has written some by-reference values too: they are the host's to see.
+  const HRESULT back = arguments.hand_back();
+  if (SUCCEEDED(called)) answer.vt = member->result.vt;
+  if (SUCCEEDED(called) && SUCCEEDED(back)) return S_OK;
+  VariantClear(&answer);
+  if (SUCCEEDED(called)) set_failure(&info, back, "A changed argument cannot be handed back");
+  return as_exception(FAILED(called) ? called : back, exception);
 }
 
 }  // namespace
@@ -166,45 +202,17 @@ HRESULT invoke(const ClassInfo& info, void* self, DISPID dispid, LCID locale, WO
                UINT* bad_argument) noexcept {
   const CallScope scope;  // conversions are arithmetic too
   if (params == nullptr) return E_INVALIDARG;
-  if (result != nullptr) VariantInit(result);
-  std::size_t place = 0;
-  const MemberInfo* member = find_member(info, dispid, flags, &place);
-  if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
-  Binding binding;
-  const HRESULT bound = bind(*member, *params, binding, bad_argument);
-  if (FAILED(bound)) return bound;
-
-  LateArguments arguments;
-  try {
-    for (std::size_t i = 0; i < member->arguments.size(); ++i) {
-      if (bad_argument != nullptr) *bad_argument = binding.sent_as[i];
-      arguments.add(member->name, member->arguments[i], binding.given[i], locale);
-    }
-  } catch (...) {
-    return as_exception(failure_in_flight(info), exception);
-  }
-
-  constexpr std::size_t kInherited = 7;  // IUnknown and IDispatch
-  using Slots = void (*const*)();
-  const Slots slots = *static_cast<const Slots*>(self);
   VARIANT answer;
   VariantInit(&answer);
-  const HRESULT called =
-      member->late_call(self, slots[kInherited + place], arguments.first(), &answer.llVal);
-  // A failed call has written some by-reference values too: they are the host's to see.
-  const HRESULT back = arguments.hand_back();
-  if (SUCCEEDED(called)) answer.vt = member->result.vt;
-  if (FAILED(called) || FAILED(back)) {
-    VariantClear(&answer);
-    if (SUCCEEDED(called)) set_failure(&info, back, "A changed argument cannot be handed back");
-    return as_exception(FAILED(called) ? called : back, exception);
-  }
+  const HRESULT outcome =
+      call_by_name(info, self, dispid, locale, flags, *params, answer, exception, bad_argument);
+  // Only now: the host may take the result into the variable that an argument stands for.
   if (result != nullptr) {
     *result = answer;
   } else {
     VariantClear(&answer);
   }
-  return S_OK;
+  return outcome;
 }
 
 }  // namespace vqmath63::automation

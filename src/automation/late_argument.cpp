@@ -72,8 +72,9 @@ LateArgument::LateArgument(const char* member, const ArgumentInfo& info, VARIANT
     return;
   }
   constexpr VARTYPE kVariantReference = VT_BYREF | VT_VARIANT;
-  while (target_->vt == kVariantReference) {
-    if (target_->pvarVal == nullptr) refuse(DISP_E_TYPEMISMATCH, "is a null reference");
+  for (int level = 0; target_->vt == kVariantReference; ++level) {
+    constexpr int kMostLevels = 8;  // one that refers to itself has no end
+    if (target_->pvarVal == nullptr || level == kMostLevels) refuse(DISP_E_TYPEMISMATCH, "is no valid reference");
     target_ = target_->pvarVal;
   }
   if (is_by_ref(*target_) && target_->byref == nullptr) {
@@ -81,6 +82,7 @@ LateArgument::LateArgument(const char* member, const ArgumentInfo& info, VARIANT
   }
   if (target_->vt == VT_DISPATCH) script_ = target_->pdispVal;
   if (target_->vt == (VT_DISPATCH | VT_BYREF)) script_ = *target_->ppdispVal;
+  if (script_ != nullptr) script_->AddRef();  // the call may lead its variable to let it go
   if (info_.type.rank > 0) {
     take_array();
   } else {
@@ -89,6 +91,7 @@ LateArgument::LateArgument(const char* member, const ArgumentInfo& info, VARIANT
 }
 
 LateArgument::~LateArgument() {
+  if (script_ != nullptr) script_->Release();
   VariantClear(&value_);
   VariantClear(&before_);
   if (locked_ != nullptr) SafeArrayUnlock(locked_);
@@ -247,6 +250,7 @@ HRESULT LateArgument::hand_back_array() {
   }
   if (!replaced) {
     if (array_ == nullptr) return S_OK;
+    if (!is_array(*target_)) return DISP_E_TYPEMISMATCH;  // the variable holds something else now
     return write_back_changes(array_, original_, *array_place(*target_));
   }
   return target_ == given_ && !is_by_ref(*target_) ? S_OK : replace_host_array();

@@ -63,6 +63,24 @@ std::atomic<std::int32_t>& live_count() noexcept {
   return count;
 }
 
+namespace {
+
+std::atomic<std::int32_t> server_locks{0};
+
+}  // namespace
+
+void lock_component(bool lock) noexcept {
+  if (lock) {
+    ++server_locks;
+    return;
+  }
+  std::int32_t held = server_locks.load();
+  while (held > 0 && !server_locks.compare_exchange_weak(held, held - 1)) {
+  }
+}
+
+bool may_unload() noexcept { return live_count() == 0 && server_locks == 0; }
+
 HRESULT query_interface(const ClassInfo& info, void* self, REFIID iid, void** out) noexcept {
   if (out == nullptr) return E_POINTER;
   *out = nullptr;

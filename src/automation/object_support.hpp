@@ -8,8 +8,14 @@
 
 namespace vqmath63::automation {
 
-/// Live objects and server locks of the whole component; it may be unloaded when both are none.
+/// Live objects of the whole component.
 std::atomic<std::int32_t>& live_count() noexcept;
+
+/// Adds a server lock, or takes one away; one unlock too many is disregarded.
+void lock_component(bool lock) noexcept;
+
+/// True when there is neither a live object nor a server lock: the component may be unloaded.
+bool may_unload() noexcept;
 
 /// Member of whatever keeps the component loaded.
 struct LiveObject {

@@ -102,13 +102,18 @@ struct ReferenceParam {
   struct Adapt {
     Abi target;
     T value;
+    T before;
     explicit Adapt(const Given<Abi>& given)
         : target(given.value),
-          value(target != nullptr ? Convert::in(*target) : missing(given.place)) {}
+          value(target != nullptr ? Convert::in(*target) : missing(given.place)),
+          before(value) {}
     T& native() { return value; }
     void release() noexcept {}
     HRESULT hand_back() noexcept {
-      return target != nullptr ? Convert::out(value, *target) : S_OK;
+      if (target == nullptr) return S_OK;
+      // Unchanged, it is left alone: another argument may stand for the same variable.
+      if (value == before && Convert::stored_as(value, *target)) return S_OK;
+      return Convert::out(value, *target);
     }
     static T missing(const ArgumentPlace& place) {
       if (!place.info.optional) {
@@ -128,6 +133,7 @@ struct NumberConvert {
     target = static_cast<AbiT>(value);
     return S_OK;
   }
+  static bool stored_as(T, AbiT) { return true; }
   static T fallback(const DefaultValue& value) { return static_cast<T>(value.number); }
 };
 
@@ -136,6 +142,10 @@ struct BoolConvert {
   static HRESULT out(bool value, VARIANT_BOOL& target) noexcept {
     target = value ? VARIANT_TRUE : VARIANT_FALSE;
     return S_OK;
+  }
+  /// Hosts may keep True in forms of their own; what they get back is the usual one.
+  static bool stored_as(bool value, VARIANT_BOOL target) {
+    return target == VARIANT_FALSE || target == VARIANT_TRUE || !value;
   }
   static bool fallback(const DefaultValue& value) { return value.number != 0.0; }
 };
@@ -146,12 +156,14 @@ struct DateConvert {
     target = value.value;
     return S_OK;
   }
+  static bool stored_as(Date, DATE) { return true; }
   static Date fallback(const DefaultValue& value) { return {value.number}; }
 };
 
 struct TextConvert {
   static std::string in(BSTR value) { return text_of(value); }
   static HRESULT out(const std::string& value, BSTR& target) noexcept;
+  static bool stored_as(const std::string&, BSTR) { return true; }
   static std::string fallback(const DefaultValue& value) {
     return value.text != nullptr ? value.text : "";
   }

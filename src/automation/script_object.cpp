@@ -101,7 +101,9 @@ Conversion read_rows(IDispatch* source, std::int64_t rows, const Target& target,
   for (std::int64_t r = 0; r < rows; ++r) {
     IDispatch* row = object_in(row_values[static_cast<std::size_t>(r)]);
     if (row == nullptr) continue;
-    Conversion outcome = read_elements(row, std::max<std::int64_t>(length_of(row), 0), target,
+    // Not beyond what there is room for: the script may have grown the row since it was measured.
+    const std::int64_t length = std::clamp<std::int64_t>(length_of(row), 0, columns);
+    Conversion outcome = read_elements(row, length, target,
                                        first + static_cast<std::size_t>(r) * size,
                                        static_cast<std::size_t>(rows) * size,
                                        std::to_string(r) + ", ");

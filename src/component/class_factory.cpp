@@ -36,7 +36,7 @@ class ClassFactory final : public IClassFactory {
     return info_.create(iid, out);
   }
   HRESULT VQ_API LockServer(BOOL lock) override {
-    automation::live_count() += lock ? 1 : -1;
+    automation::lock_component(lock != 0);
     return S_OK;
   }
 

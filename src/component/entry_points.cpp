@@ -27,7 +27,7 @@ VQ_EXPORT HRESULT VQ_API DllGetClassObject(REFCLSID clsid, REFIID iid, void** ou
 }
 
 VQ_EXPORT HRESULT VQ_API DllCanUnloadNow() {
-  return automation::live_count() == 0 ? S_OK : S_FALSE;
+  return automation::may_unload() ? S_OK : S_FALSE;
 }
 
 VQ_EXPORT HRESULT VQ_API DllRegisterServer() {

@@ -54,6 +54,22 @@ class ClassesRoot {
   ClassesRoot(const ClassesRoot&) = delete;
   ClassesRoot& operator=(const ClassesRoot&) = delete;
 
+  /// True when a key stands in the part of the registry that programs of the other word size see;
+  /// programmatic ids are shared by both.
+  bool other_word_size_has(const std::wstring& path) const {
+#ifdef _WIN64
+    constexpr REGSAM kOther = KEY_WOW64_32KEY;
+#else
+    constexpr REGSAM kOther = KEY_WOW64_64KEY;
+#endif
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(key_, path.c_str(), 0, KEY_READ | kOther, &key) != ERROR_SUCCESS) {
+      return false;
+    }
+    RegCloseKey(key);
+    return true;
+  }
+
   void set(const std::wstring& path, const wchar_t* name, const std::wstring& value) {
     if (result_ != ERROR_SUCCESS) return;
     HKEY key = nullptr;
@@ -143,12 +159,14 @@ void remove_type_library(ClassesRoot& root) {
 HRESULT register_component(Scope scope) noexcept {
   try {
     const ModulePath path = module_path();
+    if (path.file.empty()) return E_UNEXPECTED;
     ClassesRoot root(scope);
     set_type_library(root, path);
     for (const ClassInfo* info : classes()) {
       set_interface(root, *info);
       set_class(root, *info, path.file);
     }
+    if (FAILED(root.result())) unregister_component(scope);  // nothing is left half done
     return root.result();
   } catch (...) {
     return E_OUTOFMEMORY;
@@ -160,7 +178,9 @@ HRESULT unregister_component(Scope scope) noexcept {
     ClassesRoot root(scope);
     for (const ClassInfo* info : classes()) {
       root.remove(L"CLSID\\" + guid_text(info->clsid));
-      root.remove(utf16(programmatic_id(*info)));
+      if (!root.other_word_size_has(L"CLSID\\" + guid_text(info->clsid))) {
+        root.remove(utf16(programmatic_id(*info)));
+      }
       root.remove(L"Interface\\" + guid_text(info->iid));
     }
     remove_type_library(root);

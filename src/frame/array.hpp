@@ -49,10 +49,17 @@ class BoundedArray {
   BoundedArray() = default;
   BoundedArray(BoundedArray&& other) noexcept { swap(other); }
   /// Assignment re-dimensions: fault 10 for an array that its lender holds fixed.
+  /// What the source borrows is copied: only a new array borrows.
   BoundedArray& operator=(BoundedArray&& other) {
     refuse_if_fixed();
-    BoundedArray taken(std::move(other));
+    BoundedArray taken;
+    if (other.allocated_ && !other.owned_) {
+      taken.copy_from(other);
+    } else {
+      taken.swap(other);
+    }
     swap(taken);
+    resized_ = true;
     return *this;
   }
   /// A copy owns its elements, whether or not the source does.
@@ -171,7 +178,7 @@ class Array1 : public BoundedArray<T, 1> {
   Array1(std::int32_t lower, std::int32_t upper) { this->allocate({{{lower, upper}}}); }
   /// Borrows `elements` as elements 1 to n.
   explicit Array1(std::span<T> elements)
-      : Array1(elements.data(), {1, static_cast<std::int32_t>(elements.size())}) {}
+      : Array1(elements.data(), {1, last_index(elements.size())}) {}
 
   /// Borrows the elements that start at `first`, with any bounds.
   Array1(T* first, Bounds bounds, Resizing resizing = Resizing::kAllowed)
@@ -207,6 +214,10 @@ class Array1 : public BoundedArray<T, 1> {
   }
 
  private:
+  static std::int32_t last_index(std::size_t count) {
+    if (count > 0x7FFFFFFFU) raise_fault(ErrorNumber::kOutOfMemory);
+    return static_cast<std::int32_t>(count);
+  }
   std::size_t offset(std::int64_t i) const {
     const Bounds& b = this->dimension(0);
     if (!b.contains(i)) raise_fault(ErrorNumber::kSubscript);

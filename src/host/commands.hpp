@@ -15,6 +15,7 @@ void add_classes(CommandLine& program);
 void add_members(CommandLine& program);
 void add_call(CommandLine& program);
 void add_accumulate(CommandLine& program);
+void add_statistics(CommandLine& program);
 
 /// The component's version text.
 std::string version_text();

@@ -8,7 +8,8 @@ namespace {
 
 using namespace vqmath63::host;
 
-constexpr AddCommand kCommands[] = {add_classes, add_members, add_call, add_accumulate};
+constexpr AddCommand kCommands[] = {add_classes, add_members, add_call, add_accumulate,
+                                    add_statistics};
 
 constexpr const char* kNotes =
     "Example: vqhost accumulate wells.csv --period quarter\n"

@@ -115,7 +115,8 @@ class AllocationFailureTest : public BoundaryTest {
         EXPECT_TRUE(hr == done || (refused && (hr == E_OUTOFMEMORY || hr == error_code(7))))
             << name << " allocation " << plan << ": " << std::hex << hr;
       } while (allocations >= plan && plan < 1000);
-      EXPECT_GT(plan, 1) << name << " allocates nothing";
+      // Under the sanitizer only operator new is refused, and some calls need malloc alone.
+      if (VQ_HAS_OWN_MALLOC) EXPECT_GT(plan, 1) << name << " allocates nothing";
     }
   }
 };

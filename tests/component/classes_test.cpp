@@ -1,4 +1,6 @@
-// The three classes as hosts use them: by name and through the dual interfaces.
+// The classes as hosts use them: by name and through the dual interfaces.
+#include <limits>
+
 #include "component_host.hpp"
 
 namespace vqmath63::component::test {
@@ -109,6 +111,146 @@ TEST(ClassesTest, accumulation_by_name_and_by_the_vtable) {
     ++rows;
   }
   EXPECT_GE(rows, 4);
+}
+
+TEST(ClassesTest, statistics_by_name) {
+  const Instance<IDispatch> object(u"vq140Analyse.ztStatistics", IID_IDispatch);
+  constexpr const char16_t* kSummary[] = {u"xBar",    u"xsigman",   u"xSigmaN1", u"SigmaX",
+                                          u"SIGMAX2", u"SigmaAbsX", u"xMin",     u"xMax"};
+  int rows = 0;
+  for (const std::string& name : cases().words("statistics.cases")) {
+    const auto x = cases().numbers(name + ".x");
+    const auto summary = cases().numbers(name + ".summary");
+    const auto measures = cases().numbers(name + ".measures");
+    ASSERT_EQ(summary.size(), std::size(kSummary));
+    ASSERT_EQ(measures.size(), 5U);
+    for (const VARTYPE element : {VT_R4, VT_R8, VT_VARIANT}) {
+      const Sent sent(array(element, 1, x), kByRef);
+      const Sent ok(boolean(false), kByRef);
+      EXPECT_EQ(call(object.object, u"basicSTATISTICS", {sent.variant, ok.variant}).hr, S_OK);
+      EXPECT_EQ(ok.variable.v.boolVal, VARIANT_TRUE) << name;
+      for (std::size_t i = 0; i < summary.size(); ++i) {
+        EXPECT_FLOAT_EQ(get(object.object, kSummary[i]).result.v.fltVal,
+                        static_cast<float>(summary[i]))
+            << name << " " << i;
+      }
+      const auto measure = [&](const char16_t* member, std::vector<VARIANT> more = {}) {
+        more.insert(more.begin(), sent.variant);
+        const Answer answer = call(object.object, member, more);
+        EXPECT_EQ(answer.result.v.vt, VT_R4);
+        return answer.result.v.fltVal;
+      };
+      EXPECT_EQ(measure(u"Median"), static_cast<float>(measures[0])) << name;
+      EXPECT_EQ(measure(u"Mode"), static_cast<float>(measures[1])) << name;
+      for (LONG q = 1; q <= 3; ++q) {
+        EXPECT_EQ(measure(u"Quartile", {i4(q).v}),
+                  static_cast<float>(measures[static_cast<std::size_t>(q) + 1]))
+            << name << " quartile " << q;
+      }
+      ++rows;
+    }
+  }
+  EXPECT_GE(rows, 12);
+}
+
+TEST(ClassesTest, null_removal_by_name) {
+  const Instance<IDispatch> object(u"vq140Analyse.ztStatistics", IID_IDispatch);
+  int rows = 0;
+  for (const std::string& name : cases().words("removal.cases")) {
+    const Sent x(array(VT_R8, 1, cases().numbers(name + ".x")), kByRef);
+    const Sent kept(empty(), kVariant);
+    const Sent count(i4(-1), kByRef);
+    const Sent ok(boolean(false), kVariant);
+    const Value null = cases().word(name + ".null");
+    EXPECT_EQ(call(object.object, u"RemoveNulls",
+                   {null.v, x.variant, kept.variant, count.variant, ok.variant})
+                  .hr,
+              S_OK);
+    EXPECT_EQ(shown(ok.variable.v), shown(boolean(true).v)) << name;
+    if (cases().has(name + ".result")) {
+      const Value want = array(VT_R4, 1, cases().numbers(name + ".result"));
+      EXPECT_EQ(listed(kept.variable.v), listed(want.v)) << name;
+      EXPECT_EQ(count.variable.v.lVal, static_cast<LONG>(want.v.parray->rgsabound[0].cElements));
+    } else {
+      EXPECT_EQ(count.variable.v.lVal, 0) << name;
+    }
+    ++rows;
+  }
+  EXPECT_GE(rows, 3);
+}
+
+TEST(ClassesTest, histograms_by_name) {
+  int rows = 0;
+  for (const std::string& name : cases().words("sample.cases")) {
+    const Instance<IDispatch> object(u"vq140Analyse.ztSample", IID_IDispatch);
+    const Sent ok(boolean(false), kByRef);
+    if (cases().has(name + ".limits")) {
+      const auto limits = cases().numbers(name + ".limits");
+      const Value lower = r4(static_cast<float>(limits.at(0)));
+      const Value upper = r4(static_cast<float>(limits.at(1)));
+      call(object.object, u"setlimits", {lower.v, upper.v, ok.variant});
+      EXPECT_EQ(ok.variable.v.boolVal, VARIANT_TRUE) << name;
+      call(object.object, u"setlimits", {upper.v, lower.v, ok.variant});
+      EXPECT_EQ(ok.variable.v.boolVal, VARIANT_FALSE) << name;
+    }
+    const Value centres = array(VT_R4, 1, cases().numbers(name + ".centres"));
+    const Value counts = array(VT_R4, 1, cases().numbers(name + ".counts"));
+    const Sent x(array(VT_VARIANT, 1, cases().numbers(name + ".x")), kByRef);
+    const Sent bins(i4(static_cast<LONG>(centres.v.parray->rgsabound[0].cElements)), kByRef);
+    const Sent got_centres(array(VT_R4, 0, {7}), kByRef);
+    const Sent got_counts(empty(), kVariant);
+    EXPECT_EQ(call(object.object, u"BinVector",
+                   {x.variant, bins.variant, got_centres.variant, got_counts.variant, ok.variant})
+                  .hr,
+              S_OK);
+    EXPECT_EQ(ok.variable.v.boolVal, VARIANT_TRUE) << name;
+    EXPECT_EQ(listed(got_centres.variable.v), listed(centres.v)) << name;
+    EXPECT_EQ(listed(got_counts.variable.v), listed(counts.v)) << name;
+    ++rows;
+  }
+  EXPECT_GE(rows, 3);
+}
+
+TEST(ClassesTest, bad_samples_by_name) {
+  const Instance<IDispatch> object(u"vq140Analyse.ztStatistics", IID_IDispatch);
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const double infinity = std::numeric_limits<double>::infinity();
+  const Value good = array(VT_R4, 1, {1, 3});
+  const struct {
+    const char* name;
+    Value x;
+    bool ok;
+  } rows[] = {{"a good summary first", good, true},
+              {"nothing but element 0", array(VT_R4, 0, {7}), false},
+              {"empty", array(VT_R4, 1, {}), false},
+              {"a sum beyond Single", array(VT_R8, 1, {3e38, 3e38}), false},
+              {"indices from 2", array(VT_R4, 2, {1, 3}), false}};
+  for (const auto& row : rows) {
+    const Sent x(row.x, kByRef);
+    const Sent ok(boolean(!row.ok), kVariant);
+    EXPECT_EQ(call(object.object, u"Statistics", {x.variant, ok.variant}).hr, S_OK) << row.name;
+    EXPECT_EQ(shown(ok.variable.v), shown(boolean(row.ok).v)) << row.name;
+    EXPECT_EQ(shown(get(object.object, u"xBar").result.v), shown(r4(2).v)) << row.name;
+    EXPECT_EQ(shown(get(object.object, u"xMedian").result.v), shown(r4(2).v)) << row.name;
+  }
+  const auto of = [&](const char16_t* member, const Value& x) {
+    return call(object.object, member, {x.v}).result.v.fltVal;
+  };
+  EXPECT_EQ(of(u"Median", array(VT_R8, 0, {0, 3, nan, 1})), 3.0F);
+  EXPECT_EQ(of(u"Maximum", array(VT_R8, 1, {3, infinity, 1})), static_cast<float>(infinity));
+  const Value shorter = array(VT_R4, 1, {1});
+  EXPECT_EQ(shown(call(object.object, u"SumOfXY", {good.v, shorter.v}).result.v), shown(r4(0).v));
+  const Sent x(good, kByRef);
+  const Sent y(good, kByRef);
+  const Sent left(i4(-1), kByRef);
+  const Sent ok(boolean(true), kByRef);
+  const Value mask = array(VT_BOOL, 1, {1});
+  EXPECT_EQ(
+      call(object.object, u"MaskValuesXY", {mask.v, x.variant, y.variant, left.variant, ok.variant})
+          .hr,
+      S_OK);
+  EXPECT_EQ(ok.variable.v.boolVal, VARIANT_FALSE);
+  EXPECT_EQ(listed(y.variable.v), listed(good.v));
 }
 
 TEST(ClassesTest, settings_read_back_through_both_roads) {

@@ -1,4 +1,6 @@
 // The program vqhost as a user meets it: command lines in, exit status, output and messages out.
+#include <span>
+
 #include "host/vqhost_program.hpp"
 
 namespace vqmath63::host {
@@ -11,7 +13,26 @@ struct Row {
   std::vector<std::string> err;  // the same of the messages; none: nothing is said
 };
 
-TEST_F(Vqhost, AnswersCommandLines) {
+class VqhostCommands : public Vqhost {
+ protected:
+  void expect_all(std::span<const Row> table) const {
+    for (const Row& row : table) {
+      SCOPED_TRACE("vqhost " + row.arguments);
+      const Outcome outcome = run(row.arguments);
+      EXPECT_EQ(outcome.status, row.status) << outcome.err;
+      expect_in_order(outcome.out, row.out, "the output");
+      expect_in_order(outcome.err, row.err, "the error stream");
+      if (row.err.empty()) {
+        EXPECT_EQ(outcome.err, "");
+      }
+      if (row.status == 2) {
+        EXPECT_EQ(outcome.out, "");
+      }
+    }
+  }
+};
+
+TEST_F(VqhostCommands, AnswersCommandLines) {
   write("f.csv", "date,oil,note\n2023-01-01,0,a\n2023-02-01,10,b\n2023-03-01,20,c\n");
   write("n.csv", "t,q\n0,0\n1,2\n2,4\n");
   write("steps.csv", "t,q\n0,0\n5,1\n4,1\n");
@@ -169,19 +190,95 @@ TEST_F(Vqhost, AnswersCommandLines) {
        {"vqhost: column 'note' holds no numbers and is left out"}},
       {"accumulate f.csv --columns 2 -o out.csv", 0, {"out.csv: 2 periods of 1 series\n"}, {}},
   };
-  for (const Row& row : table) {
-    SCOPED_TRACE("vqhost " + row.arguments);
-    const Outcome outcome = run(row.arguments);
-    EXPECT_EQ(outcome.status, row.status) << outcome.err;
-    expect_in_order(outcome.out, row.out, "the output");
-    expect_in_order(outcome.err, row.err, "the error stream");
-    if (row.err.empty()) {
-      EXPECT_EQ(outcome.err, "");
-    }
-    if (row.status == 2) {
-      EXPECT_EQ(outcome.out, "");
-    }
-  }
+  expect_all(table);
+}
+
+TEST_F(VqhostCommands, SummarisesColumns) {
+  // oil: sum 40, sum of squares 232, so that s = 32. gas without its nulls is 4 1 3 2: s = 5.
+  write("s.csv",
+        "date,oil,note,gas\n2023-01-01,2,a,4\n2023-01-02,4,b,-999.25\n2023-01-03,4,c,1\n"
+        "2023-01-04,4,d,3\n2023-01-05,5,e,\n2023-01-06,5,f,2\n2023-01-07,7,g,-999.25\n"
+        "2023-01-08,9,h,-999.25\n");
+  write("bad.csv", "t,q\n0,1\n1,abc\n");
+  write("dates.csv", "t,note\n2023-01-01,a\n");
+  write("huge.csv", "q\n3e38\n3e38\n");
+  write("beyond.csv", "t,q\n0,1\n1,1e39\n");
+  write("nulls.csv", "oil,gas\n1,-9\n3,-9\n");
+  write("tenth.csv", "q\n0.1\n100000\n");
+  std::string many = "q\n";
+  for (int i = 0; i < 400; ++i) many += "0\n";
+  for (int i = 0; i < 120; ++i) many += "4\n";
+  write("many.csv", many + "2\n");
+  const std::string oil =
+      "column  n  nulls  mean  sd_n    sd_n1  min  q1  median  q3  max\n"
+      "oil     8      0     5     2  2.13809    2   4     4.5   5    9\n";
+  const std::string null = " --null -999.25 --empty-as -999.25";
+  const Row table[] = {
+      {"statistics s.csv --columns oil", 0, {oil}, {}},
+      {"statistics s.csv --columns OIL,2,oil", 0, {oil}, {}},
+      {"statistics - --columns oil <s.csv", 0, {oil}, {}},
+      {"statistics s.csv" + null,
+       0,
+       {"column  n  nulls  mean      sd_n      sd_n1  min   q1  median  q3  max\n"
+        "oil     8      0     5         2    2.13809    2    4     4.5   5    9\n"
+        "gas     4      4   2.5  1.118034  1.2909944    1  1.5     2.5   3    4\n"},
+       {"column 'date' holds no numbers and is left out", "column 'note' holds no numbers"}},
+      {"statistics s.csv --columns gas,oil --null 9 --empty-as 9",
+       0,
+       {"\ngas     7      1 ", "\noil     7      1 "},
+       {}},
+      // A null is compared as a Single, as the cells are.
+      {"statistics tenth.csv --null 0.1",
+       0,
+       {"q       1      1  100000     0      0  100000  100000  100000  100000  100000\n"},
+       {}},
+      {"statistics s.csv --columns oil --histogram 4",
+       0,
+       {oil + "\noil: 8 values in 4 bins\n  centre  count\n   2.875      1  #\n"
+              "   4.625      5  #####\n   6.375      1  #\n   8.125      1  #\n"},
+       {}},
+      // 400 is 50 characters, 120 is 15, and 1 is not lost.
+      {"statistics many.csv --histogram 4",
+       0,
+       {"q: 521 values in 4 bins\n", "\n     0.5    400  " + std::string(50, '#') + "\n",
+        "     1.5      0\n     2.5      1  #\n     3.5    120  " + std::string(15, '#') + "\n"},
+       {}},
+      // Nothing is left of a column.
+      {"statistics nulls.csv --null -9 --histogram 1",
+       0,
+       {"oil     2      0     2     1  1.4142135    1   1       2   2    3\n"
+        "gas     0      2     -     -          -    -   -       -   -    -\n",
+        "oil: 2 values in 1 bin\n  centre  count\n       2      2  ##\n\ngas: 0 values\n"},
+       {}},
+      {"statistics tenth.csv --columns q --null 0.1 --histogram 2",
+       0,
+       {"q: 1 value in 2 bins\n", "  100000      1  #\n", "  100000      0\n"},
+       {}},
+      {"statistics dates.csv --columns t", 1, {}, {"dates.csv:2: column 1 (t): '2023-01-01' is"}},
+      {"statistics many.csv --null 4", 0, {"q       401    120  0.0049875"}, {}},
+      {"statistics dates.csv", 1, {}, {"dates.csv: there is no column of numbers"}},
+      {"statistics bad.csv", 1, {}, {"vqhost: bad.csv:3: column 2 (q): 'abc' is not a number"}},
+      {"statistics bad.csv --columns t", 0, {"t       2      0   0.5   0.5"}, {}},
+      {"statistics s.csv", 1, {}, {"s.csv:6: column 4 (gas): the value is missing (--empty-as"}},
+      {"statistics beyond.csv", 1, {}, {"beyond.csv:3: column 2 (q): 1e+39 is too large for a S"}},
+      {"statistics s.csv --columns water", 1, {}, {"there is no column 'water' (columns: date,"}},
+      {"statistics none.csv", 1, {}, {"vqhost: none.csv: No such file or directory"}},
+      // The sum is no Single: what needs no sum is told all the same.
+      {"statistics huge.csv --histogram 2",
+       1,
+       {"q       2      0     -     -      -  3e+38  3e+38   3e+38  3e+38  3e+38\n",
+        "q: 2 values in 2 bins\n", "3e+38      2  ##\n", "3e+38      0\n"},
+       {"vqhost: Error:Overflow (No.6) In [ztStatistics (Code) (BasicStatistics)]",
+        "vqhost: column 'q': BasicStatistics did not succeed: qOK is False"}},
+      {"statistics", 2, {}, {"FILE"}},
+      {"statistics s.csv --null x", 2, {}, {"--null: 'x' is not a number"}},
+      {"statistics s.csv --null 1e39", 2, {}, {"--null: 1e+39 is too large for a Single"}},
+      {"statistics s.csv --empty-as -1e39", 2, {}, {"--empty-as: -1e+39 is too large for a S"}},
+      {"statistics s.csv --histogram 0", 2, {}, {"--histogram: '0' is not a whole number"}},
+      {"statistics s.csv --histogram 1001", 2, {}, {"--histogram: 1001 bins are more than 1000"}},
+      {"statistics --help", 0, {"--histogram", "Examples: vqhost statistics"}, {}},
+  };
+  expect_all(table);
 }
 
 TEST_F(Vqhost, ReadsTheStandardInputAndShortensLongArrays) {

@@ -122,6 +122,74 @@ function accumulateCases(expected) {
   check("and leaves the result alone", kept.length === 2 && kept[1][1] === 5);
 }
 
+function checkNumbers(what, got, want) {
+  check(what + ": length " + got.length, got.length === want.length + 1);
+  for (var i = 0; i < want.length; ++i) {
+    checkNumber(what + "[" + (i + 1) + "]", got[i + 1], Number(want[i]));
+  }
+}
+
+function statisticsCases(expected) {
+  var statistics = new ActiveXObject("vq140Analyse.ztStatistics");
+  var names = expected["statistics.cases"];
+  var name, ok, x;
+  for (var c = 0; c < names.length; ++c) {
+    name = names[c];
+    x = samples(expected[name + ".x"]);
+    ok = {value: false};
+    statistics.BasicStatistics(x, ok);
+    check(name + ": the flag is written back", ok.value === true);
+    checkNumbers(name + ".summary",
+                 [0, statistics.xBar, statistics.xsigman, statistics.xSigmaN1, statistics.SigmaX,
+                  statistics.SigmaX2, statistics.SigmaAbsX, statistics.xMin, statistics.xMax],
+                 expected[name + ".summary"]);
+    checkNumbers(name + ".measures",
+                 [0, statistics.Median(x), statistics.Mode(x), statistics.Quartile(x, 1),
+                  statistics.Quartile(x, 2), statistics.Quartile(x, 3)],
+                 expected[name + ".measures"]);
+  }
+  names = expected["removal.cases"];
+  for (var r = 0; r < names.length; ++r) {
+    name = names[r];
+    var kept = [];
+    var count = {value: 0};
+    var left = expected[name + ".result"] || [];
+    ok = {value: false};
+    x = samples(expected[name + ".x"]);
+    statistics.RemoveNulls(Number(expected[name + ".null"][0]), x, kept, count, ok);
+    check(name + ": nulls removed", ok.value === true);
+    check(name + ": " + count.value + " are left", count.value === left.length);
+    if (left.length > 0) checkNumbers(name + ".result", kept, left);
+  }
+  ok = {value: true};
+  statistics.BasicStatistics([7], ok);
+  check("nothing but element 0", ok.value === false);
+  check("a NaN sorts last", statistics.Median([0, 3, NaN, 1]) === 3);
+  check("an infinity is the largest", statistics.Maximum([0, 3, Infinity, 1]) === Infinity);
+}
+
+function sampleCases(expected) {
+  var names = expected["sample.cases"];
+  for (var c = 0; c < names.length; ++c) {
+    var name = names[c];
+    var sample = new ActiveXObject("vq140Analyse.ztSample");
+    var limits = expected[name + ".limits"];
+    var ok = {value: false};
+    if (limits) {
+      sample.setLimits(Number(limits[0]), Number(limits[1]), ok);
+      check(name + ": limits set", ok.value === true);
+      ok.value = false;
+    }
+    var wanted = expected[name + ".centres"];
+    var centres = [];
+    var counts = [1, 2, 3, 4, 5, 6, 7, 8];  // longer than any result
+    sample.BinVector(samples(expected[name + ".x"]), wanted.length, centres, counts, ok);
+    check(name + ": counted", ok.value === true);
+    checkNumbers(name + ".centres", centres, wanted);
+    checkNumbers(name + ".counts", counts, expected[name + ".counts"]);
+  }
+}
+
 function scalarsAndErrors() {
   var info = new ActiveXObject("vq140Analyse.ztAnalyseInfo");
   var log = {value: ""};
@@ -150,6 +218,8 @@ function scalarsAndErrors() {
 var table = readTable(WScript.Arguments(0));
 integralCases(table);
 accumulateCases(table);
+statisticsCases(table);
+sampleCases(table);
 scalarsAndErrors();
 WScript.Echo("checks " + checks);
 WScript.Echo("failures " + failures);

@@ -149,6 +149,105 @@ Sub AccumulateCases()
   Next
 End Sub
 
+Sub CheckNumbers(what, got, want)
+  Dim i
+  Check what & ": as many samples", UBound(got) = UBound(want)
+  For i = 1 To UBound(want)
+    CheckNumber what & "(" & i & ")", got(i), want(i)
+  Next
+End Sub
+
+Sub StatisticsCases()
+  Dim statistics, name, x, wanted, got, ok, kept, count, i
+  Set statistics = CreateObject("vq140Analyse.ztStatistics")
+  For Each name In expected("statistics.cases")
+    x = Samples(name & ".x")
+    ok = Empty
+    statistics.BasicStatistics x, ok
+    Check name & ": the flag is written back", VarType(ok) = 11 And ok
+    got = Array(0, statistics.xBar, statistics.XSIGMAN, statistics.xSigmaN1, statistics.SigmaX, _
+                statistics.SigmaX2, statistics.SigmaAbsX, statistics.xMin, statistics.xMax)
+    wanted = Samples(name & ".summary")
+    For i = 1 To UBound(wanted)
+      CheckNumber name & ".summary(" & i & ")", got(i), wanted(i)
+    Next
+    got = Array(0, statistics.Median(x), statistics.mode(x), statistics.Quartile(x, 1), _
+                statistics.Quartile(x, "2"), statistics.QUARTILE(x, 3))
+    wanted = Samples(name & ".measures")
+    For i = 1 To UBound(wanted)
+      CheckNumber name & ".measures(" & i & ")", got(i), wanted(i)
+    Next
+    CheckNumber name & ": element 0 is not touched", x(0), 1E+30
+  Next
+  For Each name In expected("removal.cases")
+    x = Samples(name & ".x")
+    ok = Empty
+    kept = Empty
+    count = Empty
+    statistics.RemoveNulls CDbl(Word(name & ".null")), x, kept, count, ok
+    Check name & ": nulls removed", VarType(ok) = 11 And ok
+    Check name & ": the count is a Long", VarType(count) = 3
+    If expected.Exists(name & ".result") Then
+      wanted = Samples(name & ".result")
+      Check name & ": " & count & " are left", count = UBound(wanted)
+      CheckNumbers name & ".result", kept, wanted
+    Else
+      Check name & ": none is left", count = 0
+    End If
+  Next
+End Sub
+
+Sub SampleCases()
+  Dim sample, name, limits, x, wanted, centres, counts, ok
+  For Each name In expected("sample.cases")
+    Set sample = CreateObject("vq140Analyse.ztSample")
+    If expected.Exists(name & ".limits") Then
+      limits = Samples(name & ".limits")
+      ok = Empty
+      sample.SETLIMITS limits(1), limits(2), ok
+      Check name & ": limits set", VarType(ok) = 11 And ok
+      sample.setLimits limits(2), limits(1), ok
+      Check name & ": the other way round they are refused", Not ok
+    End If
+    x = Samples(name & ".x")
+    wanted = Samples(name & ".centres")
+    ok = Empty
+    centres = Empty
+    counts = Empty
+    sample.BinVector x, UBound(wanted), centres, counts, ok
+    Check name & ": counted", VarType(ok) = 11 And ok
+    CheckNumbers name & ".centres", centres, wanted
+    CheckNumbers name & ".counts", counts, Samples(name & ".counts")
+  Next
+End Sub
+
+' What goes wrong inside a routine is no error of the script: flags are False, results 0.
+Sub BadSamples()
+  Dim statistics, sample, x, y, ok, count, kept
+  Set statistics = CreateObject("vq140Analyse.ztStatistics")
+  Set sample = CreateObject("vq140Analyse.ztSample")
+  x = Array(9, 1, 3)
+  statistics.BasicStatistics x, ok
+  Check "a good summary first", ok And statistics.xBar = 2
+  ok = True
+  statistics.BasicStatistics Array(7), ok
+  Check "nothing but element 0", VarType(ok) = 11 And Not ok
+  ok = True
+  statistics.Statistics Array(9, 3E+38, 3E+38), ok
+  Check "a sum beyond Single", Not ok
+  Check "the last summary stays", statistics.xBar = 2 And statistics.SigmaX = 4
+  CheckNumber "the median needs no sum", statistics.Median(Array(9, 3E+38, 3E+38)), 3E+38
+  Check "a second array too short", statistics.SumOfXY(x, Array(9, 1)) = 0
+  Check "no such quartile", statistics.Quartile(x, 4) = 0
+  y = Array(9, 5, 6)
+  ok = True
+  statistics.MaskValuesXY Array(True, True), x, y, count, ok
+  Check "a mask too short", Not ok
+  ok = True
+  sample.BinVector x, 0, kept, y, ok
+  Check "no bins", Not ok And IsEmpty(kept) And y(2) = 6
+End Sub
+
 Sub Properties()
   Dim accumulate, born, flag, data, result
   Set accumulate = CreateObject("vq140Analyse.ztAccumulate")
@@ -255,6 +354,9 @@ Set expected = ReadTable(WScript.Arguments(0))
 IntegralCases
 ArrayForms
 AccumulateCases
+StatisticsCases
+SampleCases
+BadSamples
 Properties
 VersionAndLog
 Errors

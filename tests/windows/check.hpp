@@ -146,6 +146,20 @@ class Expected {
   std::map<std::string, std::vector<std::string>> rows_;
 };
 
+/// The creatable classes and how many members each has.
+struct ClassRow {
+  const char* name;
+  CLSID clsid;
+  IID iid;
+  WORD members;
+};
+
+inline const ClassRow kClasses[] = {{"ztStatistics", CLSID_ztStatistics, IID__ztStatistics, 56},
+                                    {"ztSample", CLSID_ztSample, IID__ztSample, 2},
+                                    {"ztIntegrate", CLSID_ztIntegrate, IID__ztIntegrate, 3},
+                                    {"ztAccumulate", CLSID_ztAccumulate, IID__ztAccumulate, 16},
+                                    {"ztAnalyseInfo", CLSID_ztAnalyseInfo, IID__ztAnalyseInfo, 2}};
+
 /// A new instance as the interface I.
 template <class I>
 HRESULT create(REFCLSID clsid, Holder<I>& out, IUnknown* outer = nullptr) {

@@ -260,19 +260,24 @@ void version_by_vtable() {
   checks.result(info->CloseDown(), S_OK, "CloseDown");
 }
 
+void use_manifest(const char* path) {
+  CLSID clsid{};
+  checks.result(CLSIDFromProgID(L"vq140Analyse.ztIntegrate", &clsid), CO_E_CLASSSTRING,
+                "not registered");
+  ACTCTXA manifest{};
+  manifest.cbSize = sizeof manifest;
+  manifest.lpSource = path;
+  const HANDLE context = CreateActCtxA(&manifest);
+  ULONG_PTR cookie = 0;
+  checks.that(context != INVALID_HANDLE_VALUE && ActivateActCtx(context, &cookie), "the manifest");
+  checks.result(CLSIDFromProgID(L"vq140Analyse.ztIntegrate", &clsid), S_OK, "its programmatic id");
+}
+
 }  // namespace
 
 int main(int count, char** words) {
   if (count != 2 && count != 3) return 2;
-  if (count == 3) {
-    ACTCTXA manifest{};
-    manifest.cbSize = sizeof manifest;
-    manifest.lpSource = words[2];
-    const HANDLE context = CreateActCtxA(&manifest);
-    ULONG_PTR cookie = 0;
-    checks.that(context != INVALID_HANDLE_VALUE && ActivateActCtx(context, &cookie),
-                "the manifest");
-  }
+  if (count == 3) use_manifest(words[2]);
   CoInitialize(nullptr);
   const Expected expected(words[1]);
   integral_cases(expected);

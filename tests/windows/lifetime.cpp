@@ -17,17 +17,6 @@ HRESULT can_unload() {
   return ask();
 }
 
-struct ClassRow {
-  const char* name;
-  CLSID clsid;
-  IID iid;
-  WORD members;
-};
-
-const ClassRow kClasses[] = {{"ztIntegrate", CLSID_ztIntegrate, IID__ztIntegrate, 3},
-                             {"ztAccumulate", CLSID_ztAccumulate, IID__ztAccumulate, 16},
-                             {"ztAnalyseInfo", CLSID_ztAnalyseInfo, IID__ztAnalyseInfo, 2}};
-
 // The type library tells of the interface what the object itself does.
 void described_members(IDispatch* object, ITypeInfo* dispatch, const ClassRow& row) {
   ITypeInfo* info = nullptr;

@@ -24,17 +24,9 @@ struct Entry {
 };
 
 std::vector<Entry> entries(const std::string& file) {
-  struct Row {
-    const char* name;
-    CLSID clsid;
-    IID iid;
-  };
-  const Row rows[] = {{"ztIntegrate", CLSID_ztIntegrate, IID__ztIntegrate},
-                      {"ztAccumulate", CLSID_ztAccumulate, IID__ztAccumulate},
-                      {"ztAnalyseInfo", CLSID_ztAnalyseInfo, IID__ztAnalyseInfo}};
   const std::string library = braced(LIBID_vq140Analyse);
   std::vector<Entry> all;
-  for (const Row& row : rows) {
+  for (const ClassRow& row : kClasses) {
     const std::string id = std::string("vq140Analyse.") + row.name;
     const std::string clsid = "CLSID\\" + braced(row.clsid);
     all.push_back({id + "\\CLSID", nullptr, braced(row.clsid)});

@@ -87,7 +87,9 @@ dll=$(windows_path "$component")
 table=$(windows_path "$(realpath "$expected")")
 scripts=$(windows_path "$here")
 
-wine regsvr32 /s /u "$dll" >/dev/null 2>&1  # what a run that was stopped has left
+# What a run that was stopped has left.
+wine regsvr32 /s /u "$dll" >/dev/null 2>&1
+wine regsvr32 /s /u /n /i:user "$dll" >/dev/null 2>&1
 run "early_bound, unregistered" "$clients/early_bound.exe" "$table" \
   "$(windows_path "$build/src/vqmath63.manifest")"
 expect ok "register" regsvr32 /s "$dll"
