@@ -2,8 +2,11 @@
 
 #include "accumulate/accumulate_members.hpp"
 #include "automation/object.hpp"
+#include "calculus/differentiate_members.hpp"
 #include "calculus/integrate_members.hpp"
 #include "info/analyse_info_members.hpp"
+#include "petroleum/petroleum_members.hpp"
+#include "regression/regression_members.hpp"
 #include "statistics/sample_members.hpp"
 #include "statistics/statistics_members.hpp"
 
@@ -16,8 +19,11 @@ using automation::ClassInfo;
 constexpr const ClassInfo* kClasses[] = {
     &Boundary<members::kStatistics>::kInfo,
     &Boundary<members::kSample>::kInfo,
+    &Boundary<members::kRegression>::kInfo,
+    &Boundary<members::kDifferentiate>::kInfo,
     &Boundary<members::kIntegrate>::kInfo,
     &Boundary<members::kAccumulate>::kInfo,
+    &Boundary<members::kPetroleum>::kInfo,
     &Boundary<members::kAnalyseInfo>::kInfo,
 };
 

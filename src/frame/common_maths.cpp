@@ -119,10 +119,16 @@ void BuiltInCommonMaths::BracketIndex(float& value, Array1<float>& list, std::in
                                       std::int32_t& upper, std::int32_t& spare) {
   const std::int32_t n = list.upper();
   if (n < 2 || !list.covers(1, n)) raise_fault(ErrorNumber::kSubscript);
-  const float* first = &list(1);
-  const float* last = first + (n - 1);  // element n opens no interval
-  const float* above = std::partition_point(first, last, [=](float x) { return x <= value; });
-  lower = std::max(1, static_cast<std::int32_t>(above - first));
+  const float* const first = &list(1);
+  const float* at = first;
+  // The interval is one of `left` that begin at `at`. Without branches on the data: the values
+  // that a host asks for come in any order.
+  for (std::int32_t left = n - 1; left > 1;) {
+    const std::int32_t half = left / 2;
+    at += at[half] <= value ? half : 0;
+    left -= half;
+  }
+  lower = static_cast<std::int32_t>(at - first) + 1;
   upper = lower + 1;
   spare = 0;
 }

@@ -116,7 +116,9 @@ class AllocationFailureTest : public BoundaryTest {
             << name << " allocation " << plan << ": " << std::hex << hr;
       } while (allocations >= plan && plan < 1000);
       // Under the sanitizer only operator new is refused, and some calls need malloc alone.
-      if (VQ_HAS_OWN_MALLOC) EXPECT_GT(plan, 1) << name << " allocates nothing";
+      if (VQ_HAS_OWN_MALLOC) {
+        EXPECT_GT(plan, 1) << name << " allocates nothing";
+      }
     }
   }
 };

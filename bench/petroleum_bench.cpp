@@ -1,0 +1,137 @@
+// A live-oil factor on a table of ten curves of ten points, and that nothing is allocated; beside
+// it the live-oil table of the Open Porous Media project.
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <new>
+
+#ifdef VQ_WITH_OPM
+#include <opm/material/fluidsystems/blackoilpvt/LiveOilPvt.hpp>
+#endif
+
+#include "petroleum/petroleum.hpp"
+
+namespace {
+std::int64_t allocations = 0;
+}  // namespace
+
+// Out of line, so that no compiler takes the pair apart.
+[[gnu::noinline]] void* operator new(std::size_t size) {
+  ++allocations;
+  if (void* memory = std::malloc(size)) return memory;
+  throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+namespace {
+
+using vqmath63::Array1;
+
+constexpr std::int32_t kCurves = 10;
+constexpr std::int32_t kPoints = 10;
+
+struct LiveOil {
+  Array1<float> primary{1, kCurves};
+  Array1<std::int32_t> map{1, kCurves};
+  Array1<float> pressure{1, kCurves* kPoints};
+  Array1<float> factor{1, kCurves* kPoints};
+
+  LiveOil() {
+    for (std::int32_t p = 1; p <= kCurves; ++p) {
+      primary(p) = 20.0F * static_cast<float>(p);
+      map(p) = (p - 1) * kPoints + 1;
+      for (std::int32_t k = 0; k < kPoints; ++k) {
+        pressure(map(p) + k) = 50.0F * static_cast<float>(p) + 25.0F * static_cast<float>(k);
+        factor(map(p) + k) = 1.0F + 0.04F * static_cast<float>(p) - 0.004F * static_cast<float>(k);
+      }
+    }
+  }
+};
+
+// Data points `above` to 210 times `above` over their saturation pressure: all over the table in no
+// order, or along a path on which the pressure falls by small steps, as in the life of a field.
+class DataPoints {
+ public:
+  explicit DataPoints(float above, bool path = false) : above_(above), path_(path) {}
+  float primary() const { return 20.0F + 180.0F * static_cast<float>(state_) / 65536.0F; }
+  float pressure() const {
+    const std::uint32_t step = path_ ? 210U - state_ / 313U : state_ % 211U;
+    return 2.5F * primary() + above_ * static_cast<float>(step);
+  }
+  void next() { state_ = (path_ ? state_ + 1U : state_ * 1103515245U + 12345U) & 0xFFFFU; }
+
+ private:
+  float above_;
+  bool path_;
+  std::uint32_t state_ = 0;
+};
+
+void live_factor(benchmark::State& state, DataPoints data) {
+  LiveOil oil;
+  std::int32_t curves = kCurves;
+  std::int32_t entries = kCurves * kPoints;
+  float null = 0.0F;
+  float factor = 0.0F;
+  bool ok = false;
+  vqmath63::ztPetroleum petroleum;
+  const auto call = [&] {
+    data.next();
+    float primary = data.primary();
+    float pressure = data.pressure();
+    petroleum.GetVolumeCorrectionLive(oil.primary, oil.map, curves, oil.pressure, oil.factor,
+                                      entries, primary, pressure, null, factor, ok);
+    benchmark::DoNotOptimize(factor);
+  };
+  call();  // the thread's mathematical companion is made now
+  const std::int64_t before = allocations;
+  for (auto _ : state) call();
+  state.counters["allocations"] = static_cast<double>(allocations - before);
+  if (!ok) state.SkipWithError("no factor");
+}
+
+void LiveUndersaturated(benchmark::State& state) {
+  live_factor(state, DataPoints(1.0F));
+}
+void LiveUndersaturatedPath(benchmark::State& state) {
+  live_factor(state, DataPoints(1.0F, true));
+}
+void LiveSaturated(benchmark::State& state) {
+  live_factor(state, DataPoints(-0.1F));
+}
+
+#ifdef VQ_WITH_OPM
+// The same table; its undersaturated points only, and without a look at the saturation pressure.
+void OpmUndersaturated(benchmark::State& state) {
+  using Pvt = Opm::LiveOilPvt<float>;
+  const LiveOil oil;
+  Pvt::TabulatedTwoDFunction inverse(Pvt::TabulatedTwoDFunction::InterpolationPolicy::LeftExtreme);
+  for (std::int32_t p = 1; p <= kCurves; ++p) {
+    const std::size_t row = inverse.appendXPos(oil.primary(p));
+    for (std::int32_t k = oil.map(p); k < oil.map(p) + kPoints; ++k) {
+      inverse.appendSamplePoint(row, oil.pressure(k), 1.0F / oil.factor(k));
+    }
+  }
+  Pvt pvt;
+  pvt.setNumRegions(1);
+  pvt.setInverseOilFormationVolumeFactor(0, inverse);
+  DataPoints data(1.0F);
+  for (auto _ : state) {
+    data.next();
+    const float reciprocal =
+        pvt.inverseFormationVolumeFactor<float>(0, 0.0F, data.pressure(), data.primary());
+    benchmark::DoNotOptimize(1.0F / reciprocal);
+  }
+}
+BENCHMARK(OpmUndersaturated);
+#endif
+
+BENCHMARK(LiveUndersaturated);
+BENCHMARK(LiveUndersaturatedPath);
+BENCHMARK(LiveSaturated);
+
+}  // namespace

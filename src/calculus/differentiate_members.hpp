@@ -1,0 +1,35 @@
+// The member table of ztDifferentiate.
+#pragma once
+
+#include "automation/member_table.hpp"
+#include "calculus/differentiate.hpp"
+
+namespace vqmath63::members {
+
+using automation::arg;
+using automation::method;
+
+inline constexpr auto kDifferentiate = automation::table<ztDifferentiate>(
+    "ztDifferentiate", "First and second derivatives of sampled curves.",
+    {0xA93B20C2, 0x9440, 0x4146, {0xB7, 0xC1, 0xAD, 0xD2, 0x3C, 0xA2, 0x4E, 0x82}},
+    {0x7E392974, 0x7612, 0x4371, {0x9B, 0x15, 0x92, 0x01, 0xF4, 0x88, 0xCE, 0x36}},
+    method<&ztDifferentiate::FirstDerivative>(
+        1, "FirstDerivative",
+        "First derivative of yVals over xVals, samples 1 to the upper bound of xVals, into dydx, "
+        "which must hold as many elements already.",
+        arg("xVals"), arg("yVals"), arg("dydx"), arg("qOK")),
+    method<&ztDifferentiate::SecondDerivative>(
+        2, "SecondDerivative",
+        "Second derivative at the end points and a twelfth of it at the points between, into "
+        "d2ydx2, which is re-dimensioned.",
+        arg("xVals"), arg("yVals"), arg("d2ydx2"), arg("qOK")),
+    method<&ztDifferentiate::FirstDerivativeForwards>(
+        3, "FirstDerivativeForwards",
+        "Forward differences into dydx, which is re-dimensioned; 0 at the last point.",
+        arg("xVals"), arg("yVals"), arg("dydx"), arg("qOK")),
+    method<&ztDifferentiate::FirstDerivativeBackwards>(
+        4, "FirstDerivativeBackwards",
+        "Backward differences into dydx, which is re-dimensioned; 0 at the first point.",
+        arg("xVals"), arg("yVals"), arg("dydx"), arg("qOK")));
+
+}  // namespace vqmath63::members

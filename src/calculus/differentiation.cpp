@@ -1,0 +1,293 @@
+#include "calculus/differentiation.hpp"
+
+#include <algorithm>
+#include <bit>
+#include <functional>
+#include <memory>
+
+#include "frame/checked.hpp"
+#include "frame/trap.hpp"
+
+namespace vqmath63 {
+namespace {
+
+constexpr Location kFirstUpStream{"ztAnalyse - Differentiation", "FirstDerivativeUpStream"};
+constexpr Location kFirstDownStream{"ztAnalyse - Differentiation", "FirstDerivativeDownStream"};
+constexpr Location kFirstCentered{"ztAnalyse - Differentiation", "FirstDerivativeCentered"};
+constexpr Location kFirstDerivatives{"ztAnalyse - Differentiation", "FirstDerivatives"};
+constexpr Location kSecondUpStream{"ztAnalyse - Differentiation", "SecondDerivativeUpStream"};
+constexpr Location kSecondDownStream{"ztAnalyse - Differentiation", "SecondDerivativeDownStream"};
+constexpr Location kSecondCentered{"ztAnalyse - Differentiation", "SecondDerivativeCentered"};
+constexpr Location kSecondDerivatives{"ztAnalyse - Differentiation", "SecondDerivatives"};
+
+using Samples = Array1<double>;
+
+// Keeps the denominators of first derivatives away from zero.
+constexpr double kGuard = 1e-20;
+
+template <class Real>
+struct Fraction {
+  Real numerator;
+  Real denominator;
+};
+
+// Each formula gives the derivative at point i as a fraction of sums of products, so that a step
+// which is not finite always shows in one of its halves, or in the quotient. It reads the points
+// i - kBefore to i + kAfter.
+
+struct ForwardFirst {
+  static constexpr std::int64_t kBefore = 0, kAfter = 1;
+  template <class Real, class Reader>
+  static Fraction<Real> at(const Reader& x, const Reader& y, std::int64_t i) {
+    return {y(i + 1) - y(i), x(i + 1) - x(i) + Real(kGuard)};
+  }
+};
+
+struct BackwardFirst {
+  static constexpr std::int64_t kBefore = 1, kAfter = 0;
+  template <class Real, class Reader>
+  static Fraction<Real> at(const Reader& x, const Reader& y, std::int64_t i) {
+    return {y(i) - y(i - 1), x(i) - x(i - 1) + Real(kGuard)};
+  }
+};
+
+struct CentredFirst {
+  static constexpr std::int64_t kBefore = 1, kAfter = 1;
+  template <class Real, class Reader>
+  static Fraction<Real> at(const Reader& x, const Reader& y, std::int64_t i) {
+    const Real h1 = x(i) - x(i - 1);
+    const Real h2 = x(i + 1) - x(i);
+    const Real a = h1 * h1;
+    const Real b = h2 * h2;
+    return {a * y(i + 1) - (a - b) * y(i) - b * y(i - 1), h1 * b + h2 * a + Real(kGuard)};
+  }
+};
+
+struct ForwardSecond {
+  static constexpr std::int64_t kBefore = 0, kAfter = 2;
+  template <class Real, class Reader>
+  static Fraction<Real> at(const Reader& x, const Reader& y, std::int64_t i) {
+    const Real a = x(i + 1) - x(i);
+    const Real b = x(i + 2) - x(i);
+    const Real n = a * y(i + 2) - b * y(i + 1) + (b - a) * y(i);
+    return {Real(2.0) * n, (b - a) * b * a};
+  }
+};
+
+struct BackwardSecond {
+  static constexpr std::int64_t kBefore = 2, kAfter = 0;
+  template <class Real, class Reader>
+  static Fraction<Real> at(const Reader& x, const Reader& y, std::int64_t i) {
+    const Real a = x(i) - x(i - 1);
+    const Real b = x(i) - x(i - 2);
+    const Real n = a * y(i - 2) - b * y(i - 1) + (b - a) * y(i);
+    return {Real(2.0) * n, b * a * b - a * a * b};
+  }
+};
+
+struct CentredSecond {
+  static constexpr std::int64_t kBefore = 1, kAfter = 1;
+  template <class Real, class Reader>
+  static Fraction<Real> at(const Reader& x, const Reader& y, std::int64_t i) {
+    const Real h1 = x(i) - x(i - 1);
+    const Real h2 = x(i + 1) - x(i);
+    const Real s = h2 + h1;
+    const Real t =
+        h1 * Real(12.0) * h2;  // hosts know the centred value as a twelfth of the true one
+    const Real n = h1 * y(i + 1) - s * y(i) + h2 * y(i - 1);
+    return {Real(2.0) * n, s * t};
+  }
+};
+
+// Points first to last, worked through upwards or downwards.
+enum class Order { kRising, kFalling };
+
+class CheckedReader {
+ public:
+  explicit CheckedReader(const Samples& a) : array_(a) {}
+  Double operator()(std::int64_t i) const { return array_(i); }
+
+ private:
+  const Samples& array_;
+};
+
+template <class Formula>
+void write_checked(const Samples& x, const Samples& y, std::int64_t first, std::int64_t last,
+                   Order order, Samples& d) {
+  const CheckedReader xs(x), ys(y);
+  for (std::int64_t k = 0; k <= last - first; ++k) {
+    const std::int64_t i = order == Order::kRising ? first + k : last - k;
+    const auto [numerator, denominator] = Formula::template at<Double>(xs, ys, i);
+    const Double quotient = numerator / denominator;
+    d(i) = quotient.value();
+  }
+}
+
+// Element i of an array whose bounds have been looked at.
+class PlainReader {
+ public:
+  explicit PlainReader(const Samples& a) : first_(a.data()), lower_(a.lower()) {}
+  double operator()(std::int64_t i) const { return first_[i - lower_]; }
+
+ private:
+  const double* first_;
+  std::int64_t lower_;
+};
+
+// Points first, first + 1, ... into `values`; false when a step was not finite.
+template <class Formula>
+bool compute_plain(PlainReader x, PlainReader y, std::int64_t first, std::int64_t count,
+                   double* values) {
+  std::uint64_t trace = 0;
+  for (std::int64_t k = 0; k < count; ++k) {
+    const auto [numerator, denominator] = Formula::template at<double>(x, y, first + k);
+    const double quotient = numerator / denominator;
+    values[k] = quotient;
+    // A finite number less itself is +0; anything else leaves bits behind.
+    const double both = quotient * denominator;
+    trace |= std::bit_cast<std::uint64_t>(both - both);
+  }
+  return trace == 0;
+}
+
+bool overlap(const Samples& a, const Samples& b) {
+  const std::less<const double*> before;
+  return before(a.data(), b.data() + b.size()) && before(b.data(), a.data() + a.size());
+}
+
+// Writes the derivatives at points first to last. Goes in blocks, so that a block with a fault in
+// it can be done again on checked numbers before anything of it has been written.
+template <class Formula>
+void write(const Samples& x, const Samples& y, std::int64_t first, std::int64_t last, Order order,
+           Samples& d) {
+  if (first > last) return;
+  const std::int64_t least = first - Formula::kBefore;
+  const std::int64_t most = last + Formula::kAfter;
+  // Where the result is one of the samples, each point changes what the next one reads.
+  if (!x.covers(least, most) || !y.covers(least, most) || !d.covers(first, last) || overlap(d, x) ||
+      overlap(d, y)) {
+    write_checked<Formula>(x, y, first, last, order, d);
+    return;
+  }
+  constexpr std::int64_t kBlock = 256;
+  const PlainReader xs(x), ys(y);
+  double values[kBlock];
+  for (std::int64_t done = 0; done <= last - first; done += kBlock) {
+    const std::int64_t count = std::min(kBlock, last - first - done + 1);
+    const std::int64_t from = order == Order::kRising ? first + done : last - done - count + 1;
+    if (compute_plain<Formula>(xs, ys, from, count, values)) [[likely]] {
+      std::copy_n(values, count, &d(from));
+    } else {
+      write_checked<Formula>(x, y, from, from + count - 1, order, d);
+    }
+  }
+}
+
+}  // namespace
+
+void FirstDerivativeUpStream(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
+                             bool& ok) {
+  trap(kFirstUpStream, [&] {
+    ok = false;
+    const std::int64_t n = x.upper();
+    // A single sample is not passed over: the formula looks for a second one.
+    const std::int64_t last = std::min<std::int64_t>(i2, n == 1 ? 1 : n - 1);
+    write<ForwardFirst>(x, y, i1, last, Order::kRising, d);
+    ok = true;
+  });
+}
+
+void FirstDerivativeDownStream(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
+                               bool& ok) {
+  trap(kFirstDownStream, [&] {
+    ok = false;
+    write<BackwardFirst>(x, y, std::max(i1, 2), i2, Order::kFalling, d);
+    ok = true;
+  });
+}
+
+void FirstDerivativeCentered(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
+                             bool& ok) {
+  trap(kFirstCentered, [&] {
+    ok = false;
+    const std::int64_t last = std::min<std::int64_t>(i2, std::int64_t{x.upper()} - 1);
+    write<CentredFirst>(x, y, std::max(i1, 2), last, Order::kRising, d);
+    ok = true;
+  });
+}
+
+void FirstDerivatives(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
+                      bool& ok) {
+  trap(kFirstDerivatives, [&] {
+    ok = false;
+    const std::int32_t n = x.upper();
+    std::int32_t lo = i1;
+    std::int64_t hi = i2;
+    if (i1 <= 2) {
+      FirstDerivativeUpStream(x, y, 1, i1, d, ok);
+      lo = 2;
+      if (!ok) return;
+    }
+    if (i2 >= n) {
+      FirstDerivativeDownStream(x, y, i2, n, d, ok);
+      hi = std::int64_t{n} - 1;
+      if (!ok) return;
+    }
+    if (lo <= hi) FirstDerivativeCentered(x, y, lo, static_cast<std::int32_t>(hi), d, ok);
+  });
+}
+
+void SecondDerivativeUpStream(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
+                              bool& ok) {
+  trap(kSecondUpStream, [&] {
+    ok = false;
+    write<ForwardSecond>(x, y, i1, i2, Order::kRising, d);
+    ok = true;
+  });
+}
+
+void SecondDerivativeDownStream(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2,
+                                Samples& d, bool& ok) {
+  trap(kSecondDownStream, [&] {
+    ok = false;
+    write<BackwardSecond>(x, y, i1, i2, Order::kRising, d);
+    ok = true;
+  });
+}
+
+void SecondDerivativeCentered(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
+                              bool& ok) {
+  trap(kSecondCentered, [&] {
+    ok = false;
+    write<CentredSecond>(x, y, i1, i2, Order::kRising, d);
+    ok = true;
+  });
+}
+
+void SecondDerivatives(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
+                       bool& ok) {
+  trap(kSecondDerivatives, [&] {
+    ok = false;
+    const std::int32_t n = x.upper();
+    if (n < 1) raise_fault(ErrorNumber::kSubscript);
+    {
+      // Room for n numbers that nothing uses: hosts know a lack of it as this routine's failure.
+      const auto work = std::make_unique_for_overwrite<double[]>(static_cast<std::size_t>(n));
+    }
+    std::int32_t lo = i1;
+    std::int64_t hi = i2;
+    if (i1 < 3) {
+      SecondDerivativeUpStream(x, y, 1, i1, d, ok);
+      lo = 2;
+      if (!ok) return;
+    }
+    if (i2 >= n) {
+      SecondDerivativeDownStream(x, y, i2, n, d, ok);
+      hi = std::int64_t{n} - 1;
+      if (!ok) return;
+    }
+    if (lo <= hi) SecondDerivativeCentered(x, y, lo, static_cast<std::int32_t>(hi), d, ok);
+  });
+}
+
+}  // namespace vqmath63

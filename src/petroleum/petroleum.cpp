@@ -1,0 +1,199 @@
+#include "petroleum/petroleum.hpp"
+
+#include <cmath>
+#include <limits>
+
+#include "frame/companions.hpp"
+#include "frame/speculate.hpp"
+#include "frame/trap.hpp"
+
+namespace vqmath63 {
+namespace {
+
+constexpr Location kLive{"ztPetroleum", "GetVolumeCorrectionLive"};
+constexpr Location kDead{"ztPetroleum", "GetVolumeCorrectionDead"};
+constexpr Location kWater{"ztPetroleum", "GetWaterVolumeCorrection"};
+
+// A data point a hair above saturation counts as saturated.
+constexpr double kHairAbove = 1.000001;
+
+// Index arithmetic on 32 bits, which can overflow for indices out of a host's table.
+std::int32_t next(std::int32_t i) {
+  if (i == std::numeric_limits<std::int32_t>::max()) raise_fault(ErrorNumber::kOverflow);
+  return i + 1;
+}
+std::int32_t previous(std::int32_t i) {
+  if (i == std::numeric_limits<std::int32_t>::min()) raise_fault(ErrorNumber::kOverflow);
+  return i - 1;
+}
+
+// The arguments of a live-oil factor, and the two curves that bracket the data point.
+struct LiveOil {
+  const Array1<float>& primary;
+  const Array1<std::int32_t>& map;
+  const Array1<float>& secondary;
+  const Array1<float>& value;
+  std::int32_t curves;
+  std::int32_t entries;
+  float data_primary;
+  float data_secondary;
+  std::int32_t lower;
+  std::int32_t upper;
+};
+
+// The formula over one kind of numbers. Between finite data no step can leave the range of Double;
+// what can fail are the values that have to fit a Single, and steps on a NaN or an infinity, which
+// always end in one of them.
+template <class Mode>
+class LiveFactor {
+  using Single = typename Mode::Single;
+  using Double = typename Mode::Double;
+
+ public:
+  explicit LiveFactor(const LiveOil& oil) : oil_(oil) {}
+
+  /// False when a value that had to fit a Single did not.
+  bool finite() const { return finite_; }
+
+  float factor() {
+    const std::int32_t i = oil_.lower;
+    const std::int32_t u = oil_.upper;
+    const std::int32_t lower_start = oil_.map(i);
+    const std::int32_t upper_start = oil_.map(u);
+    // For the last curve this leaves out the last entry.
+    const std::int32_t end = u != oil_.curves ? oil_.map(next(u)) : oil_.entries;
+
+    const Double step = primary(u) - primary(i);
+    const Double distance = Single(oil_.data_primary) - primary(i);
+    const bool apart = step != 0.0;
+    const Double t = apart ? distance / step : Double(0.0);
+    const Double w = Double(1.0) - t;
+    const Double lower_saturation = secondary(lower_start);
+    const Double slope = apart ? (secondary(upper_start) - lower_saturation) / step : Double(0.0);
+    const Double saturation = distance * slope + lower_saturation;
+
+    const Single data = oil_.data_secondary;
+    if (stored(saturation * kHairAbove) >= data) {
+      return stored(t * value(upper_start) + w * value(lower_start)).value();
+    }
+    const Double s1 = lower_saturation + data - saturation;
+    const Double s2 = secondary(upper_start) + data - saturation;
+    // The only curve of a table has no next one to end before.
+    const std::int32_t lower_end = oil_.curves == 1 ? end : upper_start;
+    const Double lower_value = on_curve(lower_start, previous(lower_end), s1, s1);
+    // Hosts know the upper curve's segments as found with the lower curve's abscissa.
+    const Double upper_value = on_curve(upper_start, previous(end), s2, s1);
+    return stored(t * upper_value + w * lower_value).value();
+  }
+
+ private:
+  Single primary(std::int64_t i) const { return oil_.primary(i); }
+  Single secondary(std::int64_t i) const { return oil_.secondary(i); }
+  Single value(std::int64_t i) const { return oil_.value(i); }
+
+  Single stored(Double number) {
+    const Single single = number;
+    finite_ = finite_ && std::isfinite(single.value());
+    return single;
+  }
+
+  // The factor at abscissa s of the curve of entries first to last. Its segment is the first one
+  // that begins at or below s and does not end below `far`; the chord of the whole curve serves
+  // where s is outside of it, or there is none.
+  Double on_curve(std::int32_t first, std::int32_t last, Double s, Double far) {
+    std::int32_t a = first;
+    std::int32_t b = last;
+    if (s >= secondary(first) && s <= secondary(last)) {
+      const float* point = &oil_.secondary(first);  // both ends are there, so is all between
+      for (std::int32_t j = first; j < last; ++j, ++point) {
+        if (far <= Single(point[1]) && Single(point[0]) <= s) {
+          a = j;
+          b = j + 1;
+          break;
+        }
+      }
+    }
+    const Double run = secondary(a) - secondary(b);
+    const Double slope = stored(run).value() != 0.0F ? (value(a) - value(b)) / run : Double(0.0);
+    return slope * (s - secondary(a)) + value(a);
+  }
+
+  const LiveOil& oil_;
+  bool finite_ = true;
+};
+
+// Out of the way of the run on plain numbers.
+[[gnu::noinline]] float checked_live_factor(const LiveOil& oil) {
+  return LiveFactor<CheckedMode>(oil).factor();
+}
+
+}  // namespace
+
+void ztPetroleum::GetVolumeCorrectionLive(Array1<float>& dPrimary,
+                                          Array1<std::int32_t>& iMapPrimary, std::int32_t& nPrimary,
+                                          Array1<float>& dSecondary, Array1<float>& dValue,
+                                          std::int32_t& nVal, float& dDataPrimary,
+                                          float& dDataSecondary, float& /*dNull*/, float& dB,
+                                          bool& qOK) {
+  trap(kLive, [&] {
+    qOK = false;
+    std::int32_t i = 1;
+    std::int32_t u = 1;
+    if (nPrimary != 1) {
+      std::int32_t spare = 0;
+      common_maths()->BracketIndex(dDataPrimary, dPrimary, i, u, spare);
+    }
+    const LiveOil oil{dPrimary, iMapPrimary,  dSecondary,     dValue, nPrimary,
+                      nVal,     dDataPrimary, dDataSecondary, i,      u};
+    LiveFactor<PlainMode> plain(oil);
+    const float factor = plain.factor();
+    dB = plain.finite() ? factor : checked_live_factor(oil);
+    qOK = true;
+  });
+}
+
+void ztPetroleum::GetVolumeCorrectionDead(Array1<float>& dTable1, Array1<float>& dTable2,
+                                          std::int32_t& nTable, float& dData1, float& dB,
+                                          bool& qOK) {
+  trap(kDead, [&] {
+    qOK = false;
+    // Before a table of any size is made of it.
+    if (!dTable1.covers(1, nTable) || !dTable2.covers(1, nTable)) {
+      raise_fault(ErrorNumber::kSubscript);
+    }
+    Array2<float> work({1, nTable}, {1, 2});
+    for (std::int32_t row = 1; row <= nTable; ++row) {
+      work(row, 1) = dTable1(row);
+      work(row, 2) = dTable2(row);
+    }
+    Array1<float> abscissae(1, 1);
+    abscissae(1) = dData1;
+    std::int32_t x_column = 1;
+    std::int32_t y_column = 2;
+    bool ok = false;  // what the companion says of its success does not count
+    std::int32_t mode = 0;
+    common_maths()->InterpolateTable(abscissae, x_column, y_column, work, ok, mode);
+    dB = work(1, 2);
+    qOK = true;
+  });
+}
+
+void ztPetroleum::GetWaterVolumeCorrection(Array1<float>& dTable1, Array1<float>& dTable2,
+                                           Array1<float>& dTable3, std::int32_t& /*nTable*/,
+                                           float& dData1, float& dB, bool& qOK) {
+  trap(kWater, [&] {
+    qOK = false;
+    const Single above = Single(dData1) - Single(dTable1(1));
+    const Single x = above * Single(dTable3(1));
+    const Single reciprocal = Double(1.0) / Single(dTable2(1));
+    const Single square = x * x;
+    const Single half = square / Double(2.0);
+    const Single first_order = x + Double(1.0);
+    const Single expansion = half + first_order;
+    const Single ratio = reciprocal / expansion;
+    dB = Single(Double(1.0) / ratio).value();
+    qOK = true;
+  });
+}
+
+}  // namespace vqmath63

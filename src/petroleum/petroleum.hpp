@@ -1,0 +1,55 @@
+// ztPetroleum: volume factors of oil and water from tables.
+#pragma once
+
+#include <cstdint>
+
+#include "frame/array.hpp"
+
+namespace vqmath63 {
+
+/// Formation volume factors. Tables are addressed from index 1; each abscissa shares its unit with
+/// the data point, and the factor dB comes in the unit of the tabulated factors (the water
+/// compressibility is per unit of its table's abscissa). Keeps nothing between calls. qOK is false
+/// on entry and true when dB was set; a failure is reported and leaves dB as it was.
+class ztPetroleum {
+ public:
+  /// Live oil. Curve p, of primary value dPrimary(p) (dissolved gas, say; ascending), stands in
+  /// entries iMapPrimary(p) to iMapPrimary(p + 1) - 1 of dSecondary (pressure, say; ascending) and
+  /// dValue (factor); its first entry is its saturation point. nVal is the number of entries.
+  ///
+  /// The saturation value at the data point lies on the line through the saturation points of the
+  /// two curves that bracket dDataPrimary. Up to 1.000001 times that value the factor is read off
+  /// the line through the two saturated factors. Above it, each curve is read at the data point's
+  /// distance above saturation, and the two factors are weighted alike. A curve is a polyline from
+  /// its first to its last entry; outside, the chord from first to last carries on. Primary values
+  /// outside the table extend its end interval; where two bracketing primaries are equal, the lower
+  /// curve alone counts, and a table of one curve is read from that curve.
+  ///
+  /// Limits that hosts have come to know: the entry nVal is never read as a point of the last
+  /// curve, and the upper curve's search for a segment compares the segment's far end with the
+  /// lower curve's abscissa (the chord serves where that finds none). dNull has no effect.
+  ///
+  /// Double precision throughout; dB, 1.000001 times the saturation value and the differences of
+  /// neighbouring abscissae must fit a Single (6). Index outside an array: 9. O(log nPrimary +
+  /// length of the two curves), no allocation.
+  void GetVolumeCorrectionLive(Array1<float>& dPrimary, Array1<std::int32_t>& iMapPrimary,
+                               std::int32_t& nPrimary, Array1<float>& dSecondary,
+                               Array1<float>& dValue, std::int32_t& nVal, float& dDataPrimary,
+                               float& dDataSecondary, float& dNull, float& dB, bool& qOK);
+
+  /// Dead oil: the factor dTable2 over dTable1 (pressure, say; ascending), entries 1 to nTable,
+  /// interpolated at dData1 by the thread's mathematical companion; qOK is true whether or not the
+  /// companion says that it could. nTable below 1, or a table shorter than it: 9. O(nTable).
+  void GetVolumeCorrectionDead(Array1<float>& dTable1, Array1<float>& dTable2, std::int32_t& nTable,
+                               float& dData1, float& dB, bool& qOK);
+
+  /// Water: Bw (1 + X + X^2 / 2) with X = C (dData1 - P), where P = dTable1(1) is the reference
+  /// pressure, Bw = dTable2(1) the factor there and C = dTable3(1) the compressibility; formed
+  /// through two reciprocals, every step stored as Single. No other element is read and nTable has
+  /// no effect. A factor of 0: 11.
+  void GetWaterVolumeCorrection(Array1<float>& dTable1, Array1<float>& dTable2,
+                                Array1<float>& dTable3, std::int32_t& nTable, float& dData1,
+                                float& dB, bool& qOK);
+};
+
+}  // namespace vqmath63

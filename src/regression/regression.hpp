@@ -1,0 +1,56 @@
+// ztRegression: straight lines through transformed samples.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "frame/array.hpp"
+#include "regression/line_fit.hpp"
+
+namespace vqmath63 {
+
+/// Fits y = A + B x to samples after the transform that the type word asks for.
+///
+/// | first letter of the word | type          | fitted line                                      |
+/// |--------------------------|---------------|--------------------------------------------------|
+/// | L, or no word at all     | "Linear"      | y = A + B x                                      |
+/// | E                        | "Exponential" | ln y = A + B x                                   |
+/// | P                        | "Polynomial"  | ln y = A + B ln x, after a weighted polynomial   |
+/// |                          |               | fit whose coefficients are not kept              |
+/// | any other                | as before     | as before; the word is kept for reading back     |
+class ztRegression {
+ public:
+  /// Type "Linear", order 1, A = B = R = 0.
+  ztRegression();
+
+  /// Chooses the type by the word's first letter, in any case, and turns the word into the type's
+  /// name. Every word in L is linear ("Logarithmic" too), every word in P polynomial ("Power" too).
+  void put_RegressionType(std::string value);
+  /// The type's name, or the word last set when it named no type.
+  std::string get_RegressionType() const { return text_; }
+
+  /// Number of coefficients of the polynomial fit; no value is rejected.
+  void put_RegressionOrder(std::int32_t value) { order_ = value; }
+
+  /// Fits samples 1 to the upper bound of xA and keeps the line in A, B and R; `weights` is for the
+  /// polynomial fit only. qOK is true after a fit that failed as well, with zero for what it did
+  /// not reach. With a polynomial order below 1 the call itself fails (9), and A, B and R stay.
+  void Regression(Array1<float>& xA, Array1<float>& yA, Array1<float>& weights, bool& qOK);
+
+  /// Intercept, slope and correlation coefficient of the last Regression.
+  float get_A() const { return line_.intercept; }
+  float get_B() const { return line_.slope; }
+  float get_R() const { return line_.correlation; }
+
+ private:
+  void InitRegression();
+  void setRegressionMethod(bool& ok);
+  void fit_polynomial(Array1<float>& xA, Array1<float>& yA, Array1<float>& weights) const;
+
+  std::string text_;
+  std::int32_t type_ = 0;
+  std::int32_t order_ = 0;
+  Line line_;
+};
+
+}  // namespace vqmath63
