@@ -240,6 +240,24 @@ TEST_F(AccumulateTest, a_failing_rule_reports_itself_and_leaves_0) {
   EXPECT_EQ(lines.size(), 1U);
 }
 
+TEST_F(AccumulateTest, an_error_line_may_lead_the_host_to_accumulate_once_more) {
+  int inner = 0;
+  sink_failure = [&] {  // fails nothing: it is what the sink does first
+    ztAccumulate another;
+    apply({}, another);
+    Array2<float> data = table_of(kMonthly);
+    Array2<float> answer;
+    bool well = false;
+    another.Accumulate(data, answer, well);
+    inner += well ? 1 : 0;
+  };
+  const float big = 3e38F;
+  EXPECT_TRUE(nearly(run({{0, 5, 1}, {1, 20, 2}, {2, big, 4}, {3, 40, 8}}),
+                     {{28, 20, 2}, {59, 0, 4}, {89, 40, 8}}));
+  EXPECT_TRUE(ok);
+  EXPECT_EQ(inner, 1);
+}
+
 TEST_F(AccumulateTest, a_failing_sink_reaches_the_caller) {
   sink_failure = [] { throw Fault(70); };
   accumulate->put_Frequency(0);

@@ -54,6 +54,16 @@ TEST(Array1, the_lender_sees_writes_but_no_resizing) {
   EXPECT_EQ(lent, (Values{1, 20, 3}));
   lent[0] = 7;
   EXPECT_EQ(copy(1), 1.0F);
+
+  Values passing{4, 5};
+  Array1<float> moved{std::span<float>(lent)};
+  moved = Array1<float>{std::span<float>(passing)};
+  passing[0] = 0;  // not borrowed: the lender of the right side may be gone by now
+  EXPECT_TRUE(moved.was_resized());
+  EXPECT_EQ(contents(moved), (Values{4, 5}));
+  moved = Array1<float>();
+  EXPECT_TRUE(moved.was_resized());
+  EXPECT_FALSE(moved.allocated());
 }
 
 TEST(Array1, a_fixed_array_refuses_every_resizing) {
