@@ -5,6 +5,7 @@
 #include "calculus/differentiate_members.hpp"
 #include "calculus/integrate_members.hpp"
 #include "info/analyse_info_members.hpp"
+#include "mathlib/math_lib_members.hpp"
 #include "petroleum/petroleum_members.hpp"
 #include "regression/regression_members.hpp"
 #include "statistics/sample_members.hpp"
@@ -17,6 +18,7 @@ using automation::Boundary;
 using automation::ClassInfo;
 
 constexpr const ClassInfo* kClasses[] = {
+    &Boundary<members::kMathLib>::kInfo,
     &Boundary<members::kStatistics>::kInfo,
     &Boundary<members::kSample>::kInfo,
     &Boundary<members::kRegression>::kInfo,

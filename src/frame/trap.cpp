@@ -7,7 +7,13 @@ namespace vqmath63 {
 
 std::string Location::text() const {
   std::string text = "In [";
-  text.append(module).append(" (Code)").append(gap).append("(").append(routine).append(")] ");
+  text.append(module)
+      .append(" (Code)")
+      .append(gap)
+      .append("(")
+      .append(routine)
+      .append(close)
+      .append("] ");
   return text;
 }
 

@@ -13,9 +13,10 @@ namespace vqmath63 {
 struct Location {
   std::string_view module;
   std::string_view routine;
-  std::string_view gap = " ";  ///< blanks before the routine part; one routine has three
+  std::string_view gap = " ";    ///< blanks before the routine part; one routine has three
+  std::string_view close = ")";  ///< after the routine; one routine lacks it
 
-  /// "In [" module " (Code)" gap "(" routine ")] ", with one blank at the very end.
+  /// "In [" module " (Code)" gap "(" routine close "] ", with one blank at the very end.
   std::string text() const;
 };
 

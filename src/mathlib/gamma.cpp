@@ -1,0 +1,127 @@
+// The gamma function and its logarithm: members of ztMathLib.
+#include "mathlib/cody_tables.hpp"
+#include "mathlib/constants.hpp"
+#include "mathlib/locations.hpp"
+#include "mathlib/math_lib.hpp"
+#include "mathlib/platform_functions.hpp"
+#include "mathlib/stirling.hpp"
+
+namespace vqmath63 {
+namespace {
+
+using namespace cody;
+using namespace constants;
+using namespace locations;
+
+constexpr double kEpsilon = 2.22e-16;     // 1 + smaller rounds to 1
+constexpr double kSmallest = 2.23e-308;   // its reciprocal is still finite
+constexpr double kGammaLimit = 171.624;   // Gamma overflows just above
+constexpr double kLogLimit = 2.55e305;    // LoGamma overflows just above
+constexpr double kSeriesLimit = 2.25e76;  // beyond, the asymptotic series adds nothing
+
+// Numerator over denominator: (((P1 x) + P2) x + ...), the denominator likewise after its leading
+// coefficient. kAhead: the numerator carries one factor x more.
+template <std::size_t kN>
+double quotient(const double (&p)[kN], const double (&q)[kN], double leading, double x) {
+  double numerator = 0.0;
+  double denominator = leading;
+  for (std::size_t i = 0; i < kN; ++i) {
+    numerator = numerator * x + p[i];
+    denominator = denominator * x + q[i];
+  }
+  return numerator / denominator;
+}
+
+// Gamma of 0 < y < 12, by whole steps from (1, 2). A NaN passes.
+double gamma_below_asymptotic(double y) {
+  const int steps = y < 1.0 ? 0 : static_cast<int>(y) - 1;
+  const double z = y < 1.0 ? y : y - steps - 1.0;
+  double numerator = 0.0;
+  double denominator = 1.0;
+  for (std::size_t i = 0; i < std::size(kGammaP); ++i) {
+    numerator = (numerator + kGammaP[i]) * z;
+    denominator = denominator * z + kGammaQ[i];
+  }
+  double value = numerator / denominator + 1.0;
+  if (y < 1.0) return value / y;
+  double factor = z + 1.0;
+  for (int i = 0; i < steps; ++i) {
+    value *= factor;
+    factor += 1.0;
+  }
+  return value;
+}
+
+// Gamma of y > 0 within its limits.
+double gamma_of_positive(double y) {
+  if (y < kEpsilon) return 1.0 / y;
+  if (y < kAsymptotic) return gamma_below_asymptotic(y);
+  return std::exp(stirling_sum(y) - y + kLogSqrtTwoPi + (y - 0.5) * std::log(y));
+}
+
+double log_gamma_near_one(double x) {
+  constexpr double kReduction = 0.6796875;
+  const double correction = x < kReduction ? -std::log(x) : 0.0;
+  const double from_one = x < kReduction ? x : x - 1.0;
+  if (x <= 0.5 || x >= kReduction) {
+    return correction +
+           from_one * (kLogGammaD1 + from_one * quotient(kLogGammaP1, kLogGammaQ1, 1.0, from_one));
+  }
+  const double down = x - 1.0;
+  return correction + down * (kLogGammaD2 + down * quotient(kLogGammaP2, kLogGammaQ2, 1.0, down));
+}
+
+// Logarithm of Gamma of 0 < x <= 2.55e305.
+double log_gamma(double x) {
+  if (x <= kEpsilon) return -std::log(x);
+  if (x <= 1.5) return log_gamma_near_one(x);
+  if (x <= 4.0) {
+    const double d = x - 2.0;
+    return d * (kLogGammaD2 + d * quotient(kLogGammaP2, kLogGammaQ2, 1.0, d));
+  }
+  if (x <= kAsymptotic) {
+    const double d = x - 4.0;
+    return kLogGammaD4 + d * quotient(kLogGammaP4, kLogGammaQ4, -1.0, d);
+  }
+  const double series = x <= kSeriesLimit ? stirling_sum(x) : 0.0;
+  const double logarithm = std::log(x);
+  return series + kLogSqrtTwoPi - 0.5 * logarithm + x * (logarithm - 1.0);
+}
+
+}  // namespace
+
+double ztMathLib::Gamma(double X) const {
+  return trap<double>(kGamma, [&](double& result) {
+    Double y = X;
+    Double reflection = 1.0;
+    bool odd = false;
+    if (!(X > 0.0)) {
+      y = -y;
+      const Double whole = Fix(y);
+      const Double rest = y - whole;
+      if (rest == 0.0) {
+        result = kOutOfRange;
+        return;
+      }
+      odd = whole != Fix(whole * 0.5) * 2.0;
+      reflection = Double(-kPi) / Sin(kPi * rest);
+      y = y + 1.0;
+    }
+    // For large negative arguments too, whose Gamma is next to zero: the published routine's way.
+    if (y < kSmallest || y > kGammaLimit) {
+      result = kOutOfRange;
+      return;
+    }
+    Double value = gamma_of_positive(y.value());
+    if (odd) value = -value;
+    result = (reflection == 1.0 ? value : reflection / value).value();
+  });
+}
+
+double ztMathLib::LoGamma(double X) const {
+  return trap<double>(kLoGamma, [&](double& result) {
+    result = X > 0.0 && X <= kLogLimit ? log_gamma(X) : kOutOfRange;
+  });
+}
+
+}  // namespace vqmath63

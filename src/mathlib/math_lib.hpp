@@ -1,0 +1,207 @@
+// ztMathLib: elementary and special functions and tolerant arithmetic.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace vqmath63 {
+
+/// Mathematical functions of Doubles. Outside its domain a function returns the out-of-range value
+/// 1e308 (kOutOfRange), without a message. A step that fails (overflow 6, division by zero 11,
+/// invalid operation 5) is reported under the member's name and the member returns 0. A NaN or an
+/// infinity in the arguments flows through. Where a comparison decides, docs/behaviour.md says on
+/// which side a NaN falls. Angles are radians unless a name says degrees.
+///
+/// Literal constants have 15 significant digits and results show them: pi is 3.14159265358979.
+/// All tables are made when the library is compiled; an instance holds nothing and costs nothing.
+class ztMathLib {
+ public:
+  // Plane coordinates, by the shared maths companion.
+
+  /// Angle of the point (X, Y) seen from the origin, in (-pi, pi]; 0 for the origin.
+  double angle(double X, double Y) const;
+  /// X and Y of the point at distance Radius and angle Theta.
+  void Polar_to_Rectangular(double Radius, double Theta, double& X, double& Y) const;
+  /// 1 to 4, counter-clockwise. The positive axes and the origin belong to quadrant 1, the negative
+  /// x axis to 2, the negative y axis to 4.
+  std::int32_t Quadrant(double X, double Y) const;
+  /// Radius and Theta of the point (X, Y). No trap: a failure reaches the caller.
+  void Rectangular_to_Polar(double X, double Y, double& Radius, double& Theta) const;
+
+  // Exponentials and logarithms.
+
+  /// e to the power xValue; out of range above 707.47, 0 below -707.47.
+  double aLog(double xValue) const;
+  /// 10 to the power xValue, guarded on e times xValue: out of range from about 260.26 on, 0 from
+  /// about -260.26 down.
+  double aLog10(double xValue) const;
+  /// Natural logarithm; out of range unless xValue > 0.
+  double Ln(double xValue) const;
+  /// Natural logarithm times 0.434294481903252; out of range unless xValue > 0.
+  double Log10(double xValue) const;
+
+  // Circular functions.
+
+  /// Sine; exactly 0 where abs(dX) times 0.318309886183791 is whole, which every argument from
+  /// about 1.4e16 on is.
+  double sine(double dX) const;
+  /// Cosine; exactly 0 where twice that product is whole and the product itself is not.
+  double cosine(double dX) const;
+  /// Arc cosine in [0, pi]; out of range outside [-1, 1].
+  double acos(double dX) const;
+  /// Arc sine in [-pi/2, pi/2]; out of range outside [-1, 1].
+  double asin(double dX) const;
+  /// Arc tangent, by the shared maths companion. No trap.
+  double atan(double dX) const;
+  /// Arc cotangent, arc tangent of 1 / dX; out of range for 0.
+  double acot(double dX) const;
+  /// Arc cosecant; out of range for magnitudes below 1; magnitudes within 1e-15 of 1 count as 1.
+  double acsc(double dX) const;
+  /// Arc secant in [0, pi]; out of range for magnitudes below 1; those within 1e-14 of 1 count
+  /// as 1.
+  double asec(double dX) const;
+  /// Cotangent; out of range where the tangent is 9e-308 or less in magnitude.
+  double cot(double dX) const;
+  /// Cosecant; where the sine is 9e-308 or less in magnitude, 1e308 with its sign (plus for zero).
+  double csc(double dX) const;
+  /// Secant; where the cosine is 9e-308 or less in magnitude, its sign times 1e308.
+  double Sec(double dX) const;
+
+  // Hyperbolic functions, from exp(dX) and exp(-dX) as they stand: relative accuracy is lost in
+  // proportion to 1 / dX near zero for those that are zero or infinite there.
+
+  /// Beyond 707.47 the sign times 1e308. abs(dX) for magnitudes up to 1e-10, so positive there for
+  /// negative arguments too.
+  double sinh(double dX) const;
+  /// Out of range beyond 707.47.
+  double cosh(double dX) const;
+  /// The sign beyond 36.8; dX itself for magnitudes up to 1e-10.
+  double tanh(double dX) const;
+  /// The sign beyond 707.47; 1 / dX for magnitudes up to 1e-10, the sign times 1e308 up to 9e-308,
+  /// so 0 for 0.
+  double coth(double dX) const;
+  /// 0 beyond 707.47; near zero as coth.
+  double csch(double dX) const;
+  /// 0 beyond 707.47; 1 for magnitudes below 1e-10.
+  double sech(double dX) const;
+  /// log(sqrt(dX^2 + 1) + dX). Fails (5) where the sum rounds to zero, below about -9.5e7, and (6)
+  /// where the square overflows.
+  double asinh(double dX) const;
+  /// log(sqrt(dX^2 - 1) + dX); 0 for 1 and -1; out of range for magnitudes below 1; fails (5) below
+  /// -1.
+  double acosh(double dX) const;
+  /// Out of range unless abs(dX) < 1.
+  double atanh(double dX) const;
+  /// Out of range within (-1, 1) and within 1e-15 of either end.
+  double acoth(double dX) const;
+  /// asinh of 1 / dX; out of range for magnitudes up to 1e-14; fails (5) where asinh would.
+  double acsch(double dX) const;
+  /// acosh of 1 / dX; 0 for 1; out of range unless 0 < dX < 1.
+  double asech(double dX) const;
+
+  // Whole numbers, by the shared maths companion.
+
+  /// Smallest whole number not below X; fails (6) outside the range of a Long.
+  std::int32_t Ceil(double X) const;
+  double dCeil(double X) const;
+  /// Largest whole number not above X; fails (6) outside the range of a Long.
+  std::int32_t Floor(double X) const;
+  double dFloor(double X) const;
+
+  // Comparison, powers, roots, conversions.
+
+  /// n1 unless it is less than n2.
+  double Max(double n1, double n2) const;
+  /// n1 unless it is greater than n2.
+  double Min(double n1, double n2) const;
+  /// Magnitude of x1 with the sign of x2 (plus for both zeros).
+  double Sign(double x1, double x2) const;
+  /// Cube root of either sign, by exp and log with the exponent 0.333333333333333.
+  double Cube_Root(double X) const;
+  double cubed(double X) const;
+  /// Square root; out of range below 0.
+  double Square_Root(double X) const;
+  double Squared(double X) const;
+  /// exp(log(abs(X)) Power), with the sign of an odd power of a negative X. 1 for Power 0, also for
+  /// X = 0; 0 for X = 0; out of range for a fractional power of a negative X, and where the
+  /// exponent exceeds 707.47 (0 below -707.47). Fails (6) for a negative X whose whole Power is no
+  /// Long.
+  double x_to_Power_y(double X, double Power) const;
+  /// exp(log(abs(X)) / Root), negative for an odd root of a negative X; out of range for Root 0,
+  /// for even and fractional roots of a negative X, and as x_to_Power_y.
+  double y_Root_of_X(double X, double Root) const;
+  /// Smallest common divisor above 1 of Long1 and Long2 that is at most half the smaller magnitude
+  /// (halves rounded to even), else 1. Fails (6) for the most negative Long.
+  std::int32_t Factor(std::int32_t Long1, std::int32_t Long2) const;
+  /// Radians to degrees. No trap.
+  double RTD(double Radians) const;
+  /// Degrees to radians.
+  double DTR(double& Degrees) const;
+
+  // Combinatorics.
+
+  /// n factorial: 0 for n < 0, out of range above 170.
+  double Factorial(std::int32_t n) const;
+  /// TotalComb! / ((TotalComb - NumOfComb)! NumOfComb!); out of range for negative counts, for more
+  /// taken than there are, and for totals above 170.
+  double Combination(std::int32_t TotalComb, std::int32_t NumOfComb) const;
+  /// TotalComb! / (TotalComb - NumOfComb)!, else as Combination.
+  double Permutation(std::int32_t TotalComb, std::int32_t NumOfComb) const;
+
+  // Gamma, beta and error function. Measured accuracy: docs/accuracy.md.
+
+  /// Gamma function; out of range at 0 and the negative whole numbers, above 171.624, and for
+  /// magnitudes of negative X from about 170.6 on. W. J. Cody's GAMMA (see cody_tables.hpp).
+  double Gamma(double X) const;
+  /// Natural logarithm of the gamma function for 0 < X <= 2.55e305, else out of range. W. J. Cody's
+  /// ALGAMA.
+  double LoGamma(double X) const;
+  /// Gamma(A) Gamma(B) / Gamma(A + B), so limited to sums up to 171.624; fails (6) where the
+  /// product overflows.
+  double beta(double A, double B) const;
+  /// Continued fraction of the incomplete beta function, at most 100 terms.
+  double Beta_CF(double A, double B, double X) const;
+  /// Regularised incomplete beta function I_X(A, B); out of range unless 0 <= X <= 1, A >= 0 and
+  /// B >= 0. Of A and B up to 50 it is as accurate as docs/accuracy.md says.
+  double BetaI(double A, double B, double X) const;
+  /// Regularised lower incomplete gamma function P(A, X); out of range for X < 0 or A <= 0.
+  double Gamma_P(double A, double X) const;
+  /// P(A, X) by its series, at most 1000 terms; for X < A + 1. Out of range for X < 0.
+  double Gamma_Series(double A, double X) const;
+  /// 1 - P(A, X) by its continued fraction, at most 1000 steps; for X >= A + 1. Fails (6) where the
+  /// recurrence overflows (X above about 1e154).
+  double Gamma_CF(double A, double X) const;
+  /// Error function. W. J. Cody's CALERF.
+  double Erf(double xValue) const;
+
+  // Tolerant arithmetic (tolerant/tolerant_arithmetic.hpp). Operations are "+", "-", "*" and "/",
+  // compared exactly.
+
+  /// Result = dReal1 Operation dReal2; a sum or difference below 1e-15 of the larger operand is 0;
+  /// over zero it is 1e308. Result stays as it was for any other operation.
+  void Arithmetic(double& dReal1, double& dReal2, std::string& Operation, double& Result) const;
+  /// The same in Single, below 1e-6; over zero it is 3.402823E+38; 0 for any other operation.
+  float ArithmeticSingle(float& dReal1, float& dReal2, std::string& Operation) const;
+  /// sReal1 - sReal2, 0 when below Epslon (1e-6 unless given) of the larger operand.
+  float ArithmeticDiff(float& sReal1, float& sReal2, float& Epslon) const;
+
+  // Bessel functions (bessel.hpp).
+
+  double I0(double X) const;
+  double i1(double X) const;
+  double J0(double X) const;
+  double J1(double X) const;
+  double K0(double X) const;
+  double K1(double X) const;
+  double y0(double X) const;
+  double y1(double X) const;
+  double Ibn(std::int32_t n, double X) const;
+  double Jbn(std::int32_t n, double X) const;
+  double Kbn(std::int32_t n, double X) const;
+  double Ybn(std::int32_t n, double X) const;
+};
+
+/// The arc cosine behind ztMathLib::acos, a module routine with a trap of its own.
+double arccos(double x);
+
+}  // namespace vqmath63

@@ -1,0 +1,226 @@
+// The Bessel functions against values of 60 digits, and what holds between them.
+#include "mathlib/bessel.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fstream>
+#include <limits>
+#include <random>
+#include <string>
+
+namespace vqmath63 {
+namespace {
+
+constexpr double kInf = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kTiny = std::numeric_limits<double>::denorm_min();
+constexpr double kOut = 1e308;
+constexpr std::int32_t kMostNegative = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
+
+struct Function {
+  char kind;
+  double (*of_order)(std::int32_t, double);
+  double (*of_zero)(double);
+  double (*of_one)(double);
+  double bound;         // of the error over its scale, orders 0 and 1
+  double order_bound;   // orders to 300
+  double beyond_bound;  // orders to 10000
+};
+// The bounds that bessel.hpp and the accuracy table state.
+constexpr Function kFunctions[] = {
+    {'j', Jbn, J0, J1, 1e-15, 8e-15, 3e-15},
+    {'y', Ybn, y0, y1, 1e-15, 8e-15, 3e-15},
+    {'i', Ibn, I0, i1, 1e-15, 4e-15, 1e-15},
+    {'k', Kbn, K0, K1, 1e-15, 5e-15, 1e-15},
+};
+
+bool same(double a, double b) {
+  return std::isnan(a) ? std::isnan(b) : a == b && std::signbit(a) == std::signbit(b);
+}
+
+TEST(Bessel, values_of_60_digits) {
+  std::ifstream file(VQ_TEST_DATA "/bessel_cases.tsv");
+  std::string kind;
+  std::getline(file, kind);
+  std::int32_t n = 0;
+  std::string x_text, value_text, rest_text, scale_text;
+  int count = 0;
+  for (; file >> kind >> n >> x_text >> value_text >> rest_text >> scale_text; ++count) {
+    const double x = std::strtod(x_text.c_str(), nullptr);
+    const double value = std::strtod(value_text.c_str(), nullptr);
+    const double rest = std::strtod(rest_text.c_str(), nullptr);
+    const double scale = std::strtod(scale_text.c_str(), nullptr);
+    for (const Function& f : kFunctions) {
+      if (f.kind != kind[0]) continue;
+      double bound = n < 2 ? f.bound : n <= 300 ? f.order_bound : f.beyond_bound;
+      // Errors grow over the thousands of steps across the turning point.
+      if (n == kLargest) bound = 1e-12;
+      // Beside zeros, the first of Y apart, nothing is lost to their places.
+      if (n < 2 && x > 2.3 && std::fabs(value) < 1e-9 * scale) bound = 1e-16;
+      const double got = f.of_order(n, x);
+      const double error = std::fabs((got - value) - rest);
+      EXPECT_LE(error, bound * scale + kTiny) << kind << " of order " << n << " at " << x_text
+                                              << ": " << got << ", error " << error / scale;
+      const double named = n == 0 ? f.of_zero(x) : n == 1 ? f.of_one(x) : got;
+      EXPECT_TRUE(same(named, got)) << kind << n << " at " << x_text << ": " << named;
+    }
+  }
+  EXPECT_EQ(count, 842);
+}
+
+TEST(Bessel, ends_of_the_domains) {
+  struct Row {
+    char kind;
+    std::int32_t n;
+    double x, want;
+  };
+  const Row rows[] = {
+      {'j', 0, 0.0, 1.0},
+      {'j', 0, -0.0, 1.0},
+      {'j', 1, 0.0, 0.0},
+      {'j', 1, -0.0, -0.0},
+      {'j', 2, -0.0, 0.0},
+      {'j', 3, -0.0, -0.0},
+      {'j', 0, kInf, 0.0},
+      {'j', 1, kInf, 0.0},
+      {'j', 7, kInf, 0.0},
+      {'j', 7, -kInf, -0.0},
+      {'j', 1, -kInf, -0.0},
+      {'j', 0, -kInf, 0.0},
+      {'j', 8, -kInf, 0.0},
+      {'j', 900, kInf, 0.0},
+      {'y', 0, 0.0, kOut},
+      {'y', 1, -0.0, kOut},
+      {'y', 5, 0.0, kOut},
+      {'y', 0, -1.0, kOut},
+      {'y', 1, -kTiny, kOut},
+      {'y', 9, -kInf, kOut},
+      {'y', 0, kInf, 0.0},
+      {'y', 1, kInf, 0.0},
+      {'y', 9, kInf, 0.0},
+      {'y', 1, kTiny, -kOut},
+      {'y', 2, 1e-160, -kOut},
+      {'y', 200, 1e-3, -kOut},
+      {'y', 150, 0.5, -kOut},
+      {'i', 0, 0.0, 1.0},
+      {'i', 1, -0.0, -0.0},
+      {'i', 2, 0.0, 0.0},
+      {'i', 0, kInf, kInf},
+      {'i', 1, -kInf, -kInf},
+      {'i', 4, -kInf, kInf},
+      {'i', 5, -kInf, -kInf},
+      {'i', 0, 714.0, kOut},
+      {'i', 0, -714.0, kOut},
+      {'i', 1, -714.0, -kOut},
+      {'i', 0, 1e300, kOut},
+      {'i', 2, 1e300, kOut},
+      {'i', 100, 1e9, kOut},
+      {'i', 100, 1e300, kOut},
+      {'i', 30, 750.0, kOut},
+      {'i', 31, -750.0, -kOut},
+      {'k', 0, 0.0, kOut},
+      {'k', 1, -0.0, kOut},
+      {'k', 3, -2.0, kOut},
+      {'k', 0, -kInf, kOut},
+      {'k', 0, kInf, 0.0},
+      {'k', 1, kInf, 0.0},
+      {'k', 6, kInf, 0.0},
+      {'k', 0, 750.0, 0.0},
+      {'k', 1, 1e300, 0.0},
+      {'k', 2, 1e4, 0.0},
+      {'k', 100, 1e300, 0.0},
+      {'k', 1, kTiny, kOut},
+      {'k', 2, 1e-160, kOut},
+      {'k', 90, 1e-300, kOut},
+      {'k', 40, kTiny, kOut},
+      // Underflow.
+      {'j', 2, 1e-170, 0.0},
+      {'j', 5, -1e-70, -0.0},
+      {'j', 160, 0.01, 0.0},
+      {'j', 400, 1e-300, 0.0},
+      {'j', 10000, 5000.0, 0.0},
+      {'i', 2, 1e-170, 0.0},
+      {'i', 300, kTiny, 0.0},
+      {'i', 10000, 100.0, 0.0},
+      // Orders at the limits of a Long.
+      {'j', -1, 1.0, kOut},
+      {'j', kMostNegative, 1.0, kOut},
+      {'y', -1, 1.0, kOut},
+      {'i', -2, 1.0, kOut},
+      {'k', -1, 1.0, kOut},
+      {'k', kMostNegative, kNaN, kOut},
+      {'j', kLargest, 1.0, 0.0},
+      {'j', kLargest, -1e9, -0.0},
+      {'j', kLargest, kTiny, 0.0},
+      {'y', kLargest, 1.0, -kOut},
+      {'y', kLargest, 2e9, -kOut},
+      {'y', kLargest, kTiny, -kOut},
+      {'i', kLargest, 1e9, 0.0},
+      {'i', kLargest, -1e10, -kOut},
+      {'i', kLargest, 1e300, kOut},
+      {'k', kLargest, 1e9, kOut},
+      {'k', kLargest, 1e10, 0.0},
+      {'k', kLargest, kTiny, kOut},
+  };
+  for (const Row& row : rows) {
+    for (const Function& f : kFunctions) {
+      if (f.kind != row.kind) continue;
+      const double got = f.of_order(row.n, row.x);
+      EXPECT_TRUE(same(got, row.want)) << row.kind << row.n << "(" << row.x << ") = " << got;
+      if (row.n != 0 && row.n != 1) continue;
+      const double named = row.n == 0 ? f.of_zero(row.x) : f.of_one(row.x);
+      EXPECT_TRUE(same(named, row.want)) << row.kind << row.n << "(" << row.x << ") = " << named;
+    }
+  }
+  for (const Function& f : kFunctions) {
+    EXPECT_TRUE(std::isnan(f.of_zero(kNaN)) && std::isnan(f.of_one(kNaN))) << f.kind;
+    for (const std::int32_t n : {0, 1, 2, 50, 1000, kLargest}) {
+      EXPECT_TRUE(std::isnan(f.of_order(n, kNaN))) << f.kind << n;
+    }
+  }
+}
+
+// J(n + 1) Y(n) - J(n) Y(n + 1) = 2 / (pi x), I(n) K(n + 1) + I(n + 1) K(n) = 1 / x; DLMF 10.5.2,
+// 10.28.2. Orders and arguments over all branches and their borders.
+TEST(Bessel, wronskians) {
+  std::mt19937_64 random(20);
+  std::uniform_real_distribution<double> uniform(0.0, 1.0);
+  constexpr double kBound = 2e-14;
+  int circular = 0, modified = 0;
+  for (int i = 0; i < 20000; ++i) {
+    const auto n = static_cast<std::int32_t>(std::exp(uniform(random) * std::log(20000.0))) - 1;
+    const double x = (n + 1) * std::exp(8.0 * uniform(random) * uniform(random) - 1.0);
+    const double j0 = Jbn(n, x), j1 = Jbn(n + 1, x), y0 = Ybn(n, x), y1 = Ybn(n + 1, x);
+    if (std::fabs(j1) > 1e-290 && y1 > -1e290) {
+      ++circular;
+      const double want = 2.0 / (3.14159265358979324 * x);
+      const double scale = std::fabs(j1 * y0) + std::fabs(j0 * y1) + want;
+      EXPECT_LE(std::fabs(j1 * y0 - j0 * y1 - want), kBound * scale) << "n " << n << ", x " << x;
+    }
+    const double i0 = Ibn(n, x), i1 = Ibn(n + 1, x), k0 = Kbn(n, x), k1 = Kbn(n + 1, x);
+    if (i1 > 1e-290 && k1 < 1e290 && i0 < 1e290 && k0 > 1e-290) {
+      ++modified;
+      EXPECT_LE(std::fabs(x * (i0 * k1 + i1 * k0) - 1.0), kBound) << "n " << n << ", x " << x;
+    }
+  }
+  EXPECT_GT(circular, 5000);
+  EXPECT_GT(modified, 5000);
+}
+
+TEST(Bessel, parity) {
+  int count = 0;
+  for (const std::int32_t n : {0, 1, 2, 3, 50, 51, 200, 201, 5001}) {
+    for (const double x : {1e-310, 0.5, 1.99, 9.0, 48.0, 199.5, 700.0, 5000.5, 1e12}) {
+      const double sign = n % 2 == 0 ? 1.0 : -1.0;
+      EXPECT_TRUE(same(Jbn(n, -x), sign * Jbn(n, x))) << n << " " << x;
+      EXPECT_TRUE(same(Ibn(n, -x), sign * Ibn(n, x))) << n << " " << x;
+      ++count;
+    }
+  }
+  EXPECT_EQ(count, 81);
+}
+
+}  // namespace
+}  // namespace vqmath63
