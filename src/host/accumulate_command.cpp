@@ -1,6 +1,4 @@
 // The command that accumulates a dated production table onto reporting periods.
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <memory>
 
@@ -9,6 +7,7 @@
 #include "host/failure.hpp"
 #include "host/message_sink.hpp"
 #include "host/moment.hpp"
+#include "host/output.hpp"
 #include "host/period_table.hpp"
 #include "host/production.hpp"
 #include "host/text.hpp"
@@ -48,21 +47,8 @@ std::optional<double> moment_option(const std::optional<std::string>& text, cons
                    " is not a date (YYYY-MM-DD or \"YYYY-MM-DD hh:mm\")");
 }
 
-void write_csv(const std::string& path, const Production& production,
-               const Accumulated& accumulated) {
-  std::ofstream file(path, std::ios::binary);
-  print_csv(file, production, accumulated);
-  file.close();
-  if (!file) throw WorkError(path + ": cannot be written");
-  std::cout << path << ": " << counted(accumulated.periods(), "period") << " of "
-            << production.names.size() << " series\n";
-}
-
 int run(Options options) {
-  std::error_code ignored;
-  if (std::filesystem::equivalent(options.output, options.data.path, ignored)) {
-    throw UsageError("-o names the input file itself");
-  }
+  check_output(options.output, options.data.path);
   options.data.start_data = moment_option(options.start_data, "--start-data");
   const auto start = moment_option(options.start, "--start");
   if (!options.columns.empty()) options.data.columns = split(options.columns, ',');
@@ -87,7 +73,10 @@ int run(Options options) {
   } else if (options.output == "-") {
     print_csv(std::cout, production, accumulated);
   } else {
-    write_csv(options.output, production, accumulated);
+    write_file(options.output,
+               counted(accumulated.periods(), "period") + " of " +
+                   std::to_string(production.names.size()) + " series",
+               [&](std::ostream& out) { print_csv(out, production, accumulated); });
   }
   return kSuccess;
 }

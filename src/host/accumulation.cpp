@@ -26,13 +26,10 @@ DispatchObject accumulator(const PeriodSettings& settings, double start_data) {
 // Runs Accumulate over the caller's table as it stands, without a copy; false when qOK is False.
 bool run(DispatchObject& object, SAFEARRAY* table, ArrayOwner& result) {
   SAFEARRAY* lent = table;
-  VARIANT_BOOL ok = VARIANT_FALSE;
   std::vector<Argument> arguments;
   arguments.push_back({Value::array_reference(VT_R4, &lent)});
   arguments.push_back({Value::array_reference(VT_R4, result.place())});
-  arguments.push_back({Value::boolean_reference(&ok)});
-  object.call("Accumulate", std::move(arguments));
-  return ok != VARIANT_FALSE;
+  return object.succeeds("Accumulate", std::move(arguments));
 }
 
 // The days that `time` units after time 0 are. The component's own calendar answers: a table of two

@@ -16,6 +16,10 @@ void add_members(CommandLine& program);
 void add_call(CommandLine& program);
 void add_accumulate(CommandLine& program);
 void add_statistics(CommandLine& program);
+void add_fit(CommandLine& program);
+void add_derivative(CommandLine& program);
+void add_volume_factor(CommandLine& program);
+void add_table(CommandLine& program);
 
 /// The component's version text.
 std::string version_text();

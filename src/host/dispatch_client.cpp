@@ -94,6 +94,12 @@ Value Value::array(VARTYPE element, SAFEARRAY* array) {
   return v;
 }
 
+Value Value::copy(const Value& from) {
+  Value v;
+  if (FAILED(VariantCopy(&v.variant_, &from.variant_))) throw AutomationError("out of memory");
+  return v;
+}
+
 Value Value::missing() {
   Value v;
   v.variant_.vt = VT_ERROR;
@@ -173,6 +179,13 @@ DispatchObject::~DispatchObject() {
 
 Value DispatchObject::call(const std::string& member, std::vector<Argument> arguments) {
   return invoke(member, DISPATCH_METHOD, arguments);
+}
+
+bool DispatchObject::succeeds(const std::string& member, std::vector<Argument> arguments) {
+  VARIANT_BOOL ok = VARIANT_FALSE;
+  arguments.push_back({Value::boolean_reference(&ok)});
+  call(member, std::move(arguments));
+  return ok != VARIANT_FALSE;
 }
 
 Value DispatchObject::get(const std::string& property, std::vector<Argument> arguments) {

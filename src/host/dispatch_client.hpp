@@ -39,6 +39,8 @@ class Value {
   static Value text(std::string_view utf8);
   /// Takes over the array, whose elements are of type `element`.
   static Value array(VARTYPE element, SAFEARRAY* array);
+  /// A copy of another value.
+  static Value copy(const Value& from);
   /// What stands for an argument that was left out.
   static Value missing();
   /// Refers to `target` (VT_BYREF | VT_VARIANT), which must outlive the result.
@@ -95,6 +97,8 @@ class DispatchObject {
 
   /// Calls a method.
   Value call(const std::string& member, std::vector<Argument> arguments);
+  /// Calls a method whose last argument is the flag qOK, which is added here; what it says.
+  bool succeeds(const std::string& member, std::vector<Argument> arguments);
   /// Reads a property.
   Value get(const std::string& property, std::vector<Argument> arguments = {});
   /// Sets a property.

@@ -1,13 +1,10 @@
 #include "host/production.hpp"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
-#include "host/csv.hpp"
+#include "host/columns.hpp"
 #include "host/failure.hpp"
 #include "host/moment.hpp"
-#include "host/progress.hpp"
 #include "host/values.hpp"
 
 namespace vqmath63::host {
@@ -55,14 +52,7 @@ Production read_production(const ProductionChoice& choice) {
     reading.wants[c] = Want::kNumbers;
   }
   for (const std::size_t c : series) reading.wants[c] = Want::kNumbers;
-  CsvTable table;
-  {
-    ReadingProgress progress(choice.path);
-    reading.progress = [&](std::size_t rows, std::size_t done, std::size_t bytes) {
-      progress.update(rows, done, bytes);
-    };
-    table = file.read(reading);
-  }
+  CsvTable table = read_rows(file, reading);
 
   Production production;
   CsvColumn& times = table.columns[0];
@@ -93,14 +83,8 @@ Production read_production(const ProductionChoice& choice) {
   float* out = static_cast<float*>(production.table.get()->pvData);
   series.insert(series.begin(), 0);
   for (const std::size_t c : series) {
-    const std::vector<double> values = std::move(table.columns[c].values);
-    for (std::size_t i = 0; i < values.size(); ++i) {
-      if (std::fabs(values[i]) > std::numeric_limits<float>::max()) {
-        throw WorkError(file.place(table.lines[i], c) + number_text(values[i]) +
-                        " is too large for a Single");
-      }
-      *out++ = static_cast<float>(values[i]);
-    }
+    for (std::size_t i = 0; i < production.rows; ++i) *out++ = single_at(file, table, c, i);
+    table.columns[c].values = {};
     if (c == 0) continue;
     production.names.push_back(file.headers()[c]);
     production.rates.push_back(std::find(cumulative.begin(), cumulative.end(), c) ==

@@ -1,16 +1,14 @@
 // The command that summarises the columns of a file, and shows their histograms.
 #include <algorithm>
-#include <cmath>
 #include <iostream>
-#include <limits>
 #include <memory>
 
+#include "host/columns.hpp"
 #include "host/commands.hpp"
 #include "host/csv.hpp"
 #include "host/dispatch_client.hpp"
 #include "host/failure.hpp"
 #include "host/message_sink.hpp"
-#include "host/progress.hpp"
 #include "host/statistics_table.hpp"
 #include "host/text.hpp"
 #include "host/values.hpp"
@@ -49,29 +47,6 @@ struct Series {
   std::size_t nulls = 0;
 };
 
-bool fits_single(double value) {
-  return !(std::fabs(value) > std::numeric_limits<float>::max());
-}
-
-void check_single(const char* option, std::optional<double> value) {
-  if (!value || fits_single(*value)) return;
-  throw UsageError(std::string(option) + ": " + number_text(*value) + " is too large for a Single");
-}
-
-ArrayOwner singles(const CsvFile& file, const CsvTable& table, std::size_t column) {
-  const std::vector<double>& values = table.columns[column].values;
-  ArrayOwner array(new_array(VT_R4, values.size()));
-  float* out = static_cast<float*>(array.get()->pvData);
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    if (!fits_single(values[i])) {
-      throw WorkError(file.place(table.lines[i], column) + number_text(values[i]) +
-                      " is too large for a Single");
-    }
-    out[i] = static_cast<float>(values[i]);
-  }
-  return array;
-}
-
 // The chosen columns, by default all of numbers; the others are told of.
 std::vector<Series> read_series(const Options& options) {
   const CsvFile file(options.path);
@@ -87,14 +62,7 @@ std::vector<Series> read_series(const Options& options) {
   reading.empty_as = options.empty_as;
   reading.wants.assign(file.headers().size(), all ? Want::kNumbersIfAny : Want::kNothing);
   for (const std::size_t c : chosen) reading.wants[c] = Want::kNumbers;
-  CsvTable table;
-  {
-    ReadingProgress progress(file.path());
-    reading.progress = [&](std::size_t rows, std::size_t done, std::size_t bytes) {
-      progress.update(rows, done, bytes);
-    };
-    table = file.read(reading);
-  }
+  CsvTable table = read_rows(file, reading);
   for (std::size_t c = 0; all && c < table.columns.size(); ++c) {
     if (!table.columns[c].values.empty()) {
       chosen.push_back(c);
@@ -117,14 +85,6 @@ Value lent(const ArrayOwner& array, SAFEARRAY*& place) {
   return Value::array_reference(VT_R4, &place);
 }
 
-// Runs a method of an object; its flag qOK, the last argument, is the answer.
-bool succeeds(DispatchObject& object, const char* method, std::vector<Argument> arguments) {
-  VARIANT_BOOL ok = VARIANT_FALSE;
-  arguments.push_back({Value::boolean_reference(&ok)});
-  object.call(method, std::move(arguments));
-  return ok != VARIANT_FALSE;
-}
-
 void remove_nulls(DispatchObject& statistics, double null, Series& series) {
   Value left = Value::whole_number(0);
   ArrayOwner kept;
@@ -134,7 +94,7 @@ void remove_nulls(DispatchObject& statistics, double null, Series& series) {
   arguments.push_back({lent(series.values, place)});
   arguments.push_back({Value::array_reference(VT_R4, kept.place())});
   arguments.push_back({Value::reference(left)});
-  if (!succeeds(statistics, "RemoveNulls", std::move(arguments))) {
+  if (!statistics.succeeds("RemoveNulls", std::move(arguments))) {
     throw WorkError("column '" + series.name + "': RemoveNulls did not succeed: qOK is False");
   }
   const auto rows = static_cast<std::size_t>(left.get().lVal);
@@ -160,7 +120,7 @@ Summary summary(DispatchObject& statistics, const Series& series, int& failures)
   SAFEARRAY* place = nullptr;
   std::vector<Argument> arguments;
   arguments.push_back({lent(series.values, place)});
-  if (succeeds(statistics, "BasicStatistics", std::move(arguments))) {
+  if (statistics.succeeds("BasicStatistics", std::move(arguments))) {
     told.mean = statistics.get("xBar").get().fltVal;
     told.sigma_n = statistics.get("xSigmaN").get().fltVal;
     told.sigma_n1 = statistics.get("xSigmaN1").get().fltVal;
@@ -192,7 +152,7 @@ bool show_histogram(DispatchObject& sample, const Series& series, std::int32_t b
   arguments.push_back({Value::whole_number(bins)});
   arguments.push_back({Value::array_reference(VT_R4, centres.place())});
   arguments.push_back({Value::array_reference(VT_R4, counts.place())});
-  if (!succeeds(sample, "BinVector", std::move(arguments))) {
+  if (!sample.succeeds("BinVector", std::move(arguments))) {
     std::cout << ", no histogram\n";
     std::cerr << "vqhost: column '" << series.name
               << "': BinVector did not succeed: qOK is False\n";

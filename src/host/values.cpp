@@ -179,6 +179,16 @@ std::string digits(T value) {
   return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
+template <class T>
+std::string plain_digits(T value) {
+  constexpr T kLeast{1e-4F};
+  constexpr T kMost{1e9F};
+  const T size = std::fabs(value);
+  if (!(size >= kLeast && size < kMost)) return digits(value);
+  char text[64];
+  return {text, std::to_chars(text, text + sizeof text, value, std::chars_format::fixed).ptr};
+}
+
 std::string date_text(double automation_date) {
   const double days = day_count(automation_date);
   constexpr double kFirst = -657434.0;  // 0100-01-01
@@ -314,6 +324,12 @@ std::string number_text(double value) {
 }
 std::string number_text(float value) {
   return digits(value);
+}
+std::string plain_text(double value) {
+  return plain_digits(value);
+}
+std::string plain_text(float value) {
+  return plain_digits(value);
 }
 
 }  // namespace vqmath63::host

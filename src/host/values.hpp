@@ -29,4 +29,8 @@ std::string value_text(const VARIANT& value, bool all);
 std::string number_text(double value);
 std::string number_text(float value);
 
+/// The same without an exponent for all but very large and very small numbers.
+std::string plain_text(double value);
+std::string plain_text(float value);
+
 }  // namespace vqmath63::host

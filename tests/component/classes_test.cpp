@@ -1,4 +1,5 @@
 // The classes as hosts use them: by name and through the dual interfaces.
+#include <cmath>
 #include <limits>
 
 #include "component_host.hpp"
@@ -20,6 +21,15 @@ HRESULT put(IDispatch* object, const char16_t* name, const Value& value) {
 
 Answer get(IDispatch* object, const char16_t* name, std::vector<VARIANT> sent = {}) {
   return call(object, name, std::move(sent), {}, DISPATCH_PROPERTYGET);
+}
+
+// Equal to what the cases promise.
+void expect_numbers(const std::vector<double>& got, const std::vector<double>& want,
+                    const std::string& name) {
+  ASSERT_EQ(got.size(), want.size()) << name;
+  for (std::size_t i = 0; i < want.size(); ++i) {
+    EXPECT_LE(std::fabs(got[i] - want[i]), 1e-6 * std::fabs(want[i])) << name << " " << i + 1;
+  }
 }
 
 TEST(ClassesTest, integrals_by_name_and_by_the_vtable) {
@@ -209,6 +219,129 @@ TEST(ClassesTest, histograms_by_name) {
     ++rows;
   }
   EXPECT_GE(rows, 3);
+}
+
+TEST(ClassesTest, regression_by_name) {
+  const Instance<IDispatch> object(u"vq140Analyse.ztRegression", IID_IDispatch);
+  int rows = 0;
+  for (const std::string& name : cases().words("regression.cases")) {
+    EXPECT_EQ(put(object.object, u"regressiontype", cases().word(name + ".type")), S_OK);
+    EXPECT_EQ(shown(get(object.object, u"RegressionType").result.v),
+              shown(cases().word(name + ".read").v));
+    const auto x = cases().numbers(name + ".x");
+    const Value weights = array(VT_R4, 1, std::vector<double>(x.size(), 1.0));
+    const Sent xs(array(VT_R8, 1, x), kByRef);
+    const Sent ys(array(VT_VARIANT, 1, cases().numbers(name + ".y")), kVariant);
+    const Sent ok(boolean(false), kByRef);
+    EXPECT_EQ(
+        call(object.object, u"REGRESSION", {xs.variant, ys.variant, weights.v, ok.variant}).hr,
+        S_OK);
+    EXPECT_EQ(ok.variable.v.boolVal, VARIANT_TRUE) << name;
+    const std::vector<double> got{get(object.object, u"A").result.v.fltVal,
+                                  get(object.object, u"B").result.v.fltVal,
+                                  get(object.object, u"R").result.v.fltVal};
+    expect_numbers(got, cases().numbers(name + ".result"), name);
+    ++rows;
+  }
+  EXPECT_GE(rows, 6);
+}
+
+TEST(ClassesTest, derivatives_by_name) {
+  const Instance<IDispatch> object(u"vq140Analyse.ztDifferentiate", IID_IDispatch);
+  const struct {
+    const char16_t* member;
+    const char* want;
+  } members[] = {{u"FirstDerivative", ".first"},
+                 {u"firstderivativeforwards", ".forwards"},
+                 {u"FirstDerivativeBackwards", ".backwards"},
+                 {u"SecondDerivative", ".second"}};
+  int rows = 0;
+  for (const std::string& name : cases().words("derivative.cases")) {
+    const auto x = cases().numbers(name + ".x");
+    for (const auto& member : members) {
+      for (const VARTYPE element : {VT_R8, VT_R4, VT_VARIANT}) {
+        const Sent xs(array(element, 1, x), kByRef);
+        const Sent ys(array(element, 1, cases().numbers(name + ".y")), kVariant);
+        const Sent out(array(VT_R8, 1, std::vector<double>(x.size(), 7.0)), kByRef);
+        const Sent ok(boolean(false), kByRef);
+        EXPECT_EQ(
+            call(object.object, member.member, {xs.variant, ys.variant, out.variant, ok.variant})
+                .hr,
+            S_OK);
+        EXPECT_EQ(ok.variable.v.boolVal, VARIANT_TRUE) << name << member.want;
+        const auto* got = static_cast<const double*>(out.variable.v.parray->pvData);
+        ASSERT_EQ(out.variable.v.parray->rgsabound[0].cElements, x.size());
+        expect_numbers({got, got + x.size()}, cases().numbers(name + member.want),
+                       name + member.want);
+        ++rows;
+      }
+    }
+  }
+  EXPECT_GE(rows, 24);
+}
+
+TEST(ClassesTest, volume_factors_by_name) {
+  const Instance<IDispatch> object(u"vq140Analyse.ztPetroleum", IID_IDispatch);
+  const auto list = [](const char* name, VARTYPE element = VT_R4) {
+    return array(element, 1, cases().numbers(name));
+  };
+  const auto factor = [&](const char16_t* member, std::vector<VARIANT> sent) {
+    const Sent out(empty(), kVariant);
+    const Sent ok(boolean(false), kByRef);
+    sent.push_back(out.variant);
+    sent.push_back(ok.variant);
+    EXPECT_EQ(call(object.object, member, std::move(sent)).hr, S_OK);
+    EXPECT_EQ(ok.variable.v.boolVal, VARIANT_TRUE);
+    EXPECT_EQ(out.variable.v.vt, VT_R4);
+    return static_cast<double>(out.variable.v.fltVal);
+  };
+  const Value primary = list("live.primary"), map = list("live.map", VT_VARIANT);
+  const Value secondary = list("live.secondary", VT_R8), value = list("live.value");
+  const auto live = cases().numbers("live.points");
+  std::vector<double> got;
+  for (std::size_t i = 0; i < live.size(); i += 2) {
+    const Value x = r4(static_cast<float>(live[i])), y = r4(static_cast<float>(live[i + 1]));
+    got.push_back(factor(u"GetVolumeCorrectionLive", {primary.v, map.v, i4(2).v, secondary.v,
+                                                      value.v, i4(7).v, x.v, y.v, i4(0).v}));
+  }
+  expect_numbers(got, cases().numbers("live.factors"), "live");
+  got.clear();
+  const Value pressure = list("dead.pressure"), dead = list("dead.value", VT_R8);
+  for (const double x : cases().numbers("dead.points")) {
+    got.push_back(factor(u"getvolumecorrectiondead",
+                         {pressure.v, dead.v, i4(3).v, r4(static_cast<float>(x)).v}));
+  }
+  expect_numbers(got, cases().numbers("dead.factors"), "dead");
+  got.clear();
+  const auto reference = cases().numbers("water.reference");
+  const Value at = array(VT_R4, 1, {reference.at(0)}), b = array(VT_R4, 1, {reference.at(1)});
+  const Value compressibility = array(VT_R4, 1, {reference.at(2)});
+  for (const double x : cases().numbers("water.points")) {
+    got.push_back(factor(u"GetWaterVolumeCorrection",
+                         {at.v, b.v, compressibility.v, i4(1).v, r4(static_cast<float>(x)).v}));
+  }
+  expect_numbers(got, cases().numbers("water.factors"), "water");
+}
+
+TEST(ClassesTest, functions_by_name) {
+  const Instance<IDispatch> object(u"vq140Analyse.ztMathLib", IID_IDispatch);
+  int rows = 0;
+  for (const std::string& name : cases().words("mathlib.cases")) {
+    const auto words = cases().words(name + ".call");
+    std::vector<Value> arguments;
+    for (std::size_t i = 1; i + 1 < words.size(); ++i) {
+      arguments.push_back(text(std::u16string(words[i].begin(), words[i].end())));
+    }
+    std::vector<VARIANT> sent;
+    for (const Value& argument : arguments) sent.push_back(argument.v);
+    const std::u16string member(words[0].begin(), words[0].end());
+    const Answer answer = call(object.object, member.c_str(), sent);
+    EXPECT_EQ(answer.hr, S_OK) << name;
+    ASSERT_EQ(answer.result.v.vt, VT_R8) << name;
+    expect_numbers({answer.result.v.dblVal}, {std::stod(words.back())}, name);
+    ++rows;
+  }
+  EXPECT_GE(rows, 19);
 }
 
 TEST(ClassesTest, bad_samples_by_name) {

@@ -1,36 +1,8 @@
 // The program vqhost as a user meets it: command lines in, exit status, output and messages out.
-#include <span>
-
 #include "host/vqhost_program.hpp"
 
 namespace vqmath63::host {
 namespace {
-
-struct Row {
-  std::string arguments;
-  int status;
-  std::vector<std::string> out;  // texts that the output has, one after the other
-  std::vector<std::string> err;  // the same of the messages; none: nothing is said
-};
-
-class VqhostCommands : public Vqhost {
- protected:
-  void expect_all(std::span<const Row> table) const {
-    for (const Row& row : table) {
-      SCOPED_TRACE("vqhost " + row.arguments);
-      const Outcome outcome = run(row.arguments);
-      EXPECT_EQ(outcome.status, row.status) << outcome.err;
-      expect_in_order(outcome.out, row.out, "the output");
-      expect_in_order(outcome.err, row.err, "the error stream");
-      if (row.err.empty()) {
-        EXPECT_EQ(outcome.err, "");
-      }
-      if (row.status == 2) {
-        EXPECT_EQ(outcome.out, "");
-      }
-    }
-  }
-};
 
 TEST_F(VqhostCommands, AnswersCommandLines) {
   write("f.csv", "date,oil,note\n2023-01-01,0,a\n2023-02-01,10,b\n2023-03-01,20,c\n");

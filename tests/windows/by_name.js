@@ -190,6 +190,88 @@ function sampleCases(expected) {
   }
 }
 
+function regressionCases(expected) {
+  var regression = new ActiveXObject("vq140Analyse.ztRegression");
+  var names = expected["regression.cases"];
+  for (var c = 0; c < names.length; ++c) {
+    var name = names[c];
+    var x = samples(expected[name + ".x"]);
+    var ok = {value: false};
+    regression.RegressionType = expected[name + ".type"][0];
+    check(name + ": the type", regression.regressiontype === expected[name + ".read"][0]);
+    regression.Regression(x, samples(expected[name + ".y"]), x, ok);
+    check(name + ": the flag is written back", ok.value === true);
+    checkNumbers(name + ".result", [0, regression.A, regression.B, regression.R],
+                 expected[name + ".result"]);
+  }
+}
+
+function derivativeCases(expected) {
+  var differentiate = new ActiveXObject("vq140Analyse.ztDifferentiate");
+  var names = expected["derivative.cases"];
+  for (var c = 0; c < names.length; ++c) {
+    var name = names[c];
+    var x = samples(expected[name + ".x"]);
+    var y = samples(expected[name + ".y"]);
+    var got = samples(expected[name + ".y"]);
+    var ok = {value: false};
+    differentiate.FirstDerivative(x, y, got, ok);
+    check(name + ": differentiated", ok.value === true);
+    checkNumbers(name + ".first", got, expected[name + ".first"]);
+    differentiate.FirstDerivativeForwards(x, y, got, ok);
+    checkNumbers(name + ".forwards", got, expected[name + ".forwards"]);
+    differentiate.FirstDerivativeBackwards(x, y, got, ok);
+    checkNumbers(name + ".backwards", got, expected[name + ".backwards"]);
+    got = [];
+    differentiate.SecondDerivative(x, y, got, ok);
+    checkNumbers(name + ".second", got, expected[name + ".second"]);
+  }
+}
+
+function petroleumCases(expected) {
+  var petroleum = new ActiveXObject("vq140Analyse.ztPetroleum");
+  var primary = samples(expected["live.primary"]);
+  var map = samples(expected["live.map"]);
+  map[0] = 0;  // what stands there has to be a Long all the same
+  var secondary = samples(expected["live.secondary"]);
+  var value = samples(expected["live.value"]);
+  var points = samples(expected["live.points"]);
+  var wanted = expected["live.factors"];
+  var b = {value: 0};
+  var ok = {value: false};
+  for (var i = 0; i < wanted.length; ++i) {
+    petroleum.GetVolumeCorrectionLive(primary, map, 2, secondary, value, 7, points[2 * i + 1],
+                                      points[2 * i + 2], 0, b, ok);
+    check("live oil " + i, ok.value === true);
+    checkNumber("live.factors[" + i + "]", b.value, Number(wanted[i]));
+  }
+  wanted = expected["dead.factors"];
+  for (i = 0; i < wanted.length; ++i) {
+    petroleum.GetVolumeCorrectionDead(samples(expected["dead.pressure"]),
+                                      samples(expected["dead.value"]), 3,
+                                      Number(expected["dead.points"][i]), b, ok);
+    checkNumber("dead.factors[" + i + "]", b.value, Number(wanted[i]));
+  }
+  var reference = samples(expected["water.reference"]);
+  wanted = expected["water.factors"];
+  for (i = 0; i < wanted.length; ++i) {
+    petroleum.GetWaterVolumeCorrection([0, reference[1]], [0, reference[2]], [0, reference[3]], 1,
+                                       Number(expected["water.points"][i]), b, ok);
+    checkNumber("water.factors[" + i + "]", b.value, Number(wanted[i]));
+  }
+}
+
+function mathLibCases(expected) {
+  var functions = new ActiveXObject("vq140Analyse.ztMathLib");
+  var names = expected["mathlib.cases"];
+  for (var c = 0; c < names.length; ++c) {
+    var words = expected[names[c] + ".call"];
+    var last = words.length - 1;
+    checkNumber(names[c], eval("functions." + words[0] + "(" + words.slice(1, last).join() + ")"),
+                Number(words[last]));
+  }
+}
+
 function scalarsAndErrors() {
   var info = new ActiveXObject("vq140Analyse.ztAnalyseInfo");
   var log = {value: ""};
@@ -220,6 +302,10 @@ integralCases(table);
 accumulateCases(table);
 statisticsCases(table);
 sampleCases(table);
+regressionCases(table);
+derivativeCases(table);
+petroleumCases(table);
+mathLibCases(table);
 scalarsAndErrors();
 WScript.Echo("checks " + checks);
 WScript.Echo("failures " + failures);

@@ -89,8 +89,8 @@ struct Text {
   }
 };
 
-/// A safe array of Single (or of Boolean) with bounds from `lower`; rows by columns when columns >
-/// 0.
+/// A safe array of Single (or of Double, Long or Boolean) with bounds from `lower`; rows by columns
+/// when columns > 0.
 struct HostArray {
   SAFEARRAY* array = nullptr;
   HostArray() = default;
@@ -102,9 +102,11 @@ struct HostArray {
     for (ULONG i = 0; i < count; ++i) {
       LONG at[2] = {lower + static_cast<LONG>(columns > 0 ? i / columns : i),
                     lower + static_cast<LONG>(columns > 0 ? i % columns : 0)};
-      float single = static_cast<float>(values[i]);
-      VARIANT_BOOL flag = values[i] != 0.0 ? VARIANT_TRUE : VARIANT_FALSE;
-      SafeArrayPutElement(array, at, type == VT_BOOL ? static_cast<void*>(&flag) : &single);
+      VARIANT element{};
+      element.vt = VT_R8;
+      element.dblVal = values[i];
+      VariantChangeType(&element, &element, 0, type);
+      SafeArrayPutElement(array, at, &element.llVal);
     }
   }
   ~HostArray() {
@@ -154,11 +156,16 @@ struct ClassRow {
   WORD members;
 };
 
-inline const ClassRow kClasses[] = {{"ztStatistics", CLSID_ztStatistics, IID__ztStatistics, 56},
-                                    {"ztSample", CLSID_ztSample, IID__ztSample, 2},
-                                    {"ztIntegrate", CLSID_ztIntegrate, IID__ztIntegrate, 3},
-                                    {"ztAccumulate", CLSID_ztAccumulate, IID__ztAccumulate, 16},
-                                    {"ztAnalyseInfo", CLSID_ztAnalyseInfo, IID__ztAnalyseInfo, 2}};
+inline const ClassRow kClasses[] = {
+    {"ztMathLib", CLSID_ztMathLib, IID__ztMathLib, 74},
+    {"ztRegression", CLSID_ztRegression, IID__ztRegression, 7},
+    {"ztDifferentiate", CLSID_ztDifferentiate, IID__ztDifferentiate, 4},
+    {"ztPetroleum", CLSID_ztPetroleum, IID__ztPetroleum, 3},
+    {"ztStatistics", CLSID_ztStatistics, IID__ztStatistics, 56},
+    {"ztSample", CLSID_ztSample, IID__ztSample, 2},
+    {"ztIntegrate", CLSID_ztIntegrate, IID__ztIntegrate, 3},
+    {"ztAccumulate", CLSID_ztAccumulate, IID__ztAccumulate, 16},
+    {"ztAnalyseInfo", CLSID_ztAnalyseInfo, IID__ztAnalyseInfo, 2}};
 
 /// A new instance as the interface I.
 template <class I>

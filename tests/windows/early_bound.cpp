@@ -98,6 +98,106 @@ void accumulate_cases(const Expected& expected) {
   }
 }
 
+void regression_cases(const Expected& expected) {
+  Holder<_ztRegression> regression;
+  checks.result(create(CLSID_ztRegression, regression), S_OK, "create ztRegression");
+  for (const std::string& name : expected.words("regression.cases")) {
+    Text type(expected.word(name + ".type"));
+    Text read;
+    HostArray x(expected.numbers(name + ".x"), 1);
+    HostArray y(expected.numbers(name + ".y"), 1);
+    VARIANT_BOOL ok = VARIANT_FALSE;
+    regression->put_RegressionType(type.text);
+    regression->get_RegressionType(&read.text);
+    checks.that(read.ascii() == expected.word(name + ".read"), name + ": the type");
+    checks.result(regression->Regression(&x.array, &y.array, &x.array, &ok), S_OK, name);
+    checks.that(ok == VARIANT_TRUE, name + ": qOK");
+    float got[3] = {NAN, NAN, NAN};
+    regression->get_A(&got[0]);
+    regression->get_B(&got[1]);
+    regression->get_R(&got[2]);
+    const auto wanted = expected.numbers(name + ".result");
+    for (std::size_t i = 0; i < 3; ++i) {
+      checks.number(static_cast<double>(got[i]), wanted.at(i), name + " result");
+    }
+  }
+}
+
+void derivative_cases(const Expected& expected) {
+  Holder<_ztDifferentiate> differentiate;
+  checks.result(create(CLSID_ztDifferentiate, differentiate), S_OK, "create ztDifferentiate");
+  for (const std::string& name : expected.words("derivative.cases")) {
+    HostArray x(expected.numbers(name + ".x"), 1, 0, VT_R8);
+    HostArray y(expected.numbers(name + ".y"), 1, 0, VT_R8);
+    HostArray first(expected.numbers(name + ".y"), 1, 0, VT_R8);
+    HostArray second;
+    VARIANT_BOOL ok = VARIANT_FALSE;
+    const void* elements = first.array->pvData;
+    checks.result(differentiate->FirstDerivative(&x.array, &y.array, &first.array, &ok), S_OK,
+                  name);
+    checks.that(ok == VARIANT_TRUE && first.array->pvData == elements, name + ": in place");
+    checks.result(differentiate->SecondDerivative(&x.array, &y.array, &second.array, &ok), S_OK,
+                  name);
+    checks.that(ok == VARIANT_TRUE, name + ": second");
+    const auto firsts = expected.numbers(name + ".first");
+    const auto seconds = expected.numbers(name + ".second");
+    for (std::size_t i = 0; i < firsts.size(); ++i) {
+      checks.number(static_cast<const double*>(first.array->pvData)[i], firsts[i], name + " first");
+      checks.number(static_cast<const double*>(second.array->pvData)[i], seconds.at(i),
+                    name + " second");
+    }
+  }
+}
+
+void petroleum_cases(const Expected& expected) {
+  Holder<_ztPetroleum> petroleum;
+  checks.result(create(CLSID_ztPetroleum, petroleum), S_OK, "create ztPetroleum");
+  HostArray primary(expected.numbers("live.primary"), 1);
+  HostArray map(expected.numbers("live.map"), 1, 0, VT_I4);
+  HostArray secondary(expected.numbers("live.secondary"), 1);
+  HostArray value(expected.numbers("live.value"), 1);
+  LONG curves = 2;
+  LONG entries = 7;
+  float null = 0;
+  const auto points = expected.numbers("live.points");
+  const auto factors = expected.numbers("live.factors");
+  for (std::size_t i = 0; i < factors.size(); ++i) {
+    auto x = static_cast<float>(points.at(2 * i));
+    auto y = static_cast<float>(points.at(2 * i + 1));
+    float b = NAN;
+    VARIANT_BOOL ok = VARIANT_FALSE;
+    checks.result(
+        petroleum->GetVolumeCorrectionLive(&primary.array, &map.array, &curves, &secondary.array,
+                                           &value.array, &entries, &x, &y, &null, &b, &ok),
+        S_OK, "live oil");
+    checks.that(ok == VARIANT_TRUE, "live oil: qOK");
+    checks.number(static_cast<double>(b), factors[i], "live oil " + std::to_string(i));
+  }
+}
+
+void mathlib_cases(const Expected& expected) {
+  Holder<_ztMathLib> functions;
+  checks.result(create(CLSID_ztMathLib, functions), S_OK, "create ztMathLib");
+  const auto one = [&](const char* name,
+                       HRESULT (STDMETHODCALLTYPE _ztMathLib::*member)(double, double*)) {
+    const auto& words = expected.words(name);
+    double got = NAN;
+    checks.result((functions.get()->*member)(std::stod(words.at(1)), &got), S_OK, name);
+    checks.number(got, std::stod(words.at(2)), name);
+  };
+  one("erf.call", &_ztMathLib::Erf);
+  one("half.call", &_ztMathLib::Gamma);
+  one("logamma.call", &_ztMathLib::LoGamma);
+  one("y1.call", &_ztMathLib::y1);
+  one("k1.call", &_ztMathLib::K1);
+  one("root.call", &_ztMathLib::Cube_Root);
+  one("ln.call", &_ztMathLib::Ln);
+  const auto& words = expected.words("jbn.call");
+  double got = NAN;
+  checks.result(functions->Jbn(std::stoi(words.at(1)), std::stod(words.at(2)), &got), S_OK, "Jbn");
+  checks.number(got, std::stod(words.at(3)), "Jbn");
+}
+
 // The words of the failed call, as error info has them; the info is taken away by reading it.
 void error_words(const char* words, const char* source, REFIID iid, const std::string& what) {
   Holder<IErrorInfo> info;
@@ -282,6 +382,10 @@ int main(int count, char** words) {
   const Expected expected(words[1]);
   integral_cases(expected);
   accumulate_cases(expected);
+  regression_cases(expected);
+  derivative_cases(expected);
+  petroleum_cases(expected);
+  mathlib_cases(expected);
   arrays_and_errors();
   exported_functions();
   floating_point_state();

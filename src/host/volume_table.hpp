@@ -1,0 +1,47 @@
+// Tables of volume factors: read from CSV files, checked, and asked through the class ztPetroleum.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace vqmath63::host {
+
+/// Where a factor is wanted. The primary value counts for live oil only.
+struct Point {
+  float primary = 0.0F;
+  float pressure = 0.0F;
+};
+
+/// Pairs of a word and what there is to say.
+using Story = std::vector<std::pair<std::string, std::string>>;
+
+class VolumeTable {
+ public:
+  virtual ~VolumeTable() = default;
+
+  /// The factor; none when the component does not succeed, which its error lines tell of.
+  virtual std::optional<float> factor(const Point& point) = 0;
+  /// What a factor comes from.
+  virtual Story story(const Point& point) const = 0;
+  /// Whether the table has to be extended to reach the point.
+  virtual bool outside(const Point& point) const = 0;
+};
+
+/// Each reads a table whose columns, named here, are chosen as columns_or() says. WorkError with
+/// file, line and reason where a value is missing, no number or too large for a Single, where a
+/// factor is not above 0, for more than 100 000 rows, and where what is told below does not hold.
+
+/// primary, pressure, factor: a row an entry, the rows of a curve together, curves in ascending
+/// order of the primary value. Pressures ascend in a curve. The last curve has two rows at least.
+std::unique_ptr<VolumeTable> read_live_oil(const std::string& path, const std::string& columns);
+
+/// pressure, factor: two rows or more, pressures ascending.
+std::unique_ptr<VolumeTable> read_dead_oil(const std::string& path, const std::string& columns);
+
+/// pressure, factor, compressibility: one row, the reference.
+std::unique_ptr<VolumeTable> read_water(const std::string& path, const std::string& columns);
+
+}  // namespace vqmath63::host
