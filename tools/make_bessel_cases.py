@@ -138,6 +138,9 @@ def cases():
             if 0 < x < 650 and n * math.log(0.5 * x) - math.lgamma(n + 1) > -600:
                 yield ("ik", n, x)
     yield from (("ik", 10000, x) for x in (6200.0, 6500.0, 6800.0))
+    # The last that do not overflow or underflow, and powers of x that nearly do.
+    yield from (("i", 5, 713.5), ("k", 5, 740.0), ("ik", 200, 735.0), ("jy", 300, 21.5))
+    yield from (("jy", 3, 2e-100), ("ik", 3, 2e-100))
     yield from (("jy", LARGEST, x) for x in (2147483647.0, 1e100, 1e300))
 
 

@@ -143,7 +143,6 @@ Modified debye_modified(double n, double x) {
   if (exponent.hi < -800.0) return {0.0, kInfinity};
   const Sums sums = debye_sums((n / root.hi) * (n / root.hi), root.hi, 1.0);
   const double amplitude = std::sqrt(1.0 / root.hi);
-  constexpr double kGrowing = 0.3989422804014327;  // 1 / sqrt(2 pi)
   constexpr double kFalling = 1.2533141373155003;  // sqrt(pi / 2)
   const Exponential up = exponential(exponent.hi, exponent.lo);
   const Exponential down = exponential(-exponent.hi, -exponent.lo);

@@ -14,7 +14,8 @@ using namespace locations;
 constexpr int kMostTerms = 100;
 constexpr double kPrecision = 1e-15;
 
-// For A and B that the asymptotic series of all three gamma functions holds for.
+// For A and B that the asymptotic series of all three gamma functions holds for, and no step can
+// overflow unnoticed.
 bool both_large(double a, double b) {
   constexpr double kLargest = 1e9;
   return a >= kAsymptotic && b >= kAsymptotic && a <= kLargest && b <= kLargest;
@@ -56,10 +57,12 @@ double ztMathLib::Beta_CF(double A, double B, double X) const {
     for (int n = 1; n <= kMostTerms; ++n) {
       const Double m = static_cast<double>(n);
       const Double twice = m + m;
-      const Double even = m * (b - m) * x / ((qam + twice) * (a + twice));
+      const Double even_top = m * (b - m) * x;  // first, as the first step that can fail
+      const Double even = even_top / ((qam + twice) * (a + twice));
       const Double ap = az + even * am;
       const Double bp = bz + even * bm;
-      const Double odd = -(a + m) * (qab + m) * x / ((qap + twice) * (a + twice));
+      const Double odd_top = -(a + m) * (qab + m) * x;
+      const Double odd = odd_top / ((qap + twice) * (a + twice));
       const Double app = ap + odd * az;
       const Double bpp = bp + odd * bz;
       const Double last = az;

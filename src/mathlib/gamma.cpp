@@ -32,7 +32,7 @@ double quotient(const double (&p)[kN], const double (&q)[kN], double leading, do
   return numerator / denominator;
 }
 
-// Gamma of 0 < y < 12, by whole steps from (1, 2). A NaN passes.
+// Gamma of 0 < y < 12, by whole steps from (1, 2).
 double gamma_below_asymptotic(double y) {
   const int steps = y < 1.0 ? 0 : static_cast<int>(y) - 1;
   const double z = y < 1.0 ? y : y - steps - 1.0;
@@ -52,7 +52,7 @@ double gamma_below_asymptotic(double y) {
   return value;
 }
 
-// Gamma of y > 0 within its limits.
+// Gamma of y > 0 within its limits. A NaN passes.
 double gamma_of_positive(double y) {
   if (y < kEpsilon) return 1.0 / y;
   if (y < kAsymptotic) return gamma_below_asymptotic(y);

@@ -151,7 +151,8 @@ double ztMathLib::Gamma_CF(double A, double X) const {
   return trap<double>(kGamma_CF, [&](double& result) {
     const Double log_gamma = LoGamma(A);
     std::optional<double> value;
-    if (moderate(A, X)) value = plain_fraction(A, X);
+    // Below A + 1 sums cancel: there the result, and whether a step fails, hang on each rounding.
+    if (moderate(A, X) && X >= A + 1.0) value = plain_fraction(A, X);
     if (!value) value = checked_fraction(A, X).value();
     result = (power_part(A, X, log_gamma) * *value).value();
   });

@@ -1,4 +1,6 @@
 // Coordinates, whole numbers, comparison and conversion members of ztMathLib.
+#include <algorithm>
+#include <limits>
 #include <numeric>
 
 #include "frame/checked.hpp"

@@ -26,9 +26,10 @@ TEST_F(VqhostCommands, TabulatesFunctions) {
       {"table ztMathLib Max 5 4 6 1 -o -", 0, {"n2,\"Max(5, n2)\"\n4,5\n5,5\n6,6\n"}, {}},
       {"table ztMathLib BetaI X=1 A=2 3 4 1 -o -", 0, {"B,\"BetaI(2, B, 1)\"\n3,1\n4,1\n"}, {}},
       {"table ztStatistics Quartile [1,2,3,4,9] 1 3 1 -o -", 0, {"\n1,2\n2,3\n3,4\n"}, {}},
-      {"table ztMathLib ArithmeticDiff 2 0 1 0.5 -o -",
+      // By the default tolerance of 1e-6: 1.001e-5 is not negligible beside 4, 1e-6 is.
+      {"table ztMathLib ArithmeticDiff 4 3.99999 3.999999 0.000009 -o -",
        0,
-       {"(2, sReal2)\"\n0,2\n0.5,1.5\n1,1\n"},
+       {"(4, sReal2)\"\n3.99999,1.001358e-05\n3.999999,0\n"},
        {}},
       {"table ztIntegrate Nope 0 1 1", 1, {}, {"ztIntegrate has no member 'Nope'"}},
       // Steps: the end belongs to them but for rounding, and each has the decimals of its kind.

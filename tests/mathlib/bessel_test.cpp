@@ -55,6 +55,8 @@ TEST(Bessel, values_of_60_digits) {
     for (const Function& f : kFunctions) {
       if (f.kind != kind[0]) continue;
       double bound = n < 2 ? f.bound : n <= 300 ? f.order_bound : f.beyond_bound;
+      // Past the recurrences' last orders I and K are expansions.
+      if ((kind == "i" && n > 70) || (kind == "k" && n > 80)) bound = f.beyond_bound;
       // Errors grow over the thousands of steps across the turning point.
       if (n == kLargest) bound = 1e-12;
       // Beside zeros, the first of Y apart, nothing is lost to their places.
@@ -67,7 +69,7 @@ TEST(Bessel, values_of_60_digits) {
       EXPECT_TRUE(same(named, got)) << kind << n << " at " << x_text << ": " << named;
     }
   }
-  EXPECT_EQ(count, 842);
+  EXPECT_EQ(count, 852);
 }
 
 TEST(Bessel, ends_of_the_domains) {

@@ -284,6 +284,7 @@ TEST_F(ElementaryTest, powers_and_roots) {
       {VQ_MEMBER(y_Root_of_X), -8, -3, -0.5, 1e-15},
       {VQ_MEMBER(y_Root_of_X), -16, 4, kOut},
       {VQ_MEMBER(y_Root_of_X), -8, 2.5, kOut},
+      {VQ_MEMBER(y_Root_of_X), -8, 2.75, kOut},  // though it rounds to 3
       {VQ_MEMBER(y_Root_of_X), -8, 1e10, 0, 0, 6},
       {VQ_MEMBER(y_Root_of_X), 2, 1e-4, kOut},
       {VQ_MEMBER(y_Root_of_X), 2, -1e-4, 0},

@@ -61,6 +61,7 @@ TEST_F(GammaFamilyTest, counting) {
       {VQ_CALL(Combination(5, 2)), 10},
       {VQ_CALL(Combination(1, 1)), 1},
       {VQ_CALL(Combination(0, 0)), 1},
+      {VQ_CALL(Combination(2, 1)), 2},
       {VQ_CALL(Combination(2, 3)), kOut},
       {VQ_CALL(Combination(-1, 0)), kOut},
       {VQ_CALL(Combination(5, -1)), kOut},
@@ -69,6 +70,7 @@ TEST_F(GammaFamilyTest, counting) {
       {VQ_CALL(Combination(kMost, kLeast)), kOut},
       {VQ_CALL(Permutation(5, 2)), 20},
       {VQ_CALL(Permutation(1, 0)), 1},
+      {VQ_CALL(Permutation(2, 1)), 2},
       {VQ_CALL(Permutation(2, 3)), kOut},
       {VQ_CALL(Permutation(200, 199)), kOut},
       {VQ_CALL(Permutation(kLeast, kLeast)), kOut},
@@ -87,6 +89,9 @@ TEST_F(GammaFamilyTest, limits_and_bad_arguments) {
       {VQ_CALL(Gamma(-0.5)), -2 / std::numbers::inv_sqrtpi, 1e-14},
       {VQ_CALL(Gamma(-1.5)), 4 / (3 * std::numbers::inv_sqrtpi), 1e-14},
       {VQ_CALL(Gamma(5)), 24, 1e-15},
+      {VQ_CALL(Gamma(0x1p-30)), 1073741823.422784336, 3e-16},
+      // Beside a pole pi shows its 15 digits: with all of them, ...4227857.
+      {VQ_CALL(Gamma(0x1p-20 - 1)), -1048576.4216548470, 2e-10},
       {VQ_CALL(Gamma(2.23e-308)), 1 / 2.23e-308, 1e-15},
       {VQ_CALL(Gamma(below(2.23e-308))), kOut},
       {VQ_CALL(Gamma(5e-324)), kOut},
@@ -103,6 +108,7 @@ TEST_F(GammaFamilyTest, limits_and_bad_arguments) {
       {VQ_CALL(LoGamma(-1)), kOut},
       {VQ_CALL(LoGamma(1)), 0},
       {VQ_CALL(LoGamma(2)), 0},
+      {VQ_CALL(LoGamma(0x1p-30)), 20.794415416260785304, 4e-16},
       {VQ_CALL(LoGamma(5e-324)), 744.4400719213812, 1e-15},
       {VQ_CALL(LoGamma(2.55e305)), 1.790737e308, 1e-3},
       {VQ_CALL(LoGamma(above(2.55e305))), kOut},
@@ -110,6 +116,7 @@ TEST_F(GammaFamilyTest, limits_and_bad_arguments) {
       {VQ_CALL(LoGamma(kNaN)), kOut},
       {VQ_CALL(Erf(0)), 0},
       {VQ_CALL(Erf(5e-324)), 5e-324},
+      {VQ_CALL(Erf(5.875)), below(1)},  // the last of the complement that shows
       {VQ_CALL(Erf(30)), 1},
       {VQ_CALL(Erf(-kInf)), -1},
       {VQ_CALL(Erf(kNaN)), kNaN},
@@ -127,6 +134,7 @@ TEST_F(GammaFamilyTest, limits_and_bad_arguments) {
       {VQ_CALL(BetaI(2, -1e-300, 0.5)), kOut},
       {VQ_CALL(BetaI(2, 3, kNaN)), kNaN},
       {VQ_CALL(Beta_CF(2, 3, 0)), 1},
+      {VQ_CALL(Beta_CF(42.5, 1.125, 0.953125)), 22.283887636013322647, 2e-14},
       {VQ_CALL(Gamma_P(1, 0)), 0},
       {VQ_CALL(Gamma_P(0, 1)), kOut},
       {VQ_CALL(Gamma_P(-1, 1)), kOut},
@@ -170,8 +178,10 @@ TEST_F(GammaFamilyTest, failures_are_reported_by_the_routine_that_fails) {
   VQ_FAILURE(Gamma_CF(1, 0), 0, line(6, "Gamma_CF"));  // grows as the factorials
   VQ_FAILURE(Gamma_CF(2.5, -1), 0, line(5, "Gamma_CF"));
   VQ_FAILURE(Gamma_CF(8, 1), 0, line(11, "Gamma_CF"));
+  VQ_FAILURE(Gamma_CF(6, 2.22e-16), 0, line(6, "Gamma_CF"));
   VQ_FAILURE(Gamma_Series(0, 1), 0, line(11, "Gamma_Series"));
   VQ_FAILURE(Gamma_Series(-1, 1), 0, line(11, "Gamma_Series"));
+  VQ_FAILURE(Gamma_Series(1, 715), 0, line(6, "Gamma_Series"));  // a term times X
   VQ_FAILURE(Gamma_Series(1, 1e300), 0, line(6, "Gamma_Series"));
   VQ_FAILURE(Beta_CF(-1, 2, 0.5), 0, line(11, "Beta_CF"));
   VQ_FAILURE(Beta_CF(1e308, 1e308, 0.5), 0, line(6, "Beta_CF"));

@@ -136,6 +136,8 @@ TEST_F(MathLibTest, location_texts_that_no_failure_can_show) {
       {locations::kDTR, "In [ztMathLib (Code) (DTR)] "},
       {locations::kErf, "In [ztMathLib (Code) (Erf)] "},
       {locations::kLn, "In [ztMathLib (Code) (Ln)] "},
+      {locations::kMax, "In [ztMathLib (Code) (Max)] "},
+      {locations::kCombination, "In [ztMathLib (Code) (Combination)] "},
   };
   for (const auto& [location, want] : rows) EXPECT_EQ(location.text(), want);
 }

@@ -103,7 +103,8 @@ TEST_F(TolerantTest, single_forms) {
       // Units of 2^-23 below 1: eight are 9.5e-7, nine 1.07e-6.
       {"just inside", 1, "-", 1 - 8 * 0x1p-23F, 0},
       {"just outside", 1, "-", 1 - 9 * 0x1p-23F, 9 * 0x1p-23F},
-      {"the tolerance itself stays", 1, "+", -1 + 17 * 0x1p-24F, 17 * 0x1p-24F},
+      {"the tolerance itself stays", 1000000, "-", 999999, 1},
+      {"next below it", 1000001, "-", 1000000, 0},
       {"sum that cancels", -4, "+", 4.000001F, 0},
       {"relative to the larger", 1e-30F, "+", 0, 1e-30F},
       {"field coordinates", 6700000, "-", 6700005, 0},
@@ -149,6 +150,7 @@ TEST_F(TolerantTest, difference_with_a_tolerance) {
       {"finer", 100, 100.00005F, 1e-8F, 100 - 100.00005F},
       {"equal to the tolerance", 4, 3, 0.25F, 1},
       {"below the tolerance", 4, 3, 0.2500001F, 0},
+      {"a ratio that rounds up to it", 3, 2, 1 / 3.0F, 1},
       {"either sign", -4, -3, 0.5F, 0},
       {"the larger is the second", 3, 4, 0.26F, 0},
       {"the larger by magnitude", 3, -4, 1.74F, 7},
