@@ -8,6 +8,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "mathlib/math_lib.hpp"
@@ -37,17 +38,28 @@ inline double number(const std::string& text) {
   return value;
 }
 
-/// The rows of one kind.
-inline std::vector<SpecialCase> special_cases(const std::string& path, const std::string& kind) {
-  std::vector<SpecialCase> cases;
+/// The rows of a table as fields; the last field may be empty.
+inline std::vector<std::vector<std::string>> table_rows(const std::string& path,
+                                                        std::size_t columns) {
+  std::vector<std::vector<std::string>> rows;
   std::ifstream file(path);
-  std::string line;
-  std::getline(file, line);  // headings
-  while (std::getline(file, line)) {
+  bool headings = true;
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with('#') || std::exchange(headings, false)) continue;
     std::vector<std::string> fields;
     std::istringstream text(line);
     for (std::string field; std::getline(text, field, '\t');) fields.push_back(field);
-    if (fields.size() != 8) throw std::invalid_argument("not a row: " + line);
+    if (line.ends_with('\t')) fields.emplace_back();
+    if (fields.size() != columns) throw std::invalid_argument("not a row: " + line);
+    rows.push_back(std::move(fields));
+  }
+  return rows;
+}
+
+/// The rows of one kind.
+inline std::vector<SpecialCase> special_cases(const std::string& path, const std::string& kind) {
+  std::vector<SpecialCase> cases;
+  for (const auto& fields : table_rows(path, 8)) {
     if (fields[0] != kind) continue;
     cases.push_back({fields[0], fields[1], fields[2], number(fields[3]), number(fields[4]),
                      number(fields[5]), number(fields[6]), number(fields[7])});
@@ -66,15 +78,16 @@ inline double evaluate(const SpecialCase& row) {
   {                                                                                   \
 #name, [](const ztMathLib& lib, double, double, double x) { return lib.name(x); } \
   }
-#define VQ_OF_AB(name)                                                                     \
-  {                                                                                        \
-#name, [](const ztMathLib& lib, double a, double b, double) { return lib.name(a, b); } \
+#define VQ_OF_AB(name)                                                                            \
+  {                                                                                               \
+#name,                                                                                        \
+        [](const ztMathLib& lib, double a, double b, double) -> double { return lib.name(a, b); } \
   }
-#define VQ_OF_COUNTS(name)                                                                          \
-  {                                                                                                 \
+#define VQ_OF_COUNTS(name)                                                                        \
+  {                                                                                               \
 #name,                                                                                          \
         [](const ztMathLib& lib, double a, double b,                                                \
-           double) { return lib.name(static_cast<std::int32_t>(a), static_cast<std::int32_t>(b)); } \
+           double) -> double { return lib.name(static_cast<std::int32_t>(a), static_cast<std::int32_t>(b)); } \
   }
 #define VQ_OF_AX(name)                                                                     \
   {                                                                                        \
@@ -112,14 +125,22 @@ inline double evaluate(const SpecialCase& row) {
       VQ_OF_X(acsch),
       VQ_OF_X(asech),
       VQ_OF_X(Cube_Root),
+      VQ_OF_X(cubed),
+      VQ_OF_X(Squared),
+      VQ_OF_X(Square_Root),
       VQ_OF_X(RTD),
       VQ_OF_X(DTR),
       VQ_OF_X(Gamma),
       VQ_OF_X(LoGamma),
       VQ_OF_X(Erf),
       VQ_OF_AB(beta),
+      VQ_OF_AB(Max),
+      VQ_OF_AB(Min),
+      VQ_OF_AB(Sign),
+      VQ_OF_AB(Quadrant),
       VQ_OF_AB(x_to_Power_y),
       VQ_OF_AB(y_Root_of_X),
+      VQ_OF_COUNTS(Factor),
       VQ_OF_COUNTS(Combination),
       VQ_OF_COUNTS(Permutation),
       VQ_OF_AX(Gamma_P),
