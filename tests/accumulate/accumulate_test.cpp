@@ -30,6 +30,11 @@ class AccumulateTest : public CompanionTest {
     accumulate->Accumulate(data, result, ok);
     return rows_of(result);
   }
+  static Rows another() {
+    bool well = false;
+    const Rows rows = accumulated(kMonthly, {}, {}, well);
+    return well ? rows : Rows{};
+  }
   void set_rates(const std::vector<bool>& flags) {
     Array1<Boolean> array = flags_of(flags);
     accumulate->put_RateArray(array);
@@ -58,9 +63,7 @@ TEST_F(AccumulateTest, a_fresh_object_has_its_defaults) {
   fresh.Accumulate(data, result, ok);
   EXPECT_TRUE(ok);
   const Rows rows = rows_of(result);
-  ASSERT_GE(rows.size(), 3U);
-  EXPECT_GE(rows[0][0], 28);
-  EXPECT_LE(rows[0][0], 31);
+  ASSERT_TRUE(rows.size() >= 3 && rows[0][0] >= 28 && rows[0][0] <= 31);
   EXPECT_TRUE(nearly({rows.back()}, {{70, 3}}));
 }
 
@@ -71,21 +74,16 @@ TEST_F(AccumulateTest, settings_stay_and_some_have_no_effect) {
   EXPECT_TRUE(nearly(run(), kRates));
   EXPECT_TRUE(ok);
   EXPECT_FALSE(accumulate->get_Rates());
-  EXPECT_EQ(result.rows().lower, 1);
-  EXPECT_EQ(result.columns().lower, 1);
+  EXPECT_TRUE(result.rows().lower == 1 && result.columns().lower == 1);
 
-  accumulate->put_Period("No such word");
-  accumulate->put_Frequency(-7);
-  accumulate->put_StartDate({-1e300});
-  accumulate->put_StartData({-1.75});
+  apply({-1.75, -1e300, "day", "No such word", -7}, *accumulate);
   EXPECT_EQ(accumulate->get_Period(), "No such word");
   EXPECT_EQ(accumulate->get_Frequency(), -7);
   EXPECT_EQ(accumulate->get_StartDate().value, -1e300);
   EXPECT_EQ(accumulate->get_StartData().value, -1.75);
-  EXPECT_TRUE(lines.empty());
-}
 
-TEST_F(AccumulateTest, an_unknown_period_ends_the_work_without_a_word) {
+  // An unknown period ends the work without a word.
+  apply({}, *accumulate);
   for (const char* word : {"", "month ", " month", "bi-monthlys", "fortnight"}) {
     accumulate->put_Period(word);
     EXPECT_EQ(run(), kUntouched) << word;
@@ -155,56 +153,40 @@ TEST_F(AccumulateTest, flags_are_made_anew_at_each_call_until_they_are_set) {
 TEST_F(AccumulateTest, a_run_time_error_is_one_line_and_leaves_what_was_filled) {
   const auto flag_tools = std::make_shared<FlagTools>();
   flag_tools->failure = [] { raise_companion_failure(static_cast<std::int32_t>(0x80070005U)); };
-  const auto no_change = [] {};
-  const Array2<float> monthly = table_of(kMonthly);
+  const Array2<float> monthly = table_of(kMonthly), century = table_of({{0, 5}, {36525, 7}});
+  const auto none = [] {};
+  const auto short_rates = [&] { set_rates({true, true}); };
+  const auto no_rates = [&] {
+    Array1<Boolean> unallocated;
+    accumulate->put_RateArray(unallocated);
+  };
+  // The boundary 86 s before the last sample is the same Single, a century after the first.
+  const auto no_length = [&] { apply({18264, 18263.999, "day", "year", 100}, *accumulate); };
+  const auto bad_flags = [&] { companion_makers().ArrayTools = [&] { return flag_tools; }; };
+  const auto no_tools = [] { companion_makers().ArrayTools = nullptr; };
+  const auto no_dates = [] { companion_makers().DateTools = nullptr; };
+  const char* const work = "AccumulateData";
+  const char* const calendar = "SetAccumulateArray";
   struct Row {
     const char* name;
     std::function<void()> arrange;
     std::int32_t number;
     const char* routine;
     Array2<float> data;
-    Rows left;
-  };
-  const Row rows[] = {
-      {"RateArray short",
-       [&] {
-         set_rates({true, true});
-       },
-       9,
-       "AccumulateData",
-       monthly,
-       {{28, 20, 0}, {59, 30, 0}, {89, 40, 0}}},
-      {"RateArray unallocated",
-       [&] {
-         Array1<Boolean> none;
-         accumulate->put_RateArray(none);
-       },
-       9,
-       "AccumulateData",
-       monthly,
-       {{28, 0, 0}, {59, 0, 0}, {89, 0, 0}}},
-      // The boundary 86 s before the last sample is the same Single, a century after the first.
-      {"zero length",
-       [&] {
-         apply({18264, 18263.999, "day", "year", 100}, *accumulate);
-       },
-       11,
-       "AccumulateData",
-       table_of({{0, 5}, {36525, 7}}),
-       {{36525, 0}, {36525, 0}}},
-      {"flags fail", [&] { companion_makers().ArrayTools = [&] { return flag_tools; }; },
-       static_cast<std::int32_t>(0x80070005U), "Accumulate", monthly, kUntouched},
-      {"no array tools", [&] { companion_makers().ArrayTools = nullptr; }, 429, "Accumulate",
-       monthly, kUntouched},
-      {"no date tools", [&] { companion_makers().DateTools = nullptr; }, 429, "SetAccumulateArray",
-       monthly, kUntouched},
-      {"dArr unallocated", no_change, 9, "Accumulate", {}, kUntouched},
-      {"dArr without column 1", no_change, 9, "Accumulate", {{1, 3}, {0, 0}}, kUntouched},
-      {"dArr from row 2", no_change, 9, "SetAccumulateArray", {{2, 4}, {1, 2}}, kUntouched},
-      {"dArr from column 2", no_change, 9, "SetAccumulateArray", {{1, 3}, {2, 3}}, kUntouched},
+    Rows left = kUntouched;
+  } const rows[] = {
+      {"short flags", short_rates, 9, work, monthly, {{28, 20, 0}, {59, 30, 0}, {89, 40, 0}}},
+      {"flags unallocated", no_rates, 9, work, monthly, {{28, 0, 0}, {59, 0, 0}, {89, 0, 0}}},
+      {"zero length", no_length, 11, work, century, {{36525, 0}, {36525, 0}}},
+      {"flags fail", bad_flags, static_cast<std::int32_t>(0x80070005U), "Accumulate", monthly},
+      {"no array tools", no_tools, 429, "Accumulate", monthly},
+      {"no date tools", no_dates, 429, calendar, monthly},
+      {"dArr unallocated", none, 9, "Accumulate", {}},
+      {"dArr without column 1", none, 9, "Accumulate", {{1, 3}, {0, 0}}},
+      {"dArr from row 2", none, 9, calendar, {{2, 4}, {1, 2}}},
+      {"dArr from column 2", none, 9, calendar, {{1, 3}, {2, 3}}},
   };
   for (const Row& row : rows) {
-    lines.clear();
     common_globals() = {};
     companion_makers().ArrayTools = built_in_makers().ArrayTools;
     companion_makers().DateTools = built_in_makers().DateTools;
@@ -220,42 +202,28 @@ TEST_F(AccumulateTest, a_run_time_error_is_one_line_and_leaves_what_was_filled) 
     EXPECT_FALSE(ok) << row.name;
     EXPECT_TRUE(nearly(rows_of(result), row.left)) << row.name;
     const bool in_class = std::string(row.routine) == "Accumulate";
-    EXPECT_EQ(lines,
-              Lines{error_line(row.number, in_class ? "ztAccumulate" : "Accumulate", row.routine)})
-        << row.name;
+    const char* const module = in_class ? "ztAccumulate" : "Accumulate";
+    EXPECT_EQ(taken(), one_line(row.number, module, row.routine)) << row.name;
   }
 }
 
 TEST_F(AccumulateTest, a_failing_rule_reports_itself_and_leaves_0) {
   const float big = 3e38F;
-  EXPECT_TRUE(nearly(run({{0, 5, 1}, {1, 20, 2}, {2, big, 4}, {3, 40, 8}}),
-                     {{28, 20, 2}, {59, 0, 4}, {89, 40, 8}}));
-  EXPECT_TRUE(ok);
-  EXPECT_EQ(lines, Lines{error_line(6, "Integration", "Backward")});
-  const float nan = std::nanf("");
-  run({{0, 5, 1}, {1, nan, 2}, {2, 30, 4}});
+  int inner = 0;
+  for (const bool reentrant : {false, true}) {
+    // An error line may lead the host to accumulate once more; the sink fails nothing.
+    if (reentrant) sink_failure = [&] { inner += nearly(another(), kRates) ? 1 : 0; };
+    EXPECT_TRUE(nearly(run({{0, 5, 1}, {1, 20, 2}, {2, big, 4}, {3, 40, 8}}),
+                       {{28, 20, 2}, {59, 0, 4}, {89, 40, 8}}));
+    EXPECT_TRUE(ok);
+  }
+  EXPECT_EQ(inner, 1);
+  EXPECT_EQ(taken(), Lines(2, one_line(6, "Integration", "Backward")[0]));
+  run({{0, 5, 1}, {1, kNaN, 2}, {2, 30, 4}});
   EXPECT_TRUE(ok);
   EXPECT_TRUE(std::isnan(result(1, 2)));  // the caller's own NaN is no fault
   EXPECT_FLOAT_EQ(result(2, 2), 30.0F);
-  EXPECT_EQ(lines.size(), 1U);
-}
-
-TEST_F(AccumulateTest, an_error_line_may_lead_the_host_to_accumulate_once_more) {
-  int inner = 0;
-  sink_failure = [&] {  // fails nothing: it is what the sink does first
-    ztAccumulate another;
-    apply({}, another);
-    Array2<float> data = table_of(kMonthly);
-    Array2<float> answer;
-    bool well = false;
-    another.Accumulate(data, answer, well);
-    inner += well ? 1 : 0;
-  };
-  const float big = 3e38F;
-  EXPECT_TRUE(nearly(run({{0, 5, 1}, {1, 20, 2}, {2, big, 4}, {3, 40, 8}}),
-                     {{28, 20, 2}, {59, 0, 4}, {89, 40, 8}}));
-  EXPECT_TRUE(ok);
-  EXPECT_EQ(inner, 1);
+  EXPECT_TRUE(lines.empty());
 }
 
 TEST_F(AccumulateTest, a_failing_sink_reaches_the_caller) {
@@ -269,16 +237,13 @@ TEST_F(AccumulateTest, the_driver_integrates_by_the_rule_it_is_given) {
   // One period of 4 days: Simpson 4/6 (2 + 4 x 8 + 20), trapezoidal 2 x 5 + 2 x 14, left, right.
   Array2<float> data = table_of({{0, 2}, {2, 8}, {4, 20}});
   Array1<Boolean> flags = flags_of({true, true});
-  struct Row {
-    std::int32_t rule;
-    float want;
-  };
-  for (const Row& row : {Row{1, 9.5F}, Row{2, 9.0F}, Row{3, 5.0F}, Row{4, 14.0F}, Row{0, 9.5F}}) {
-    std::int32_t rule = row.rule, spare = 3;
+  const std::pair<std::int32_t, float> rows[] = {{1, 9.5F}, {2, 9}, {3, 5}, {4, 14}, {0, 9.5F}};
+  for (const auto& [number, want] : rows) {
+    std::int32_t rule = number, spare = 3;
     AccumulateData(data, flags, 1, "day", 1, "Week", {44957}, {44957}, result, ok, rule, spare);
     EXPECT_TRUE(ok);
-    EXPECT_EQ(rows_of(result), (Rows{{4, row.want}})) << row.rule;  // 1/4 is exact
-    EXPECT_EQ(rule, row.rule);
+    EXPECT_EQ(rows_of(result), (Rows{{4, want}})) << number;  // 1/4 is exact
+    EXPECT_EQ(rule, number);
   }
   // A mean is the area, 287, times 1/41 as a Single, and not 7.
   apply({.data_period = "day", .period = "year"}, *accumulate);

@@ -9,8 +9,7 @@
 #include <vector>
 
 #include "accumulate/accumulate.hpp"
-#include "frame/array.hpp"
-#include "frame/fault.hpp"
+#include "frame/arrays.hpp"
 
 namespace vqmath63 {
 
@@ -18,24 +17,18 @@ using Rows = std::vector<std::vector<float>>;
 
 /// A table with bounds from 1.
 inline Array2<float> table_of(const Rows& rows) {
-  Array2<float> table({1, static_cast<std::int32_t>(rows.size())},
+  const std::size_t n = rows.size();
+  Array2<float> table({1, static_cast<std::int32_t>(n)},
                       {1, static_cast<std::int32_t>(rows.front().size())});
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    for (std::size_t j = 0; j < rows[i].size(); ++j) {
-      table(static_cast<std::int64_t>(i) + 1, static_cast<std::int64_t>(j) + 1) = rows[i][j];
-    }
-  }
+  for (std::size_t i = 0; i < table.size(); ++i) table.data()[i] = rows[i % n][i / n];
   return table;
 }
 
 /// The elements of a table, row by row.
 inline Rows rows_of(const Array2<float>& table) {
-  Rows rows;
-  for (std::int64_t i = table.rows().lower; i <= table.rows().upper; ++i) {
-    rows.emplace_back();
-    for (std::int64_t j = table.columns().lower; j <= table.columns().upper; ++j) {
-      rows.back().push_back(table(i, j));
-    }
+  Rows rows(static_cast<std::size_t>(table.rows().count()));
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    rows[i % rows.size()].push_back(table.data()[i]);
   }
   return rows;
 }
@@ -55,9 +48,7 @@ inline ::testing::AssertionResult nearly(const Rows& got, const Rows& want) {
 }
 
 inline Array1<Boolean> flags_of(const std::vector<bool>& flags) {
-  Array1<Boolean> array(1, static_cast<std::int32_t>(flags.size()));
-  for (std::size_t i = 0; i < flags.size(); ++i) array(static_cast<std::int64_t>(i) + 1) = flags[i];
-  return array;
+  return array_of(std::vector<Boolean>(flags.begin(), flags.end()));
 }
 
 /// What an accumulation is asked for. Dates are automation dates.
@@ -96,13 +87,9 @@ inline Rows accumulated(const Rows& samples, const Settings& settings,
   return rows_of(result);
 }
 
-using Lines = std::vector<std::string>;
-
 /// The line of an error in a routine of a module of the library.
-inline std::string error_line(std::int32_t number, const std::string& module,
-                              const std::string& routine) {
-  return "Error:" + std::string(error_text(number)) + " (No." + std::to_string(number) +
-         ") In [ztAnalyse - " + module + " (Code) (" + routine + ")] ";
+inline Lines one_line(std::int32_t number, const std::string& module, const std::string& routine) {
+  return {error_line(number, "ztAnalyse - " + module + " (Code) (" + routine + ")")};
 }
 
 }  // namespace vqmath63

@@ -3,7 +3,6 @@
 #include <cmath>
 #include <fstream>
 #include <iterator>
-#include <limits>
 #include <sstream>
 
 #include "accumulate/accumulate_array.hpp"
@@ -15,8 +14,8 @@ namespace {
 
 class ReportingCalendarTest : public CompanionTest {};
 
-std::vector<std::string> split(const std::string& text, char by) {
-  std::vector<std::string> parts;
+Lines split(const std::string& text, char by) {
+  Lines parts;
   std::istringstream in(text);
   for (std::string part; std::getline(in, part, by);) parts.push_back(part);
   return parts;
@@ -39,7 +38,7 @@ TEST_F(ReportingCalendarTest, agrees_with_the_definition) {
   std::getline(file, line);
   int count = 0;
   for (; std::getline(file, line); ++count) {
-    const std::vector<std::string> field = split(line, '\t');
+    const Lines field = split(line, '\t');
     ASSERT_EQ(field.size(), 12U) << line;
     const Rows samples = numbers<float>(field[10]);
     const std::vector<std::vector<double>> want = numbers<double>(field[11]);
@@ -80,10 +79,9 @@ TEST_F(ReportingCalendarTest, a_century_of_minutes_loses_no_boundary) {
     const char* period;
     sys_days start;
     std::size_t periods;
-  };
-  const Row rows[] = {{"day", from, 36108},
-                      {"month", month_end, 1186},  // to 2048-10-31, and a rest
-                      {"hour", from, 36108 * 24}};
+  } const rows[] = {{"day", from, 36108},
+                    {"month", month_end, 1186},  // to 2048-10-31, and a rest
+                    {"hour", from, 36108 * 24}};
   for (const Row& row : rows) {
     const auto serial = [](sys_days day) {
       return static_cast<double>((day - sys_days{1899y / December / 30}).count());
@@ -134,8 +132,6 @@ TEST_F(ReportingCalendarTest, the_working_table_has_a_row_at_each_boundary) {
 }
 
 TEST_F(ReportingCalendarTest, what_cannot_be_reported_is_one_line) {
-  constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-  constexpr float kNever = std::numeric_limits<float>::infinity();
   const Rows monthly = {{0, 5}, {1, 20}, {2, 30}, {3, 40}};
   struct Row {
     const char* name;
@@ -147,39 +143,33 @@ TEST_F(ReportingCalendarTest, what_cannot_be_reported_is_one_line) {
     return Settings{data, start, "day", period};
   };
   std::vector<Row> rows = {
-      {"no data period", {.data_period = ""}, monthly, 5},
       {"unknown data period", {.data_period = "fortnight"}, monthly, 5},
-      {"data period with a blank", {.data_period = "month "}, monthly, 5},
       {"frequency 0", {.frequency = 0}, monthly, 5},
-      {"frequency below 0", {.frequency = -3}, monthly, 5},
       {"index 0", {.index = 0}, monthly, 9},
-      {"index below 0", {.index = -1}, monthly, 9},
       {"index after the rows", {.index = 5}, monthly, 9},
       {"index far after the rows", {.index = 2147483647}, monthly, 9},
       {"one sample left", {.index = 4}, monthly, 5},
       {"start on the last sample", {.start = 45046}, monthly, 5},
       {"start 1 s before the last sample", {.start = 45046 - 1 / 86400.0}, monthly, 5},
-      {"start after the data", {.start = 50000}, monthly, 5},
       {"time steps back", {}, {{0, 5}, {1, 20}, {0.5, 30}}, 5},
-      {"time NaN", {}, {{0, 5}, {std::nanf(""), 20}, {1, 30}}, 5},
-      {"time infinite", {.data_period = "day"}, {{0, 5}, {1, 20}, {kNever, 30}}, 5},
+      {"time NaN", {}, {{0, 5}, {kNaN, 20}, {1, 30}}, 5},
+      {"time infinite", {.data_period = "day"}, {{0, 5}, {1, 20}, {kInf, 30}}, 5},
       {"time after year 9999", {}, {{0, 5}, {1e30F, 20}}, 5},
       {"days before year 100", from(-657434, 0, "day"), {{-1, 5}, {1, 20}}, 5},
       {"no time passes", {}, {{2, 5}, {2, 20}, {2, 30}}, 5},
       {"too many periods", from(-657434, -657434, "minute"), {{0, 5}, {3600000, 20}}, 7},
   };
-  for (const double wild : {kNaN, -1e300, 1e300, 1e7, -1e7, -HUGE_VAL, HUGE_VAL}) {
+  for (const double wild : {double{kNaN}, -1e300, 1e300, 1e7, -1e7, -HUGE_VAL, HUGE_VAL}) {
     for (const char* period : {"hour", "month"}) {
       rows.push_back({"wild start", from(44957, wild, period), monthly, 5});
       rows.push_back({"wild data date", from(wild, 44957, period), monthly, 5});
     }
   }
   for (const Row& row : rows) {
-    lines.clear();
     bool ok = true;
     EXPECT_EQ(accumulated(row.samples, row.settings, {}, ok), kUntouched) << row.name;
     EXPECT_FALSE(ok) << row.name;
-    EXPECT_EQ(lines, Lines{error_line(row.number, "Accumulate", "SetAccumulateArray")}) << row.name;
+    EXPECT_EQ(taken(), one_line(row.number, "Accumulate", "SetAccumulateArray")) << row.name;
   }
 }
 

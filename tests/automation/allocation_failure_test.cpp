@@ -123,27 +123,13 @@ class AllocationFailureTest : public BoundaryTest {
   }
 };
 
-Value long_text() {
-  return text(std::u16string(100, u'x'));
-}
-Value variants() {
-  return array(VT_VARIANT, 0, {1, 2, 3, 4, 5, 6});
-}
-Value longs() {
-  return array(VT_I4, 0, {1, 2, 3, 4}, 2);
-}
-Value list() {
-  return script_array({r8(1), r8(2)});
-}
-Value rows() {
-  return script_array({list(), list()});
-}
-Value box() {
-  return script_box(long_text());
-}
-Value nine() {
-  return i4(9);
-}
+constexpr auto long_text = [] { return text(std::u16string(100, u'x')); };
+constexpr auto variants = [] { return array(VT_VARIANT, 0, {1, 2, 3, 4, 5, 6}); };
+constexpr auto longs = [] { return array(VT_I4, 0, {1, 2, 3, 4}, 2); };
+constexpr auto list = [] { return script_array({r8(1), r8(2)}); };
+constexpr auto rows = [] { return script_array({list(), list()}); };
+constexpr auto box = [] { return script_box(long_text()); };
+constexpr auto nine = [] { return i4(9); };
 
 TEST_F(AllocationFailureTest, calls_by_name) {
   constexpr int kNone = -1;  // no second argument

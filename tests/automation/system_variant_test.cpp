@@ -19,8 +19,7 @@ TEST(SystemVariant, ClearingGivesBackWhatIsOwnedAndNothingElse) {
   EXPECT_EQ(VariantClear(&v), S_OK);
   EXPECT_EQ(v.vt, VT_EMPTY);
   EXPECT_EQ(a.references, 0);
-  v.vt = VT_BYREF | VT_DISPATCH;
-  v.ppdispVal = &held;
+  v = reference(VT_DISPATCH, &held);
   EXPECT_EQ(VariantClear(&v), S_OK);
   EXPECT_EQ(a.released, 1);
   v.vt = VT_UNKNOWN;
@@ -61,15 +60,11 @@ TEST(SystemVariant, ALockedArrayStays) {
 
 TEST(SystemVariant, CopiesOwnTheirOwn) {
   CountingObject a;
-  Value array;
-  array.v.vt = VT_ARRAY | VT_VARIANT;
+  Value array = bare(VT_ARRAY | VT_VARIANT);
   array.v.parray = SafeArrayCreateVector(VT_VARIANT, 0, 1);
-  {
-    const Value held = object(a);
-    LONG at[] = {0};
-    VARIANT put = held.v;
-    SafeArrayPutElement(array.v.parray, at, &put);
-  }
+  static_cast<VARIANT*>(array.v.parray->pvData)->vt = VT_DISPATCH;
+  static_cast<VARIANT*>(array.v.parray->pvData)->pdispVal = &a;
+  a.AddRef();
   Value copy;
   EXPECT_EQ(VariantCopy(&copy.v, &array.v), S_OK);
   EXPECT_NE(copy.v.parray, array.v.parray);
@@ -81,61 +76,47 @@ TEST(SystemVariant, CopiesOwnTheirOwn) {
   EXPECT_EQ(a.references, 1);
   EXPECT_NE(copy.v.bstrVal, words.v.bstrVal);
   EXPECT_EQ(shown(copy.v), shown(words.v));
-  VARIANT no_text{};
-  no_text.vt = VT_BSTR;
-  EXPECT_EQ(VariantCopy(&copy.v, &no_text), S_OK);
+  const Value no_text = bare(VT_BSTR);
+  EXPECT_EQ(VariantCopy(&copy.v, &no_text.v), S_OK);
   EXPECT_EQ(copy.v.vt, VT_BSTR);
   EXPECT_EQ(copy.v.bstrVal, nullptr);
 }
 
 TEST(SystemVariant, CopyingKeepsAReferenceAndCopyIndFollowsIt) {
   double number = 2.5;
-  VARIANT reference{};
-  reference.vt = VT_BYREF | VT_R8;
-  reference.pdblVal = &number;
+  VARIANT inner = reference(VT_R8, &number);
   Value same, behind;
-  EXPECT_EQ(VariantCopy(&same.v, &reference), S_OK);
+  EXPECT_EQ(VariantCopy(&same.v, &inner), S_OK);
   EXPECT_EQ(same.v.vt, VT_BYREF | VT_R8);
   EXPECT_EQ(same.v.pdblVal, &number);
-  EXPECT_EQ(VariantCopyInd(&behind.v, &reference), S_OK);
-  EXPECT_EQ(shown(behind.v), shown(r8(2.5).v));
   EXPECT_EQ(VariantCopyInd(&same.v, &same.v), S_OK) << "in place";
   EXPECT_EQ(shown(same.v), shown(r8(2.5).v));
-
-  VARIANT outer{};
-  outer.vt = VT_BYREF | VT_VARIANT;
-  outer.pvarVal = &reference;
-  EXPECT_EQ(VariantCopyInd(&behind.v, &outer), S_OK);
-  EXPECT_EQ(shown(behind.v), shown(r8(2.5).v));
-  VARIANT third{};
-  third.vt = VT_BYREF | VT_VARIANT;
-  third.pvarVal = &outer;
+  VARIANT outer = reference(VT_VARIANT, &inner), third = reference(VT_VARIANT, &outer);
+  for (const VARIANT* from : {&inner, &outer}) {
+    EXPECT_EQ(VariantCopyInd(&behind.v, from), S_OK);
+    EXPECT_EQ(shown(behind.v), shown(r8(2.5).v));
+  }
   EXPECT_EQ(VariantCopyInd(&behind.v, &third), E_INVALIDARG);
-  reference.pdblVal = nullptr;
-  EXPECT_EQ(VariantCopyInd(&behind.v, &reference), E_INVALIDARG);
+  inner.pdblVal = nullptr;
+  EXPECT_EQ(VariantCopyInd(&behind.v, &inner), E_INVALIDARG);
   EXPECT_EQ(VariantCopyInd(&behind.v, &outer), E_INVALIDARG);
   EXPECT_EQ(shown(behind.v), shown(r8(2.5).v));
 
   DECIMAL decimal{};
   decimal.scale = 2;
   decimal.Lo64 = 314;
-  VARIANT to_decimal{};
-  to_decimal.vt = VT_BYREF | VT_DECIMAL;
-  to_decimal.pdecVal = &decimal;
+  const VARIANT to_decimal = reference(VT_DECIMAL, &decimal);
   EXPECT_EQ(VariantCopyInd(&behind.v, &to_decimal), S_OK);
   EXPECT_EQ(behind.v.vt, VT_DECIMAL);
-  EXPECT_EQ(behind.v.decVal.scale, 2);
-  EXPECT_EQ(behind.v.decVal.Lo64, 314u);
+  EXPECT_TRUE(behind.v.decVal.scale == 2 && behind.v.decVal.Lo64 == 314);
 
-  SAFEARRAY* array = SafeArrayCreateVector(VT_I2, 3, 2);
-  VARIANT to_array{};
-  to_array.vt = VT_BYREF | VT_ARRAY | VT_I2;
-  to_array.pparray = &array;
+  Value array = bare(VT_ARRAY | VT_I2);
+  array.v.parray = SafeArrayCreateVector(VT_I2, 3, 2);
+  const VARIANT to_array = reference(VT_ARRAY | VT_I2, &array.v.parray);
   EXPECT_EQ(VariantCopyInd(&behind.v, &to_array), S_OK);
   EXPECT_EQ(behind.v.vt, VT_ARRAY | VT_I2);
-  EXPECT_NE(behind.v.parray, array);
+  EXPECT_NE(behind.v.parray, array.v.parray);
   EXPECT_EQ(behind.v.parray->rgsabound[0].lLbound, 3);
-  SafeArrayDestroy(array);
 }
 
 }  // namespace

@@ -11,8 +11,6 @@
 namespace vqmath63 {
 namespace {
 
-constexpr double kInf = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kOld = -77;  // what a result array held before
 
 class DifferentiationTest : public CompanionTest {};
@@ -35,8 +33,18 @@ constexpr const char* kSecondUp = "SecondDerivativeUpStream";
 constexpr const char* kSecondDown = "SecondDerivativeDownStream";
 constexpr const char* kSecondMid = "SecondDerivativeCentered";
 
-std::string routine_line(std::int32_t number, const char* routine) {
-  return error_line(number, std::string("ztAnalyse - Differentiation (Code) (") + routine + ")");
+Lines routine_lines(std::int32_t number, const std::string& routine) {
+  return error_lines(number, "ztAnalyse - Differentiation (Code) (" + routine + ")");
+}
+
+// The values, or NaN for NaN, to a rounding or two.
+void expect_values(const Array1<double>& got, const Values& want, const char* name) {
+  ASSERT_EQ(got.size(), want.size()) << name;
+  for (std::size_t i = 0; i < want.size(); ++i) {
+    const double value = got.data()[i];
+    EXPECT_TRUE(same(value, want[i]) || std::fabs(value - want[i]) <= 4e-16 * std::fabs(want[i]))
+        << name << ", point " << i + 1 << ": " << value << " instead of " << want[i];
+  }
 }
 
 Values squares(const Values& x) {
@@ -53,13 +61,10 @@ TEST_F(DifferentiationTest, members_on_curves_worked_by_hand) {
     const char* name;
     Member member;
     Values x, y, want;
-  };
-  const Row rows[] = {
-      {"first, parabola", kFirst, uneven, squares(uneven), {1, 2, 6, 9}},
+  } const rows[] = {
       {"first, cubic", kFirst, uneven, cube, {1, 5, 33, 63}},
       {"first, two samples", kFirst, {2, 4}, {1, 7}, {3, 3}},
       {"first, falling abscissae", kFirst, {3, 2, 0}, {9, 4, 0}, {5, 4, 2}},
-      {"second, parabola", kSecond, uneven, squares(uneven), {2, 2.0 / 12, 2.0 / 12, 2}},
       // Of y = x^3 a parabola has twice the sum of its three abscissae.
       {"second, cubic", kSecond, uneven, cube, {8, 8.0 / 12, 20.0 / 12, 20}},
       {"second, three samples", kSecond, {0, 1, 3}, {0, 1, 27}, {8, 8.0 / 12, 8}},
@@ -68,7 +73,6 @@ TEST_F(DifferentiationTest, members_on_curves_worked_by_hand) {
       {"backwards, one sample", kBackwards, {2}, {4}, {0}},
       // 1e-20 keeps the denominators from zero; 0 over it is 0.
       {"equal abscissae", kForwards, {1, 1, 2}, {0, 3, 4}, {3e20, 1, 0}},
-      {"equal abscissae and ordinates", kForwards, {1, 1, 2}, {3, 3, 4}, {0, 1, 0}},
       {"equal abscissae backwards", kBackwards, {1, 1, 2}, {0, 3, 4}, {0, 3e20, 1}},
       // h1 = 0: A = 0 and B = 1, so 0 - (0 - 1) 3 - 1 x 0 = 3 over 1e-20.
       {"equal abscissae centred", kFirst, {1, 1, 2}, {0, 3, 4}, {3e20, 3e20, 1}},
@@ -79,23 +83,12 @@ TEST_F(DifferentiationTest, members_on_curves_worked_by_hand) {
   ztDifferentiate differentiate;
   for (const Row& row : rows) {
     // Abscissae from 0 and ordinates with one more: neither is looked at.
-    const auto n = static_cast<std::int32_t>(row.x.size());
-    Array1<double> x(0, n), y(1, n + 1), d(1, n);
-    x(0) = y(n + 1) = kNaN;
-    for (std::int32_t i = 1; i <= n; ++i) {
-      x(i) = row.x[static_cast<std::size_t>(i) - 1];
-      y(i) = row.y[static_cast<std::size_t>(i) - 1];
-      d(i) = kOld;
-    }
+    Array1<double> x = samples_of(row.x, 0), y = samples_of(row.y, 1, 1);
+    Array1<double> d = array_of(Values(row.x.size(), kOld));
     bool ok = false;
     (differentiate.*row.member)(x, y, d, ok);
     EXPECT_TRUE(ok) << row.name;
-    ASSERT_EQ(d.size(), row.want.size()) << row.name;
-    for (std::int32_t i = 1; i <= n; ++i) {
-      const double want = row.want[static_cast<std::size_t>(i) - 1];
-      EXPECT_TRUE(same(d(i), want) || std::fabs(d(i) - want) <= 4e-16 * std::fabs(want))
-          << row.name << ", point " << i << ": " << d(i);
-    }
+    expect_values(d, row.want, row.name);
   }
   EXPECT_TRUE(lines.empty());
 }
@@ -111,19 +104,13 @@ TEST_F(DifferentiationTest, routines_write_their_range_and_no_more) {
     std::int32_t i1, i2;
     bool ok;
     Values want;
-  };
-  const Row rows[] = {
+  } const rows[] = {
       {"up", FirstDerivativeUpStream, 1, 5, true, {1, 4, 9, 16, o}},
-      {"up, part", FirstDerivativeUpStream, 2, 3, true, {o, 4, 9, o, o}},
       {"up, beyond", FirstDerivativeUpStream, 4, 99, true, {o, o, o, 16, o}},
-      {"up, nothing", FirstDerivativeUpStream, 5, 5, true, {o, o, o, o, o}},
       {"up, from 0 reads x(0)", FirstDerivativeUpStream, 0, 2, false, {o, o, o, o, o}},
       {"down", FirstDerivativeDownStream, 1, 5, true, {o, 1, 4, 9, 16}},
-      {"down, from below", FirstDerivativeDownStream, -9, 3, true, {o, 1, 4, o, o}},
       {"down, beyond the end", FirstDerivativeDownStream, 4, 6, false, {o, o, o, o, o}},
       {"centred", FirstDerivativeCentered, 1, 5, true, {o, 2, 6, 12, o}},
-      {"centred, part", FirstDerivativeCentered, 3, 3, true, {o, o, 6, o, o}},
-      {"centred, beyond", FirstDerivativeCentered, 4, 99, true, {o, o, o, 12, o}},
       {"centred, a far end", FirstDerivativeCentered, 4, kMost, true, {o, o, o, 12, o}},
       {"all", FirstDerivatives, 1, 5, true, {1, 2, 6, 12, 16}},
       {"all, part: no end applies", FirstDerivatives, 3, 4, true, {o, o, 6, 12, o}},
@@ -142,22 +129,17 @@ TEST_F(DifferentiationTest, routines_write_their_range_and_no_more) {
       {"second centred, unclamped", SecondDerivativeCentered, 4, 5, false, {o, o, o, t, o}},
       {"second all", SecondDerivatives, 1, 5, true, {2, t, t, t, 2}},
       {"second all, part", SecondDerivatives, 3, 4, true, {o, o, t, t, o}},
-      {"second all, from 2", SecondDerivatives, 2, 3, true, {2, t, t, o, o}},
       {"second all, nothing to do", SecondDerivatives, 4, 3, false, {o, o, o, o, o}},
   };
   for (const Row& row : rows) {
-    lines.clear();
-    Array1<double> x = array_of<double>({0, 1, 3, 6, 10});
-    Array1<double> y = array_of<double>({0, 1, 9, 36, 100});
-    Array1<double> d = array_of<double>(Values(5, kOld));
+    Array1<double> x = array_of<double>({0, 1, 3, 6, 10}), y = array_of(squares(contents(x)));
+    Array1<double> d = array_of(Values(5, kOld));
     bool ok = !row.ok;
     row.routine(x, y, row.i1, row.i2, d, ok);
     EXPECT_EQ(ok, row.ok) << row.name;
-    for (std::int32_t i = 1; i <= 5; ++i) {
-      EXPECT_DOUBLE_EQ(d(i), row.want[static_cast<std::size_t>(i) - 1]) << row.name << ", " << i;
-    }
+    expect_values(d, row.want, row.name);
     const bool quiet = row.ok || row.i1 > row.i2;
-    EXPECT_EQ(lines.size(), quiet ? 0U : 1U) << row.name;
+    EXPECT_EQ(taken().size(), quiet ? 0U : 1U) << row.name;
   }
 }
 
@@ -182,9 +164,7 @@ TEST_F(DifferentiationTest, failures_keep_what_was_written_before) {
       {"result unallocated", kFirst, ramp, ramp, 0, {}, kUp, 9},
       {"ordinates short", kFirst, ramp, {0, 1, 2}, 4, {1, o, o, o}, kDown, 9},
       {"one sample", kFirst, {1}, {1}, 1, {o}, kUp, 9},
-      {"one sample forwards", kForwards, {1}, {1}, 4, {0}, kUp, 9},
       {"short forwards", kForwards, ramp, {0, 1, 2}, 4, {1, 1, 0, 0}, kUp, 9},
-      {"short backwards", kBackwards, ramp, {0, 1, 2}, 4, {0, 0, 0, 0}, kDown, 9},
       {"two samples", kSecond, {0, 1}, {0, 1}, 4, {0, 0}, kSecondUp, 9},
       {"alike at the start", kSecond, {1, 1, 2, 3}, ramp, 4, {0, 0, 0, 0}, kSecondUp, 11},
       {"alike at the end", kSecond, {0, 1, 2, 2}, ramp, 4, {0, 0, 0, 0}, kSecondDown, 11},
@@ -195,23 +175,17 @@ TEST_F(DifferentiationTest, failures_keep_what_was_written_before) {
       // The quotient would be finite: 0.
       {"abscissae far apart", kFirst, {-kBig, kBig, 0, 1}, ramp, 4, {o, o, o, o}, kUp, 6},
       {"denominator too large", kFirst, far, ramp, 4, {1e-103, o, o, 1e-103}, kMid, 6},
-      {"and in a second", kSecond, far, ramp, 4, {0, 0, 0, 0}, kSecondUp, 6},
       {"infinities that cancel", kForwards, ramp, {0, kInf, kInf, 0}, 4, {kInf, 0, 0, 0}, kUp, 5},
       {"from the end", kBackwards, ramp, {0, kInf, kInf, 0}, 4, {0, 0, 0, -kInf}, kDown, 5},
   };
   ztDifferentiate differentiate;
   for (const Row& row : rows) {
-    lines.clear();
     Array1<double> x = array_of(row.x), y = array_of(row.y), d = array_of(Values(row.room, kOld));
     bool ok = true;
     (differentiate.*row.member)(x, y, d, ok);
     EXPECT_FALSE(ok) << row.name;
-    EXPECT_EQ(lines, std::vector<std::string>{routine_line(row.error, row.routine)}) << row.name;
-    const Values got = contents(d);
-    ASSERT_EQ(got.size(), row.want.size()) << row.name;
-    for (std::size_t i = 0; i < got.size(); ++i) {
-      EXPECT_DOUBLE_EQ(got[i], row.want[i]) << row.name << ", point " << i + 1;
-    }
+    EXPECT_EQ(taken(), routine_lines(row.error, row.routine)) << row.name;
+    expect_values(d, row.want, row.name);
   }
 }
 
@@ -219,29 +193,21 @@ TEST_F(DifferentiationTest, a_fault_deep_in_a_long_curve_stops_there) {
   // Two infinite ordinates side by side: their difference is an invalid operation.
   constexpr std::int32_t kCount = 4000;
   for (const std::int32_t at : {3, 255, 256, 257, 1000, 3998}) {
-    Array1<double> x(1, kCount), y(1, kCount), d(1, kCount);
-    for (std::int32_t i = 1; i <= kCount; ++i) {
-      x(i) = i;
-      y(i) = 2.0 * i;
-    }
-    y(at) = y(at + 1) = kInf;
     for (const bool up : {true, false}) {
-      for (std::int32_t i = 1; i <= kCount; ++i) d(i) = kOld;
-      lines.clear();
+      Array1<double> x(1, kCount), y(1, kCount), d(1, kCount), want(1, kCount);
+      for (std::int32_t i = 1; i <= kCount; ++i) {
+        x(i) = i;
+        y(i) = i == at || i == at + 1 ? kInf : 2.0 * i;
+        // Forward differences are written below `at`, backward ones above at + 1.
+        want(i) = (up ? i < at : i > at + 1) ? 2.0 : kOld;
+        d(i) = kOld;
+      }
+      want(up ? at - 1 : at + 2) = up ? kInf : -kInf;
       bool ok = true;
       (up ? FirstDerivativeUpStream : FirstDerivativeDownStream)(x, y, 1, kCount, d, ok);
       EXPECT_FALSE(ok);
-      const char* routine = up ? "FirstDerivativeUpStream" : "FirstDerivativeDownStream";
-      EXPECT_EQ(lines, std::vector<std::string>{routine_line(5, routine)});
-      int wrong = 0;
-      for (std::int32_t i = 1; i <= kCount; ++i) {
-        // Forward differences are written below `at`, backward ones above at + 1.
-        const bool written = up ? i < at : i > at + 1;
-        const double next_to = up ? i == at - 1 : i == at + 2;
-        const double want = !written ? kOld : next_to != 0.0 ? (up ? kInf : -kInf) : 2.0;
-        wrong += d(i) != want;
-      }
-      EXPECT_EQ(wrong, 0) << at << (up ? " up" : " down");
+      EXPECT_EQ(taken(), routine_lines(5, up ? kUp : kDown));
+      EXPECT_TRUE(contents(d) == contents(want)) << at << (up ? " up" : " down");
     }
   }
 }
@@ -283,33 +249,26 @@ TEST_F(DifferentiationTest, members_report_arrays_that_are_not_there) {
     const char* name;
     Member member;
     bool empty_is_well;  // an upper bound of 0
-  };
-  const Row rows[] = {
-      {"FirstDerivative", kFirst, true},
-      {"SecondDerivative", kSecond, false},
-      {"FirstDerivativeForwards", kForwards, false},
-      {"FirstDerivativeBackwards", kBackwards, false},
-  };
+  } const rows[] = {{"FirstDerivative", kFirst, true},
+                    {"SecondDerivative", kSecond, false},
+                    {"FirstDerivativeForwards", kForwards, false},
+                    {"FirstDerivativeBackwards", kBackwards, false}};
   for (const Row& row : rows) {
-    const std::string want =
-        error_line(9, std::string("ztAnalyse - ztDifferentiate (Code) (") + row.name + ")");
-    lines.clear();
     bool ok = true;
     (differentiate.*row.member)(none, some, d, ok);
     EXPECT_FALSE(ok) << row.name;
-    EXPECT_EQ(lines, std::vector<std::string>{want}) << row.name;
-    lines.clear();
+    const std::string place = std::string("ztAnalyse - ztDifferentiate (Code) (") + row.name + ")";
+    EXPECT_EQ(taken(), error_lines(9, place));
     (differentiate.*row.member)(zero, some, d, ok);
     EXPECT_EQ(ok, row.empty_is_well) << row.name;
-    EXPECT_EQ(lines.size(), row.empty_is_well ? 0U : 1U) << row.name;
+    EXPECT_EQ(taken().size(), row.empty_is_well ? 0U : 1U) << row.name;
   }
   EXPECT_EQ(contents(d), contents(some));
   // The work array of no element cannot be made.
-  lines.clear();
   bool ok = true;
   SecondDerivatives(zero, some, 1, 0, d, ok);
   EXPECT_FALSE(ok);
-  EXPECT_EQ(lines, std::vector<std::string>{routine_line(9, "SecondDerivatives")});
+  EXPECT_EQ(taken(), routine_lines(9, "SecondDerivatives"));
 }
 
 }  // namespace

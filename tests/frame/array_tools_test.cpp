@@ -1,9 +1,9 @@
 // Masking and removal, and what faults leave behind.
 #include "frame/array_tools.hpp"
 
-#include <algorithm>
 #include <cmath>
 
+#include "arrays.hpp"
 #include "companion_fixture.hpp"
 
 namespace vqmath63 {
@@ -11,13 +11,6 @@ namespace {
 
 using Values = std::vector<float>;
 using List = std::vector<std::int32_t>;
-
-template <class T>
-Array1<T> array(std::int32_t lower, const std::vector<T>& elements) {
-  Array1<T> made(lower, lower + static_cast<std::int32_t>(elements.size()) - 1);
-  std::copy(elements.begin(), elements.end(), made.data());
-  return made;
-}
 
 class ArrayTools : public ::testing::Test {
  protected:
@@ -39,14 +32,14 @@ TEST_F(ArrayTools, nulls_and_listed_entries_are_removed) {
   } const rows[] = {
       {"some", -999, 1, {1, -999, 3, -999}, {1, 3}, 1, 2, 2, {2, 4}},
       {"a run", 0, 1, {0, -0.0F, 5, 0, 0, 6}, {5, 6}, 1, 2, 4, {1, 2, 4, 5}},
-      {"zero-based", 7, 0, {7, 7, 8, 9}, {7, 8, 9}, 0, 2, 1, {1}},
+      {"from -1", 7, -1, {7, 7, 7, 8, 9}, {7, 7, 8, 9}, -1, 2, 1, {1}},
       {"none", 7, 0, {7, 8, 9}, {7, 8, 9}, 0, 2, 0, {0}},
       {"all", 7, 0, {1, 7, 7}, {0}, 1, 0, 2, {1, 2}},
       {"NaN", NAN, 1, {NAN, 4, -NAN}, {4}, 1, 1, 2, {1, 3}},
       {"no samples", 4, 0, {4}, {0}, 1, 0, 0, {0}},
   };
   for (const Row& row : rows) {
-    Array1<float> values = array(row.lower, row.values);
+    Array1<float> values = array_of(row.values, row.lower);
     Array1<float> parallel = values;
     float null = row.null;
     tools.RemoveNullEntries(null, values, count, list, removed, ok);
@@ -64,36 +57,35 @@ TEST_F(ArrayTools, nulls_and_listed_entries_are_removed) {
 
 TEST_F(ArrayTools, faults_leave_the_data_as_they_were) {
   float lent[] = {1, 2, 3};
+  const Array1<float> three = array_of<float>({1, 2, 3});
   struct Row {
     const char* name;
     List positions;
     std::int32_t removed, fault;
     Array1<float> values;
   } rows[] = {
-      {"position 0", {0}, 1, 9, array<float>(1, {1, 2, 3})},
-      {"position 4", {4}, 1, 9, array<float>(1, {1, 2, 3})},
-      {"short list", {1, 2}, 3, 9, array<float>(1, {1, 2, 3})},
-      {"descending", {2, 1}, 2, 5, array<float>(1, {1, 2, 3})},
-      {"twice", {2, 2}, 2, 5, array<float>(1, {1, 2, 3})},
-      {"negative", {1}, -1, 5, array<float>(1, {1, 2, 3})},
-      {"two-based", {2}, 1, 9, array<float>(2, {1, 2, 3})},
+      {"position 0", {0}, 1, 9, three},
+      {"position 4", {4}, 1, 9, three},
+      {"short list", {1, 2}, 3, 9, three},
+      {"descending", {2, 1}, 2, 5, three},
+      {"twice", {2, 2}, 2, 5, three},
+      {"negative", {1}, -1, 5, three},
+      {"two-based", {2}, 1, 9, array_of<float>({1, 2, 3}, 2)},
       {"fixed", {2}, 1, 10, Array1<float>(lent, {1, 3}, Resizing::kRefused)},
   };
   for (Row& row : rows) {
-    list = array(1, row.positions);
+    list = array_of(row.positions);
     ok = true;
-    EXPECT_EQ(
-        fault_of([&] { tools.RemoveListedEntries(list, row.removed, row.values, count, ok); }),
-        row.fault)
-        << row.name;
+    const auto remove = [&] {
+      tools.RemoveListedEntries(list, row.removed, row.values, count, ok);
+    };
+    EXPECT_EQ(fault_of(remove), row.fault) << row.name;
     EXPECT_FALSE(ok) << row.name;
     EXPECT_EQ(contents(row.values), (Values{1, 2, 3})) << row.name;
   }
   float null = 2;
-  const auto remove = [&] {
-    tools.RemoveNullEntries(null, rows[7].values, count, list, removed, ok);
-  };
-  EXPECT_EQ(fault_of(remove), 10);
+  Array1<float>& fixed = rows[7].values;
+  EXPECT_EQ(fault_of([&] { tools.RemoveNullEntries(null, fixed, count, list, removed, ok); }), 10);
   EXPECT_EQ(lent[1], 2.0F);
 }
 
@@ -112,8 +104,8 @@ TEST_F(ArrayTools, masks_keep_the_elements_of_the_wanted_flag) {
       {"shorter", {false, true}, true, {1, 2, 3}, -5, 9},
   };
   for (Row& row : rows) {
-    Array1<float> values = array<float>(1, {1, 2, 3});
-    Array1<Boolean> mask = array(1, row.mask);
+    Array1<float> values = array_of<float>({1, 2, 3});
+    Array1<Boolean> mask = array_of(row.mask);
     count = -5;
     const auto apply = [&] { tools.ApplyMask(mask, values, count, ok, row.keep); };
     EXPECT_EQ(fault_of(apply), row.fault) << row.name;

@@ -5,14 +5,13 @@
 #include <limits>
 #include <numbers>
 
+#include "arrays.hpp"
 #include "companion_fixture.hpp"
 
 namespace vqmath63 {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
-constexpr float kInf = std::numeric_limits<float>::infinity();
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
 BuiltInCommonMaths maths;
 
@@ -124,7 +123,7 @@ TEST(CommonMaths, segments_cross_with_their_end_points) {
       {"parallel", {0, 0, 2, 2, 0, 1, 2, 3}, false, 0, 0},
       {"one line", {0.1F, 0.3F, 0.2F, 0.6F, 0.1F, 0.3F, 0.4F, 1.2F}, false, 0, 0},
       {"a point", {1, 1, 1, 1, 0, 0, 2, 2}, false, 0, 0},
-      {"far",
+      {"field",
        {49e4F, 67e5F, 490004, 6700004, 49e4F, 6700004, 490004, 67e5F},
        true,
        490002,

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "frame/companions.hpp"
@@ -57,6 +58,9 @@ class CompanionTest : public ::testing::Test {
     common_globals() = {};
     companion_makers() = built_in_makers();
   }
+
+  /// The lines since the last time.
+  std::vector<std::string> taken() { return std::exchange(lines, {}); }
 
   std::vector<std::string> lines;
   std::function<void()> sink_failure;

@@ -8,8 +8,6 @@
 namespace vqmath63 {
 namespace {
 
-constexpr float kInf = std::numeric_limits<float>::infinity();
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
 constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
 
@@ -35,16 +33,12 @@ TEST_F(LiveOilTest, factors_by_hand) {
       kOil,
       {
           {"at a saturation point", 20, 200, 1.4},
-          {"below it", 20, 14.7F, 1.4},
           {"between curves, saturated", 12.5F, 100, 1.25},  // 3/4 1.2 + 1/4 1.4
-          {"between curves, at saturation", 12.5F, 125, 1.25},
-          {"below the first curve", 5, 40, 1.1},  // t = -1/2
+          {"below the first curve", 5, 40, 1.1},            // t = -1/2
           // Psat 50: s1 = 150 gives 1.1, s2 = 250 gives 1.3.
           {"below the first curve, above saturation", 5, 100, 1.5 * 1.1 - 0.5 * 1.3},
           {"above the last curve", 50, 400, 2.0},  // t = 3/2
           // At the lower curve itself: Psat 100, s1 = 150, s2 = 250; 1.1 alone counts.
-          {"an entry of the first curve", 10, 150, 1.1},
-          {"the third entry", 10, 250, 1.06},
           {"the last entry of an inner curve", 10, 450, 1.02},
           {"between entries", 10, 200, 1.08},
           // Psat 125: s1 = 100 + 25 gives 1.15; s2 = 225: 1.4 - 25 x 0.12 / 60 = 1.35.
@@ -79,20 +73,20 @@ TEST_F(LiveOilTest, limits_of_the_searches) {
                     });
   // With a wide lower curve s1 can be past both ends that the upper search may take: s1 = 150 and
   // s2 = 30 in the upper curve 10, 20, 40, 70: no far end is >= 150.
-  const Table crossed({0, 10, 20}, {1, 3, 7}, {100, 200, 10, 20, 40, 70, 500, 600},
-                      {1, 2, 1, 2, 6, 13, 5, 5});
+  const Table crossed{
+      {0, 10, 20}, {1, 3, 7}, {100, 200, 10, 20, 40, 70, 500, 600}, {1, 2, 1, 2, 6, 13, 5, 5}};
   // At primary 5 Psat = 55. s1 = 100 + 75 - 55 = 120: 1.2. s2 = 30: chord 10..70: 1 + 20 x 0.2.
   expect_live(crossed,
               {{"no segment satisfies both tests: the chord", 5, 75, 0.5 * 1.2 + 0.5 * 5}});
 
   // The last curve of two entries has one point to search, as hosts know it.
-  const Table two({1, 2}, {1, 3}, {100, 300, 200, 400}, {2, 1, 3, 2});
+  const Table two{{1, 2}, {1, 3}, {100, 300, 200, 400}, {2, 1, 3, 2}};
   expect_live(two, {{"above the last saturation point", 2, 350, 3},
                     // Psat 150; s1 = 150 on 100..300: 1.75; the upper curve stays at 3.
                     {"half-way", 1.5F, 200, 0.5 * 1.75 + 0.5 * 3}});
 
   // One of a single entry ends before it begins: its chord goes back to the lower curve's end.
-  const Table single({1, 2}, {1, 3}, {100, 300, 200}, {2, 1, 3});
+  const Table single{{1, 2}, {1, 3}, {100, 300, 200}, {2, 1, 3}};
   // s2 = 250 is past both; slope (3 - 1) / (200 - 300) from (200, 3): 3 - 0.02 x 50.
   expect_live(single, {{"a last curve of one entry", 2, 250, 2}});
   EXPECT_TRUE(lines.empty());
@@ -129,110 +123,88 @@ TEST_F(LiveOilTest, is_continuous_where_the_curves_are_alike) {
 }
 
 TEST_F(LiveOilTest, of_one_curve_and_of_equal_primaries) {
-  const Table one({10}, {1}, {100, 200, 300, 900}, {2, 1.8F, 1.7F, 1});
+  const Table one{{10}, {1}, {100, 200, 300, 900}, {2, 1.8F, 1.7F, 1}};
   expect_live(one, {
                        {"saturated", 10, 50, 2},
-                       {"whatever the primary", 999, 100, 2},
                        {"first segment", 10, 150, 1.9},
-                       {"second segment", -5, 250, 1.75},
                        {"last but one entry", 10, 300, 1.7},
                        // 100..300 by the chord: -0.3 over 200.
                        {"beyond it, though the table goes on", 10, 500, 1.4},
                    });
   // Its start need not be 1.
-  expect_live(Table({10}, {3}, {0, 0, 100, 200, 300}, {9, 9, 2, 1, 5}),
+  expect_live({{10}, {3}, {0, 0, 100, 200, 300}, {9, 9, 2, 1, 5}},
               {{"a curve from 3", 10, 150, 1.5}});
   // Equal primaries: the lower curve alone, up to the next one's start.
-  const Table equal({10, 10, 20}, {1, 4, 7}, {100, 200, 300, 150, 250, 350, 200, 300, 400},
-                    {2, 1.8F, 1.7F, 5, 5, 5, 6, 6, 6});
+  const Table equal{{10, 10, 20},
+                    {1, 4, 7},
+                    {100, 200, 300, 150, 250, 350, 200, 300, 400},
+                    {2, 1.8F, 1.7F, 5, 5, 5, 6, 6, 6}};
   Table twins = equal;
   twins.primary = {10, 10};
   twins.curves = 2;
-  expect_live(twins, {{"saturated", 10, 90, 2},
-                      {"undersaturated", 10, 150, 1.9},
-                      {"off the value too", 99, 150, 1.9}});
+  expect_live(twins, {{"saturated", 10, 90, 2}, {"off the value too", 99, 150, 1.9}});
   // With a third curve the companion's interval is the later one.
   expect_live(equal, {{"the later of equal curves", 10, 100, 5}});
   EXPECT_TRUE(lines.empty());
 }
 
 TEST_F(LiveOilTest, bad_tables) {
-  const auto with = [](auto change) {
-    Table table = kOil;
-    change(table);
-    return table;
-  };
+  using T = Table&;
   constexpr float kBig = 3e38F;
   struct Row {
     const char* name;
-    Table table;
+    void (*change)(Table&);
     float primary, secondary;
     std::int32_t error;  // 0: a factor all the same
     float want = kOld;
-  };
-  const Row rows[] = {
-      {"a count of 0 finds no last curve", with([](Table& t) { t.curves = 0; }), 30, 90, 9},
-      {"but its inner curves", with([](Table& t) { t.curves = 0; }), 15, 90, 0, 1.3F},
-      {"a negative count", with([](Table& t) { t.curves = -5; }), 15, 90, 0, 1.3F},
-      {"a count beyond the curves", with([](Table& t) { t.curves = 9; }), 30, 90, 9},
-      {"a count of 2 reads on in the map", with([](Table& t) { t.curves = 2; }), 30, 90, 9},
-      {"no primary values", with([](Table& t) { t.primary.clear(); }), 15, 90, 9},
-      {"one where two are to bracket", with([](Table& t) { t.primary = {10}; }), 15, 90, 9},
-      {"no map", with([](Table& t) { t.map.clear(); }), 15, 90, 9},
-      {"map short", with([](Table& t) { t.map = {1}; }), 15, 90, 9},
-      {"map below the table", with([](Table& t) {
-         t.map = {0, 5, 9};
-       }),
-       15, 90, 9},
-      {"map beyond the table", with([](Table& t) {
-         t.map = {1, 13, 9};
-       }),
-       15, 90, 9},
-      {"an end beyond the table, saturated", with([](Table& t) { t.map[2] = kMost; }), 15, 90, 0,
-       1.3F},
-      {"an end beyond the table", with([](Table& t) { t.map[2] = kMost; }), 15, 350, 9},
-      {"an end of which nothing comes before", with([](Table& t) { t.map[2] = kLeast; }), 15, 350,
+  } const rows[] = {
+      {"no last curve", [](T t) { t.curves = 0; }, 30, 90, 9},
+      {"but its inner curves", [](T t) { t.curves = -5; }, 15, 90, 0, 1.3F},
+      {"a count beyond the curves", [](T t) { t.curves = 9; }, 30, 90, 9},
+      {"a count of 2 reads on in the map", [](T t) { t.curves = 2; }, 30, 90, 9},
+      {"no primary values", [](T t) { t.primary.clear(); }, 15, 90, 9},
+      {"one where two are to bracket", [](T t) { t.primary = {10}; }, 15, 90, 9},
+      {"no map", [](T t) { t.map.clear(); }, 15, 90, 9},
+      {"map below the table", [](T t) { t.map[0] = 0; }, 15, 90, 9},
+      {"map beyond the table", [](T t) { t.map[1] = 13; }, 15, 90, 9},
+      {"an end beyond it, saturated", [](T t) { t.map[2] = kMost; }, 15, 90, 0, 1.3F},
+      {"an end beyond the table", [](T t) { t.map[2] = kMost; }, 15, 350, 9},
+      {"an end of which nothing comes before", [](T t) { t.map[2] = kLeast; }, 15, 350, 6},
+      {"the like in the count of entries", [](T t) { t.entries = kLeast; }, 30, 500, 6},
+      {"entries beyond the table", [](T t) { t.entries = 14; }, 30, 500, 9},
+      {"no entries", [](T t) { t.entries = 0; }, 30, 500, 9},
+      {"no abscissae", [](T t) { t.secondary.clear(); }, 15, 90, 9},
+      {"no factors", [](T t) { t.value.clear(); }, 15, 90, 9},
+      {"abscissae short", [](T t) { t.secondary.resize(5); }, 15, 350, 9},
+      {"a saturation beyond Single", [](T t) { t.secondary[4] = kBig; }, 1000, 90, 6},
+      {"a curve wider than Single", [](T t) { t.secondary[4] = -(t.secondary[5] = kBig); }, 20, 0,
        6},
-      {"the like in the count of entries", with([](Table& t) { t.entries = kLeast; }), 30, 500, 6},
-      {"entries beyond the table", with([](Table& t) { t.entries = 14; }), 30, 500, 9},
-      {"no entries", with([](Table& t) { t.entries = 0; }), 30, 500, 9},
-      {"no abscissae", with([](Table& t) { t.secondary.clear(); }), 15, 90, 9},
-      {"no factors", with([](Table& t) { t.value.clear(); }), 15, 90, 9},
-      {"factors short", with([](Table& t) { t.value.resize(5); }), 15, 350, 9},
-      {"abscissae short", with([](Table& t) { t.secondary.resize(5); }), 15, 350, 9},
-      {"a saturation value beyond Single", with([](Table& t) { t.secondary[4] = kBig; }), 1000, 90,
-       6},
-      {"a curve wider than Single", with([](Table& t) {
-         t.secondary[4] = -kBig;
-         t.secondary[5] = kBig;
-       }),
-       20, 0, 6},
-      {"a factor beyond Single", with([](Table& t) { t.value[4] = kBig; }), 40000, 90, 6},
-      {"an infinite factor flows through", with([](Table& t) { t.value[4] = kInf; }), 15, 90, 0,
-       kInf},
-      {"where it has no weight it is invalid", with([](Table& t) { t.value[4] = kInf; }), 10, 90,
-       5},
-      {"an infinite primary value", with([](Table& t) { t.primary[0] = -kInf; }), 15, 90, 5},
-      {"an infinite data point", kOil, kInf, 90, 5},
-      {"an infinite pressure on sloping curves", kOil, 15, kInf, 0, -kInf},
+      {"a factor beyond Single", [](T t) { t.value[4] = kBig; }, 40000, 90, 6},
+      {"an infinite factor", [](T t) { t.value[4] = kInf; }, 15, 90, 0, kInf},
+      {"without weight it is invalid", [](T t) { t.value[4] = kInf; }, 10, 90, 5},
+      {"an infinite primary value", [](T t) { t.primary[0] = -kInf; }, 15, 90, 5},
+      {"an infinite pressure on sloping curves", [](T) {}, 15, kInf, 0, -kInf},
       // The search finds no segment in falling abscissae.
-      {"falling abscissae", Table({1}, {1}, {400, 300, 200, 100}, {1, 2, 3, 4}), 1, 420, 0, 0.8F},
-      {"equal abscissae", Table({1}, {1}, {100, 100, 100, 100}, {1, 2, 3, 4}), 1, 150, 0, 1},
+      {"falling",
+       [](T t) {
+         t = {{1}, {1}, {400, 300, 200, 100}, {1, 2, 3, 4}};
+       },
+       1, 420, 0, 0.8F},
+      {"equal",
+       [](T t) {
+         t = {{1}, {1}, {100, 100, 100, 100}, {1, 2, 3, 4}};
+       },
+       1, 150, 0, 1},
   };
   for (const Row& row : rows) {
-    lines.clear();
-    const Result got = live(row.table, row.primary, row.secondary);
+    Table table = kOil;
+    row.change(table);
+    const Result got = live(table, row.primary, row.secondary);
     EXPECT_EQ(got.ok, row.error == 0) << row.name;
-    if (row.error == 0 && std::isfinite(row.want)) {
-      EXPECT_NEAR(got.factor, row.want, 4e-7) << row.name;
-    } else {
-      EXPECT_EQ(got.factor, row.want) << row.name;
-    }
-    std::vector<std::string> want;
-    if (row.error != 0) {
-      want.push_back(error_line(row.error, "ztPetroleum (Code) (GetVolumeCorrectionLive)"));
-    }
-    EXPECT_EQ(lines, want) << row.name;
+    const bool close = std::fabs(got.factor - row.want) <= (row.error == 0 ? 4e-7 : 0);
+    EXPECT_TRUE(close || got.factor == row.want) << row.name << ": " << got.factor;
+    EXPECT_EQ(taken(), error_lines(row.error, "ztPetroleum (Code) (GetVolumeCorrectionLive)"))
+        << row.name;
   }
 }
 

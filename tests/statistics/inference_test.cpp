@@ -26,24 +26,15 @@ TEST_F(InferenceTest, chi_squared_of_counts) {
     std::int32_t constraints;
     float want;
     double probability;
-  };
-  const Row rows[] = {
+  } const rows[] = {
       // Two degrees of freedom: exp(-chi^2 / 2). One: erfc(sqrt(chi^2 / 2)).
-      {"three bins", false, {8, 12, 4}, {8, 8, 8}, 1, 4, std::exp(-2.0)},
       {"unequal expectations", false, {10, 6, 4}, {4, 8, 8}, 1, 11.5F, std::exp(-5.75)},
       {"no constraint adds one", false, {9, 7}, {8, 8}, 0, 0.25F, std::exp(-0.125)},
       {"one degree of freedom", false, {9, 7}, {8, 8}, 1, 0.25F, std::erfc(std::sqrt(0.125))},
       {"far tail, no cancellation", false, {208, 8, 8}, {8, 8, 8}, 1, 5000, 0},
       {"deep tail", false, {24, 8, 8}, {8, 8, 8}, 1, 32, std::exp(-16.0)},
       {"exact agreement", false, {3, 5}, {3, 5}, 0, 0, 1},
-      {"two sets", true, {6, 10, 4}, {2, 6, 12}, 1, 7, std::exp(-3.5)},
-      {"an empty bin takes a degree of freedom",
-       true,
-       {6, 0, 10, 4},
-       {2, 0, 6, 12},
-       1,
-       7,
-       std::exp(-3.5)},
+      {"an empty bin is none", true, {6, 0, 10, 4}, {2, 0, 6, 12}, 1, 7, std::exp(-3.5)},
       {"a bin empty in one set", true, {6, 0, 3}, {2, 4, 3}, 1, 6, std::exp(-3.0)},
   };
   for (const Row& row : rows) {
@@ -65,20 +56,14 @@ TEST_F(InferenceTest, t_test_of_two_samples) {
     const char* name;
     std::vector<float> x, y;
     double t, probability;
-  };
-  const Row rows[] = {
+  } const rows[] = {
       // Two degrees of freedom: 1 - t / sqrt(t^2 + 2).
       {"two and two", {1, 3}, {4, 8}, -4 / std::sqrt(5.0), 1 - 4 / std::sqrt(26.0)},
-      {"three and one", {1, 2, 3}, {6}, -4 / std::sqrt(4.0 / 3), 1 - 4 / std::sqrt(16 + 8.0 / 3)},
+      {"one and three", {6}, {1, 2, 3}, 4 / std::sqrt(4.0 / 3), 1 - 4 / std::sqrt(16 + 8.0 / 3)},
       // One: 1 - (2 / pi) atan |t|.
       {"two and one", {0, 2}, {4}, -3 / std::sqrt(3.0), 1.0 / 3},
       {"equal means", {1, 3}, {0, 4}, 0, 1},
       {"a large offset", {16777210, 16777214}, {16777208, 16777208}, 2, 1 - 2 / std::sqrt(6.0)},
-      {"y has more samples",
-       {6},
-       {1, 2, 3},
-       4 / std::sqrt(4.0 / 3),
-       1 - 4 / std::sqrt(16 + 8.0 / 3)},
   };
   for (const Row& row : rows) {
     A x = samples(row.x, -1), y = samples(row.y);
@@ -129,8 +114,7 @@ TEST_F(InferenceTest, failures_change_nothing) {
     std::int32_t constraints;
     double level;
     const char* numbers[4];  // of ChiSquared, Chi2Squared, t_Test, the interval of x
-  };
-  const Row rows[] = {
+  } const rows[] = {
       {"no degree of freedom", {4}, {4}, 1, 0.5, {"5", "5", "5", "5"}},
       {"constraints beyond the bins", {1, 2}, {2, 2}, 2147483647, 0.5, {"5", "5", "", ""}},
       {"expected zero", {1, 2, 3}, {1, 0, 1}, 0, 0.0, {"5", "", "", "5"}},
@@ -148,7 +132,6 @@ TEST_F(InferenceTest, failures_change_nothing) {
     double level = row.level;
     const char* const names[] = {"ChiSquared", "Chi2Squared", "t_Test", "ConfidenceInterval"};
     for (int k = 0; k < 4; ++k) {
-      lines.clear();
       float first = -5, second = -6;
       const bool wanted = *row.numbers[k] == '\0';
       bool ok = !wanted;
@@ -157,15 +140,16 @@ TEST_F(InferenceTest, failures_change_nothing) {
       if (k == 2) z.t_Test(x, y, first, second, ok);
       if (k == 3) z.ConfidenceInterval(x, level, first, second, ok);
       EXPECT_EQ(ok, wanted) << row.name << ' ' << names[k];
-      EXPECT_EQ(numbers_of(lines), row.numbers[k]) << row.name << ' ' << names[k];
-      if (wanted) continue;
+      if (wanted) {
+        EXPECT_TRUE(lines.empty()) << row.name << ' ' << names[k];
+        continue;
+      }
+      const std::int32_t number = std::stoi(row.numbers[k]);
       EXPECT_TRUE(first == -5 && second == -6) << row.name << ' ' << names[k];
-      EXPECT_EQ(lines[0], error_line(std::stoi(row.numbers[k]), "ztStatistics", names[k]));
+      EXPECT_EQ(taken(), lines_of(number, {names[k]})) << row.name;
       if (k != 3) continue;
-      lines.clear();
       EXPECT_EQ(z.ConfidenceLimit(x, level), 0.0F) << row.name;
-      EXPECT_EQ(lines, std::vector{error_line(std::stoi(row.numbers[k]), "ztStatistics",
-                                              "ConfidenceLimit")});
+      EXPECT_EQ(taken(), lines_of(number, {"ConfidenceLimit"}));
     }
   }
 }

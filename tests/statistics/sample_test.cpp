@@ -29,20 +29,11 @@ TEST_F(SampleTest, counts_worked_by_hand) {
     std::int32_t bins;
     Values centres, counts;
     Values limits = {};
-  };
-  const Row rows[] = {
+  } const rows[] = {
       {"a bin holds its lower edge, the last both", {0, 1, 2, 3, 4}, 2, {1, 3}, {2, 3}},
-      {"one bin", {-2, 5, 6}, 1, {2}, {3}},
       {"all equal: first bin, width 0", {7, 7, 7}, 3, {7, 7, 7}, {3, 0, 0}},
-      {"one sample", {7}, 2, {7, 7}, {1, 0}},
       {"NaN is not counted, nor a limit", {kNaN, 1, kNaN, 3, 2}, 2, {1.5F, 2.5F}, {1, 2}},
-      {"limits leave samples out",
-       {-1, 0, 4.5F, 9, 9.5F, kInf, -kInf},
-       3,
-       {1.5F, 4.5F, 7.5F},
-       {1, 1, 1},
-       {0, 9}},
-      {"nothing inside", {5, 6}, 2, {0.25F, 0.75F}, {0, 0}, {0, 1}},
+      {"limits", {-1, 0, 4.5F, 9, 9.5F, kInf, -kInf}, 2, {2.25F, 6.75F}, {1, 2}, {0, 9}},
       {"NaN only, but limits", {kNaN}, 1, {0.5F}, {0}, {0, 1}},
       {"the whole range of Singles", {-3e38F, 0, 3e38F}, 2, {-1.5e38F, 1.5e38F}, {1, 2}},
       {"edges of tenths",
@@ -81,10 +72,11 @@ TEST_F(SampleTest, every_edge_belongs_to_the_bin_above_it) {
     const std::int32_t bins = 1 + static_cast<std::int32_t>(random() % 1000);
     const float width = std::ldexp(1.0F + 2.0F * static_cast<float>(random() % 50), -6);
     const float first = width * (static_cast<float>(random() % 2001) - 1000.5F);
-    std::vector<float> edges;
-    for (std::int32_t k = 0; k <= bins; ++k) edges.push_back(first + width * static_cast<float>(k));
-    std::vector<float> below;
-    for (const float edge : edges) below.push_back(std::nextafter(edge, -kInf));
+    Values edges, below;
+    for (std::int32_t k = 0; k <= bins; ++k) {
+      edges.push_back(first + width * static_cast<float>(k));
+      below.push_back(std::nextafter(edges.back(), -kInf));
+    }
     ASSERT_TRUE(set(edges.front(), edges.back()));
     A x = samples(edges), y = samples(below), centres, counts;
     std::int32_t n = bins;
@@ -118,25 +110,20 @@ TEST_F(SampleTest, failures_leave_the_arrays) {
     A x;
     std::int32_t bins;
     std::int32_t number;
-  };
-  const Row rows[] = {
+  } const rows[] = {
       {"unallocated", {}, 3, 9},
-      {"no sample", A(0, 0), 3, 9},
       {"no element 1", A(2, 4), 3, 9},
       {"no bin", samples({1, 2}), 0, 5},
-      {"negative", samples({1, 2}), -2147483647, 5},
       {"nothing but NaN", samples({kNaN, kNaN}), 3, 5},
       {"an infinite limit", samples({1, kInf}), 3, 5},
-      {"both infinite", samples({-kInf, kInf}), 3, 5},
   };
   for (const Row& row : rows) {
-    lines.clear();
     A x = row.x, centres = samples({5}), counts = samples({6});
     std::int32_t bins = row.bins;
     bool ok = true;
     z.BinVector(x, bins, centres, counts, ok);
     EXPECT_FALSE(ok) << row.name;
-    EXPECT_EQ(lines, std::vector{error_line(row.number, "ztAnalyse - Sample", "BinVector")})
+    EXPECT_EQ(taken(), std::vector{error_line(row.number, "ztAnalyse - Sample", "BinVector")})
         << row.name;
     EXPECT_EQ(contents(centres), Values{5}) << row.name;
     EXPECT_EQ(contents(counts), Values{6}) << row.name;

@@ -38,6 +38,16 @@ inline std::string error_line(std::int32_t number, const std::string& module,
          module + " (Code) (" + routine + ")] ";
 }
 
+/// The lines of one number in routines of the usual module, in order.
+inline std::vector<std::string> lines_of(std::int32_t number,
+                                         const std::vector<std::string>& routines) {
+  std::vector<std::string> lines;
+  for (const std::string& routine : routines) {
+    lines.push_back(error_line(number, "ztStatistics", routine));
+  }
+  return lines;
+}
+
 /// The numbers of error lines, in order, such as "9 5".
 inline std::string numbers_of(const std::vector<std::string>& lines) {
   std::string numbers;
