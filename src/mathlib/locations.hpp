@@ -84,4 +84,15 @@ inline constexpr Location kJbn{kModule, "Jbn"};
 inline constexpr Location kKbn{kModule, "Kbn"};
 inline constexpr Location kYbn{kModule, "Ybn"};
 
+// Geometry: most name the module by an older word.
+inline constexpr std::string_view kLineModule = "sMathLib";
+inline constexpr Location kPoint_In_Polygon{kModule, "Point_In_Polygon"};
+inline constexpr Location kLineIntersect{kModule, "LineIntersect"};
+inline constexpr Location kLineCrossPoint{kLineModule, "LineCrossPoint"};
+inline constexpr Location kGetPointOnLine{kLineModule, "GetPointOnLine"};
+inline constexpr Location kPoint_In_Cube{kLineModule, "Point_In_Cube"};
+inline constexpr Location kPoints_In_Cube{kLineModule, "Points_In_Cube"};
+inline constexpr Location kPoints_In_CubeIndex{kLineModule, "Points_In_CubeIndex"};
+inline constexpr Location kLine_Through_Cube{kLineModule, "Line_Through_Cube"};
+
 }  // namespace vqmath63::locations

@@ -1,8 +1,10 @@
-// ztMathLib: elementary and special functions and tolerant arithmetic.
+// ztMathLib: elementary and special functions, tolerant arithmetic and geometry.
 #pragma once
 
 #include <cstdint>
 #include <string>
+
+#include "frame/array.hpp"
 
 namespace vqmath63 {
 
@@ -199,6 +201,47 @@ class ztMathLib {
   double Jbn(std::int32_t n, double X) const;
   double Kbn(std::int32_t n, double X) const;
   double Ybn(std::int32_t n, double X) const;
+
+  // Plane geometry. Coordinates share one unit; arrays are read from index 1 to their upper bound.
+
+  /// PointInPolygon (geometry/polygon.hpp) of (x0, y0) and the vertices (X(i), Y(i)), in about
+  /// a nanosecond a vertex. False for X and Y of unequal upper bounds.
+  bool Point_In_Polygon(float& x0, float& y0, Array1<float>& X, Array1<float>& Y) const;
+  /// Where segment i meets segment j. The ranges of X and Y must meet exactly, and the parameter of
+  /// each segment (1 at its first point, 0 at its second) be from -1e-8 to 1: so a crossing just
+  /// beyond a second end point counts, one just beyond a first does not. Parallel ones (determinant
+  /// below 1e-10) do not cross. Without a crossing qInt is false, xi and yi are 0.
+  void LineIntersect(float& x1i, float& y1i, float& x2i, float& y2i, float& x1j, float& y1j,
+                     float& x2j, float& y2j, float& xi, float& yi, bool& qInt) const;
+  /// The same by the shared maths companion's SegmentCrossPoint.
+  void LineCrossPoint(float& x1i, float& y1i, float& x2i, float& y2i, float& x1j, float& y1j,
+                      float& x2j, float& y2j, float& xi, float& yi, bool& qInt) const;
+  /// Where the line from (x1, y1, Z1) to (x2, y2, z2) is at the level PtZ; with qBetweenPoints only
+  /// between its ends, these included. A level line has no such point (qOK false), a single point
+  /// is one for every level.
+  void GetPointOnLine(float& x1, float& y1, float& Z1, float& x2, float& y2, float& z2, float& PtZ,
+                      bool& qBetweenPoints, float& PtX, float& PtY, bool& qOK) const;
+
+  // Cells, given by the corners of their top and bottom: geometry/cell.hpp.
+
+  /// Whether the point is inside the cell; false for corner arrays of the wrong shape too.
+  bool Point_In_Cube(float& x0, float& y0, float& z0, Array2<float>& sTopFace,
+                     Array2<float>& sBottomFace) const;
+  /// Which of the points (X(i), Y(i), Z(i)) are inside the cell: PointsInCube.
+  void Points_In_Cube(Array1<float>& X, Array1<float>& Y, Array1<float>& Z, Array2<float>& sTopFace,
+                      Array2<float>& sBottomFace, Array1<Boolean>& qInCube, bool& qOK) const;
+  /// The same, with the indices of the points inside and their number.
+  void Points_In_CubeIndex(Array1<float>& X, Array1<float>& Y, Array1<float>& Z,
+                           Array2<float>& sTopFace, Array2<float>& sBottomFace,
+                           std::int32_t& NumPoints, Array1<std::int32_t>& PointsIndex,
+                           Array1<Boolean>& qInCube, bool& qOK) const;
+  /// Where the segment from (X(1), Y(1), Z(1)) to (X(2), Y(2), Z(2)) meets the cell's surface:
+  /// sIntersectionPoints (1 to 3, 1 to number of crossings), in the order of the cell's triangles;
+  /// as it was when there is none. qInCube tells whether there is one, not whether an end is
+  /// inside.
+  void Line_Through_Cube(Array1<float>& X, Array1<float>& Y, Array1<float>& Z,
+                         Array2<float>& sTopFace, Array2<float>& sBottomFace, bool& qInCube,
+                         Array2<float>& sIntersectionPoints, bool& qOK) const;
 };
 
 /// The arc cosine behind ztMathLib::acos, a module routine with a trap of its own.

@@ -11,7 +11,7 @@ using automation::method;
 using automation::optional_arg;
 
 inline constexpr auto kMathLib = automation::table<ztMathLib>(
-    "ztMathLib", "Elementary and special functions and tolerant arithmetic.",
+    "ztMathLib", "Elementary and special functions, tolerant arithmetic and geometry.",
     {0x47F5A912, 0x841C, 0x4CBA, {0x9D, 0xAE, 0x4A, 0x7B, 0xC1, 0x7D, 0x07, 0xEC}},
     {0x5680D313, 0x79A1, 0x416B, {0xBA, 0xFE, 0x9E, 0x0C, 0x37, 0x87, 0xBA, 0x08}},
     method<&ztMathLib::angle>(
@@ -168,6 +168,40 @@ inline constexpr auto kMathLib = automation::table<ztMathLib>(
         arg("n"), arg("X")),
     method<&ztMathLib::Ybn>(74, "Ybn",
                             "Bessel function Y of order n, 0 or more; 1e308 unless X is positive.",
-                            arg("n"), arg("X")));
+                            arg("n"), arg("X")),
+    method<&ztMathLib::Point_In_Polygon>(
+        75, "Point_In_Polygon",
+        "Whether (x0, y0) is inside the polygon, given open or closed; of a box's edges the left "
+        "and the upper one belong to it.",
+        arg("x0"), arg("y0"), arg("X"), arg("Y")),
+    method<&ztMathLib::LineIntersect>(
+        76, "LineIntersect", "Crossing (xi, yi) of segments i and j, and whether there is one.",
+        arg("x1i"), arg("y1i"), arg("x2i"), arg("y2i"), arg("x1j"), arg("y1j"), arg("x2j"),
+        arg("y2j"), arg("xi"), arg("yi"), arg("qInt")),
+    method<&ztMathLib::LineCrossPoint>(
+        77, "LineCrossPoint", "The same as LineIntersect, by the mathematical companion.",
+        arg("x1i"), arg("y1i"), arg("x2i"), arg("y2i"), arg("x1j"), arg("y1j"), arg("x2j"),
+        arg("y2j"), arg("xi"), arg("yi"), arg("qInt")),
+    method<&ztMathLib::GetPointOnLine>(
+        78, "GetPointOnLine", "PtX and PtY where the line reaches the level PtZ.", arg("x1"),
+        arg("y1"), arg("Z1"), arg("x2"), arg("y2"), arg("z2"), arg("PtZ"), arg("qBetweenPoints"),
+        arg("PtX"), arg("PtY"), arg("qOK")),
+    method<&ztMathLib::Point_In_Cube>(
+        79, "Point_In_Cube",
+        "Whether a point is inside a cell; corner arrays are (coordinate 1 to 3, corner 1 to 4).",
+        arg("x0"), arg("y0"), arg("z0"), arg("sTopFace"), arg("sBottomFace")),
+    method<&ztMathLib::Points_In_Cube>(80, "Points_In_Cube", "Which points are inside a cell.",
+                                       arg("X"), arg("Y"), arg("Z"), arg("sTopFace"),
+                                       arg("sBottomFace"), arg("qInCube"), arg("qOK")),
+    method<&ztMathLib::Points_In_CubeIndex>(
+        81, "Points_In_CubeIndex", "Which points are inside a cell, their indices and number.",
+        arg("X"), arg("Y"), arg("Z"), arg("sTopFace"), arg("sBottomFace"), arg("NumPoints"),
+        arg("PointsIndex"), arg("qInCube"), arg("qOK")),
+    method<&ztMathLib::Line_Through_Cube>(
+        82, "Line_Through_Cube",
+        "Where a segment meets a cell's surface, (coordinate, crossing); qInCube tells whether it "
+        "does.",
+        arg("X"), arg("Y"), arg("Z"), arg("sTopFace"), arg("sBottomFace"), arg("qInCube"),
+        arg("sIntersectionPoints"), arg("qOK")));
 
 }  // namespace vqmath63::members

@@ -344,6 +344,102 @@ TEST(ClassesTest, functions_by_name) {
   EXPECT_GE(rows, 19);
 }
 
+TEST(ClassesTest, plane_geometry_by_name) {
+  const Instance<IDispatch> object(u"vq140Analyse.ztMathLib", IID_IDispatch);
+  const auto numbers = [](const std::string& name) { return cases().numbers(name); };
+  int rows = 0;
+  for (const std::string& name : cases().words("polygon.cases")) {
+    const Value x = array(VT_R4, 1, numbers(name + ".x")),
+                y = array(VT_R8, 1, numbers(name + ".y"));
+    const auto points = numbers(name + ".points");
+    const auto inside = numbers(name + ".inside");
+    for (std::size_t i = 0; i < inside.size(); ++i, ++rows) {
+      const Value x0 = r4(static_cast<float>(points.at(2 * i)));
+      const Value y0 = r4(static_cast<float>(points.at(2 * i + 1)));
+      const Answer answer = call(object.object, u"point_in_POLYGON", {x0.v, y0.v, x.v, y.v});
+      EXPECT_EQ(shown(answer.result.v), shown(boolean(inside[i] == 1.0).v)) << name << i;
+    }
+  }
+  for (const char* kind : {"segments.cases", "levels.cases"}) {
+    const bool crossing = kind[0] == 's';
+    for (const std::string& name : cases().words(kind)) {
+      std::vector<Value> given;
+      for (const double n : numbers(name + (crossing ? ".ends" : ".line"))) {
+        given.push_back(r4(static_cast<float>(n)));
+      }
+      std::vector<double> want{0, -7, -7};
+      if (cases().has(name + ".result")) want = numbers(name + ".result");
+      if (want.size() == 2) want.insert(want.begin(), 1.0);
+      const Sent x(r4(-7), kVariant), y(r4(-7), kByRef), ok(empty(), kVariant);
+      std::vector<VARIANT> sent;
+      for (const Value& value : given) sent.push_back(value.v);
+      sent.insert(sent.end(), {x.variant, y.variant, ok.variant});
+      EXPECT_EQ(call(object.object, crossing ? u"LineIntersect" : u"GetPointOnLine", sent).hr,
+                S_OK);
+      EXPECT_EQ(shown(ok.variable.v), shown(boolean(want.at(0) == 1.0).v)) << name;
+      expect_numbers({x.variable.v.fltVal, y.variable.v.fltVal}, {want.at(1), want.at(2)}, name);
+      ++rows;
+    }
+  }
+  EXPECT_GE(rows, 22);
+}
+
+TEST(ClassesTest, cells_by_name) {
+  const Instance<IDispatch> object(u"vq140Analyse.ztMathLib", IID_IDispatch);
+  const auto numbers = [](const std::string& name) { return cases().numbers(name); };
+  const Value want_flags = array(VT_BOOL, 1, numbers("cell.inside"));
+  const Value want_index = array(VT_I4, 1, numbers("cell.index"));
+  const auto inside = numbers("cell.inside");
+  int rows = 0;
+  for (const VARTYPE element : {VT_R4, VT_R8, VT_VARIANT}) {
+    const Sent top(table(element, numbers("cell.top"), 4), kByRef);
+    const Sent bottom(table(element, numbers("cell.bottom"), 4), kVariant);
+    const Sent x(array(element, 1, numbers("cell.x")), kByRef);
+    const Sent y(array(element, 1, numbers("cell.y")), kByValue);
+    const Sent z(array(element, 1, numbers("cell.z")), kVariant);
+    const Sent count(empty(), kVariant), index(empty(), kVariant), flags(empty(), kVariant);
+    const Sent ok(boolean(false), kByRef);
+    EXPECT_EQ(call(object.object, u"Points_In_CubeIndex",
+                   {x.variant, y.variant, z.variant, top.variant, bottom.variant, count.variant,
+                    index.variant, flags.variant, ok.variant})
+                  .hr,
+              S_OK);
+    EXPECT_EQ(ok.variable.v.boolVal, VARIANT_TRUE);
+    EXPECT_EQ(shown(count.variable.v), shown(i4(2).v));
+    EXPECT_EQ(listed(index.variable.v), listed(want_index.v));
+    EXPECT_EQ(listed(flags.variable.v), listed(want_flags.v));
+    for (std::size_t i = 0; i < inside.size(); ++i) {
+      const Value at[] = {r4(static_cast<float>(numbers("cell.x").at(i))),
+                          r4(static_cast<float>(numbers("cell.y").at(i))),
+                          r4(static_cast<float>(numbers("cell.z").at(i)))};
+      const Answer answer = call(object.object, u"Point_In_Cube",
+                                 {at[0].v, at[1].v, at[2].v, top.variant, bottom.variant});
+      EXPECT_EQ(shown(answer.result.v), shown(boolean(inside[i] == 1.0).v)) << i;
+    }
+    for (const std::string& name : cases().words("crossing.cases")) {
+      const auto s = numbers(name + ".segment");
+      const bool meets = cases().has(name + ".crossings");
+      const Value ends[] = {array(element, 1, {s.at(0), s.at(3)}),
+                            array(element, 1, {s.at(1), s.at(4)}),
+                            array(element, 1, {s.at(2), s.at(5)})};
+      const Sent met(boolean(!meets), kByRef), points(empty(), kVariant);
+      EXPECT_EQ(call(object.object, u"LINE_through_cube",
+                     {ends[0].v, ends[1].v, ends[2].v, top.variant, bottom.variant, met.variant,
+                      points.variant, ok.variant})
+                    .hr,
+                S_OK);
+      EXPECT_EQ(ok.variable.v.boolVal, VARIANT_TRUE) << name;
+      EXPECT_EQ(shown(met.variable.v), shown(boolean(meets).v)) << name;
+      const auto want = meets ? numbers(name + ".crossings") : std::vector<double>{};
+      EXPECT_EQ(listed(points.variable.v),
+                meets ? listed(table(VT_R4, want, want.size() / 3).v) : "none")
+          << name;
+      ++rows;
+    }
+  }
+  EXPECT_GE(rows, 9);
+}
+
 TEST(ClassesTest, bad_samples_by_name) {
   const Instance<IDispatch> object(u"vq140Analyse.ztStatistics", IID_IDispatch);
   const double nan = std::numeric_limits<double>::quiet_NaN();

@@ -272,6 +272,77 @@ function mathLibCases(expected) {
   }
 }
 
+function geometryCases(expected) {
+  var functions = new ActiveXObject("vq140Analyse.ztMathLib");
+  var names = expected["polygon.cases"];
+  var v, i, c, name, wanted;
+  for (c = 0; c < names.length; ++c) {
+    name = names[c];
+    v = samples(expected[name + ".points"]);
+    wanted = expected[name + ".inside"];
+    for (i = 0; i < wanted.length; ++i) {
+      check(name + " " + i,
+            functions.Point_In_Polygon(v[2 * i + 1], v[2 * i + 2], samples(expected[name + ".x"]),
+                                       samples(expected[name + ".y"])) === (wanted[i] === "1"));
+    }
+  }
+  var x = {value: 7};
+  var y = {value: 7};
+  var q = {value: 0};
+  names = expected["segments.cases"];
+  for (c = 0; c < names.length; ++c) {
+    name = names[c];
+    v = samples(expected[name + ".ends"]);
+    functions.LineIntersect(v[1], v[2], v[3], v[4], v[5], v[6], v[7], v[8], x, y, q);
+    check(name + ": crosses", q.value === (expected[name + ".result"][0] === "1"));
+    checkNumbers(name, [0, x.value, y.value], expected[name + ".result"].slice(1));
+  }
+  names = expected["levels.cases"];
+  for (c = 0; c < names.length; ++c) {
+    name = names[c];
+    v = samples(expected[name + ".line"]);
+    wanted = expected[name + ".result"];
+    x.value = y.value = -77;
+    functions.GetPointOnLine(v[1], v[2], v[3], v[4], v[5], v[6], v[7], v[8] === 1, x, y, q);
+    check(name + ": a point", q.value === !!wanted);
+    checkNumbers(name, [0, x.value, y.value], wanted || [-77, -77]);
+  }
+  var top = rows(expected["cell.top"], 4);
+  var bottom = rows(expected["cell.bottom"], 4);
+  var count = {value: -1};
+  var index = [];
+  var inside = [];
+  functions.Points_In_CubeIndex(samples(expected["cell.x"]), samples(expected["cell.y"]),
+                                samples(expected["cell.z"]), top, bottom, count, index, inside, q);
+  check("cell: points found", q.value === true && count.value === expected["cell.index"].length);
+  checkNumbers("cell.index", index, expected["cell.index"]);
+  wanted = expected["cell.inside"];
+  check("cell: a flag each", inside.length === wanted.length + 1);
+  for (i = 0; i < wanted.length; ++i) {
+    check("cell: flag " + i, inside[i + 1] === (wanted[i] === "1"));
+    check("cell: point " + i,
+          functions.Point_In_Cube(Number(expected["cell.x"][i]), Number(expected["cell.y"][i]),
+                                  Number(expected["cell.z"][i]), top, bottom) === inside[i + 1]);
+  }
+  names = expected["crossing.cases"];
+  for (c = 0; c < names.length; ++c) {
+    name = names[c];
+    v = samples(expected[name + ".segment"]);
+    wanted = expected[name + ".crossings"];
+    var found = [];
+    q = {value: 0};
+    var meets = {value: 0};
+    functions.Line_Through_Cube([9, v[1], v[4]], [9, v[2], v[5]], [9, v[3], v[6]], top, bottom,
+                                meets, found, q);
+    check(name + ": done", q.value === true && meets.value === !!wanted);
+    check(name + ": rows", found.length === (wanted ? 4 : 0));
+    for (i = 1; i < found.length; ++i) {
+      var m = wanted.length / 3;
+      checkNumbers(name + "[" + i + "]", found[i], wanted.slice((i - 1) * m, i * m));
+    }
+  }
+}
+
 function scalarsAndErrors() {
   var info = new ActiveXObject("vq140Analyse.ztAnalyseInfo");
   var log = {value: ""};
@@ -306,6 +377,7 @@ regressionCases(table);
 derivativeCases(table);
 petroleumCases(table);
 mathLibCases(table);
+geometryCases(table);
 scalarsAndErrors();
 WScript.Echo("checks " + checks);
 WScript.Echo("failures " + failures);

@@ -334,6 +334,82 @@ Sub MathLibCases()
   Check "an optional argument", f.ArithmeticDiff(3, 1) = 2 And f.ArithmeticDiff(3, 1, 0.5) = 2
 End Sub
 
+Sub GeometryCases()
+  Dim f, name, v, wanted, x, y, z, top, bottom, q, ok, xi, yi, count, index, inside, found, i, j
+  Set f = CreateObject("vq140Analyse.ztMathLib")
+  For Each name In expected("polygon.cases")
+    v = Samples(name & ".points")
+    wanted = Samples(name & ".inside")
+    For i = 1 To UBound(wanted)
+      q = f.Point_In_Polygon(v(2 * i - 1), v(2 * i), Samples(name & ".x"), Samples(name & ".y"))
+      Check name & " " & i, VarType(q) = 11 And q = CBool(wanted(i))
+    Next
+  Next
+  For Each name In expected("segments.cases")
+    v = Samples(name & ".ends")
+    wanted = Samples(name & ".result")
+    xi = Empty
+    yi = Empty
+    q = Empty
+    f.LineIntersect v(1), v(2), v(3), v(4), v(5), v(6), v(7), v(8), xi, yi, q
+    Check name & ": crosses " & q, VarType(q) = 11 And q = CBool(wanted(1))
+    CheckNumber name & ": x", xi, wanted(2)
+    CheckNumber name & ": y", yi, wanted(3)
+  Next
+  For Each name In expected("levels.cases")
+    v = Samples(name & ".line")
+    xi = CSng(-77)
+    yi = CSng(-77)
+    wanted = Array(0, -77, -77)
+    If expected.Exists(name & ".result") Then wanted = Samples(name & ".result")
+    f.GetPointOnLine v(1), v(2), v(3), v(4), v(5), v(6), v(7), CBool(v(8)), xi, yi, ok
+    Check name & ": a point " & ok, VarType(ok) = 11 And ok = expected.Exists(name & ".result")
+    CheckNumber name & ": x", xi, wanted(1)
+    CheckNumber name & ": y", yi, wanted(2)
+  Next
+  top = Rows("cell.top", 4)
+  bottom = Rows("cell.bottom", 4)
+  x = Samples("cell.x")
+  y = Samples("cell.y")
+  z = Samples("cell.z")
+  wanted = Samples("cell.inside")
+  For i = 1 To UBound(wanted)
+    Check "cell: point " & i, f.Point_In_Cube(x(i), y(i), z(i), top, bottom) = CBool(wanted(i))
+  Next
+  ok = Empty
+  f.Points_In_CubeIndex x, y, z, top, bottom, count, index, inside, ok
+  Check "cell: points found", VarType(ok) = 11 And ok
+  Check "cell: " & count & " inside", VarType(count) = 3 And count = UBound(Samples("cell.index"))
+  CheckNumbers "cell.index", index, Samples("cell.index")
+  For i = 1 To UBound(wanted)
+    Check "cell: flag " & i, VarType(inside(i)) = 11 And inside(i) = CBool(wanted(i))
+  Next
+  Check "cell: element 0 and corner 0 are not touched", x(0) = 1E+30 And IsEmpty(top(0, 0))
+  For Each name In expected("crossing.cases")
+    v = Samples(name & ".segment")
+    found = Empty
+    q = Empty
+    ok = Empty
+    f.Line_Through_Cube Array(9, v(1), v(4)), Array(9, v(2), v(5)), Array(9, v(3), v(6)), top, _
+                        bottom, q, found, ok
+    Check name & ": done", VarType(ok) = 11 And ok
+    Check name & ": meets the surface " & q, q = expected.Exists(name & ".crossings")
+    If q Then
+      wanted = Rows(name & ".crossings", UBound(found, 2))
+      Check name & ": coordinates and crossings", UBound(found, 1) = 3 And UBound(wanted, 1) = 3
+      For i = 1 To 3
+        For j = 1 To UBound(found, 2)
+          CheckNumber name & "(" & i & ", " & j & ")", found(i, j), wanted(i, j)
+        Next
+      Next
+    Else
+      Check name & ": no crossings", IsEmpty(found)
+    End If
+  Next
+  top = Rows("cell.top", 6)
+  Check "other corner counts are no cell", Not f.Point_In_Cube(7, 2, 3, top, bottom)
+End Sub
+
 ' What goes wrong inside a routine is no error of the script: flags are False, results 0.
 Sub BadSamples()
   Dim statistics, sample, x, y, ok, count, kept
@@ -473,6 +549,7 @@ RegressionCases
 DerivativeCases
 PetroleumCases
 MathLibCases
+GeometryCases
 BadSamples
 Properties
 VersionAndLog

@@ -157,7 +157,7 @@ struct ClassRow {
 };
 
 inline const ClassRow kClasses[] = {
-    {"ztMathLib", CLSID_ztMathLib, IID__ztMathLib, 74},
+    {"ztMathLib", CLSID_ztMathLib, IID__ztMathLib, 82},
     {"ztRegression", CLSID_ztRegression, IID__ztRegression, 7},
     {"ztDifferentiate", CLSID_ztDifferentiate, IID__ztDifferentiate, 4},
     {"ztPetroleum", CLSID_ztPetroleum, IID__ztPetroleum, 3},

@@ -198,6 +198,117 @@ void mathlib_cases(const Expected& expected) {
   checks.number(got, std::stod(words.at(3)), "Jbn");
 }
 
+void plane_cases(const Expected& expected) {
+  Holder<_ztMathLib> functions;
+  create(CLSID_ztMathLib, functions);
+  for (const std::string& name : expected.words("polygon.cases")) {
+    HostArray x(expected.numbers(name + ".x"), 1);
+    HostArray y(expected.numbers(name + ".y"), 1);
+    const auto points = expected.numbers(name + ".points");
+    const auto inside = expected.numbers(name + ".inside");
+    for (std::size_t i = 0; i < inside.size(); ++i) {
+      auto x0 = static_cast<float>(points.at(2 * i));
+      auto y0 = static_cast<float>(points.at(2 * i + 1));
+      VARIANT_BOOL got = 0x5555;
+      checks.result(functions->Point_In_Polygon(&x0, &y0, &x.array, &y.array, &got), S_OK, name);
+      checks.that(got == (inside[i] == 1.0 ? VARIANT_TRUE : VARIANT_FALSE),
+                  name + " " + std::to_string(i));
+    }
+  }
+  for (const std::string& name : expected.words("segments.cases")) {
+    const auto ends = expected.numbers(name + ".ends");
+    const auto wanted = expected.numbers(name + ".result");
+    std::vector<float> v(ends.begin(), ends.end());
+    float x = NAN;
+    float y = NAN;
+    VARIANT_BOOL crosses = 0x5555;
+    checks.result(functions->LineIntersect(&v[0], &v[1], &v[2], &v[3], &v[4], &v[5], &v[6], &v[7],
+                                           &x, &y, &crosses),
+                  S_OK, name);
+    checks.that(crosses == (wanted.at(0) == 1.0 ? VARIANT_TRUE : VARIANT_FALSE), name);
+    checks.number(static_cast<double>(x), wanted.at(1), name + " x");
+    checks.number(static_cast<double>(y), wanted.at(2), name + " y");
+  }
+  for (const std::string& name : expected.words("levels.cases")) {
+    const auto line = expected.numbers(name + ".line");
+    std::vector<float> v(line.begin(), line.end());
+    VARIANT_BOOL between = v.at(7) != 0.0F ? VARIANT_TRUE : VARIANT_FALSE;
+    float x = -77;
+    float y = -77;
+    VARIANT_BOOL ok = 0x5555;
+    checks.result(functions->GetPointOnLine(&v[0], &v[1], &v[2], &v[3], &v[4], &v[5], &v[6],
+                                            &between, &x, &y, &ok),
+                  S_OK, name);
+    const bool found = expected.has(name + ".result");
+    const auto wanted =
+        found ? expected.numbers(name + ".result") : std::vector<double>{-77.0, -77.0};
+    checks.that(ok == (found ? VARIANT_TRUE : VARIANT_FALSE), name);
+    checks.number(static_cast<double>(x), wanted.at(0), name + " x");
+    checks.number(static_cast<double>(y), wanted.at(1), name + " y");
+  }
+}
+
+void cell_cases(const Expected& expected) {
+  Holder<_ztMathLib> functions;
+  create(CLSID_ztMathLib, functions);
+  HostArray top(expected.numbers("cell.top"), 1, 4);
+  HostArray bottom(expected.numbers("cell.bottom"), 1, 4);
+  HostArray xs(expected.numbers("cell.x"), 1);
+  HostArray ys(expected.numbers("cell.y"), 1);
+  HostArray zs(expected.numbers("cell.z"), 1);
+  HostArray index;
+  HostArray flags;
+  LONG count = -1;
+  VARIANT_BOOL ok = 0x5555;
+  checks.result(
+      functions->Points_In_CubeIndex(&xs.array, &ys.array, &zs.array, &top.array, &bottom.array,
+                                     &count, &index.array, &flags.array, &ok),
+      S_OK, "cell");
+  const auto wanted = expected.numbers("cell.inside");
+  const auto numbers = expected.numbers("cell.index");
+  VARTYPE types[2] = {};
+  if (checks.that(ok == VARIANT_TRUE && index.array != nullptr && flags.array != nullptr, "cell")) {
+    SafeArrayGetVartype(index.array, &types[0]);
+    SafeArrayGetVartype(flags.array, &types[1]);
+  }
+  checks.that(types[0] == VT_I4 && types[1] == VT_BOOL, "Longs and Booleans");
+  checks.that(count == static_cast<LONG>(numbers.size()), "cell: how many are inside");
+  for (std::size_t i = 0; types[0] == VT_I4 && i < numbers.size(); ++i) {
+    auto at = static_cast<LONG>(i + 1);
+    LONG number = -1;
+    SafeArrayGetElement(index.array, &at, &number);
+    checks.number(number, numbers[i], "cell.index");
+  }
+  for (std::size_t i = 0; types[1] == VT_BOOL && i < wanted.size(); ++i) {
+    auto at = static_cast<LONG>(i + 1);
+    VARIANT_BOOL flag = 0x5555;
+    SafeArrayGetElement(flags.array, &at, &flag);
+    checks.that(flag == (wanted[i] == 1.0 ? VARIANT_TRUE : VARIANT_FALSE), "cell.inside");
+  }
+  for (const std::string& name : expected.words("crossing.cases")) {
+    const auto s = expected.numbers(name + ".segment");
+    HostArray x({s.at(0), s.at(3)}, 1);
+    HostArray y({s.at(1), s.at(4)}, 1);
+    HostArray z({s.at(2), s.at(5)}, 1);
+    HostArray found;
+    VARIANT_BOOL meets = 0x5555;
+    checks.result(functions->Line_Through_Cube(&x.array, &y.array, &z.array, &top.array,
+                                               &bottom.array, &meets, &found.array, &ok),
+                  S_OK, name);
+    const bool crosses = expected.has(name + ".crossings");
+    checks.that(ok == VARIANT_TRUE && meets == (crosses ? VARIANT_TRUE : VARIANT_FALSE), name);
+    checks.that((found.array != nullptr) == crosses, name + ": crossings");
+    const auto points = crosses ? expected.numbers(name + ".crossings") : std::vector<double>{};
+    const auto m = static_cast<LONG>(points.size() / 3);
+    LONG last = 0;
+    if (found.array != nullptr) SafeArrayGetUBound(found.array, 2, &last);
+    checks.that(last == m, name + ": number of crossings");
+    for (LONG i = 0; last == m && i < 3 * m; ++i) {
+      checks.number(found.at(1 + i / m, 1 + i % m), points[static_cast<std::size_t>(i)], name);
+    }
+  }
+}
+
 // The words of the failed call, as error info has them; the info is taken away by reading it.
 void error_words(const char* words, const char* source, REFIID iid, const std::string& what) {
   Holder<IErrorInfo> info;
@@ -386,6 +497,8 @@ int main(int count, char** words) {
   derivative_cases(expected);
   petroleum_cases(expected);
   mathlib_cases(expected);
+  plane_cases(expected);
+  cell_cases(expected);
   arrays_and_errors();
   exported_functions();
   floating_point_state();

@@ -1,0 +1,298 @@
+// Points in cells and segments through them: the zoo of cells, the required oddities, failures.
+#include <cmath>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+#include "geometry/shapes.hpp"
+#include "mathlib/math_lib.hpp"
+
+namespace vqmath63 {
+namespace {
+
+const std::string kPoints = "ztGeometry (Code) (PointsInCube)";
+
+class CellsTest : public CompanionTest {
+ protected:
+  struct Through {
+    bool ok = true, meets = true;
+    std::vector<Point3D> at;
+  };
+  bool inside(const Cell& cell, Point3D p) const {
+    Corners top = cell.top_corners(), bottom = cell.bottom_corners();
+    return lib.Point_In_Cube(p.X, p.Y, p.Z, top, bottom);
+  }
+  Through through(Array1<float> x, Array1<float> y, Array1<float> z, const Cell& cell) const {
+    Through t;
+    Corners top = cell.top_corners(), bottom = cell.bottom_corners(), points({1, 1}, {1, 1});
+    lib.Line_Through_Cube(x, y, z, top, bottom, t.meets, points, t.ok);
+    // Untouched, it has the one row it came with.
+    for (std::int32_t k = 1; points.rows().upper == 3 && k <= points.columns().upper; ++k) {
+      t.at.push_back({points(1, k), points(2, k), points(3, k)});
+    }
+    return t;
+  }
+  Through through(const Point3D& p, const Point3D& q, const Cell& cell) const {
+    return through(array_of<float>({p.X, q.X}), array_of<float>({p.Y, q.Y}),
+                   array_of<float>({p.Z, q.Z}), cell);
+  }
+  const ztMathLib lib{};
+};
+
+std::vector<Point3D> points_of(const std::string& text) {
+  std::istringstream numbers(text);
+  std::vector<Point3D> points;
+  for (Point3D p; numbers >> p.X >> p.Y >> p.Z;) points.push_back(p);
+  return points;
+}
+
+TEST_F(CellsTest, zoo) {
+  std::ifstream file(VQ_TEST_DATA "/cell_cases.tsv");
+  Cell cell;
+  std::string name;
+  int points = 0, exact = 0, segments = 0;
+  for (std::string line; std::getline(file, line);) {
+    std::vector<std::string> fields;
+    std::istringstream row(line);
+    for (std::string field; std::getline(row, field, '\t');) fields.push_back(field);
+    if (fields[0] == "cell") {
+      name = fields[1];
+      const std::vector<Point3D> all = points_of(fields[2]);
+      ASSERT_EQ(all.size(), 8U);
+      cell = {{all.begin(), all.begin() + 4}, {all.begin() + 4, all.end()}};
+    } else if (fields[0] == "point") {
+      const bool got = inside(cell, points_of(fields[1]).at(0));
+      EXPECT_EQ(got, fields[2] == "1") << name << ": " << line;
+      ++points;
+      if (fields[3] == "-") continue;
+      EXPECT_EQ(got, fields[3] == "1") << name << ": " << line;
+      ++exact;
+    } else {
+      const std::vector<Point3D> ends = points_of(fields[1]);
+      const Through got = through(ends.at(0), ends.at(1), cell);
+      const std::vector<Point3D> want = points_of(fields.size() > 2 ? fields[2] : "");
+      EXPECT_TRUE(got.ok);
+      EXPECT_EQ(got.meets, !want.empty()) << name << ": " << line;
+      EXPECT_EQ(got.at, want) << name << ": " << line;
+      ++segments;
+    }
+  }
+  EXPECT_EQ(points, 231);
+  EXPECT_EQ(segments, 42);
+  EXPECT_GE(exact, 100);
+  EXPECT_TRUE(lines.empty());
+}
+
+TEST_F(CellsTest, a_ray_through_a_diagonal_turns_twice) {
+  const Cell cell = box(8, 8, 8);
+  EXPECT_FALSE(inside(cell, {4, 4, 4}));
+  EXPECT_TRUE(inside(cell, {4, 4.01F, 4}));
+  // The two triangles share the diagonal, so the same point is there twice.
+  EXPECT_EQ(through({4, 4, 9}, {4, 4, 4}, cell).at, (std::vector<Point3D>{{4, 4, 8}, {4, 4, 8}}));
+}
+
+TEST_F(CellsTest, a_ray_from_above_runs_down) {
+  // From more than 1000 above the cell, to 1000 above it: nothing is there.
+  EXPECT_FALSE(inside(box(8, 8, 8), {2, 3, 1500}));
+  EXPECT_FALSE(inside(box(8, 8, 8), {2, 3, 1008}));
+}
+
+TEST_F(CellsTest, indices_keep_their_length_for_none_and_all) {
+  struct Row {
+    const char* name;
+    std::vector<float> x;
+    std::vector<std::int32_t> want;
+    std::int32_t count;
+  };
+  const Row rows[] = {
+      {"none", {-1, 9, 20}, {0, 0, 0}, 0},
+      {"some", {-1, 2, 9, 3}, {2, 4}, 2},
+      {"all", {1, 2, 3}, {1, 2, 3}, 3},
+  };
+  for (const Row& row : rows) {
+    Array1<float> x = array_of(row.x), y(0, x.upper()), z(1, x.upper() + 4);
+    for (std::int32_t i = 1; i <= x.upper(); ++i) y(i) = z(i) = 5;
+    Array1<std::int32_t> indices(1, 1);
+    Array1<Boolean> flags(1, 99);
+    std::int32_t count = 77;
+    bool ok = false;
+    Corners top = box(8, 8, 8).top_corners(), bottom = box(8, 8, 8).bottom_corners();
+    lib.Points_In_CubeIndex(x, y, z, top, bottom, count, indices, flags, ok);
+    EXPECT_TRUE(ok) << row.name;
+    EXPECT_EQ(count, row.count) << row.name;
+    EXPECT_EQ(contents(indices), row.want) << row.name;
+    ASSERT_EQ(flags.upper(), x.upper()) << row.name;
+    for (std::int32_t i = 1, k = 1; i <= flags.upper(); ++i) {
+      const bool listed = k <= count && indices(k) == i;
+      k += listed ? 1 : 0;
+      EXPECT_EQ(flags(i), listed) << row.name;
+    }
+    Array1<Boolean> alone;
+    lib.Points_In_Cube(x, y, z, top, bottom, alone, ok);
+    EXPECT_EQ(contents(alone), contents(flags)) << row.name;
+  }
+}
+
+TEST_F(CellsTest, shapes_of_cells) {
+  const Cell cell = box(8, 8, 8);
+  const auto &t = cell.top, &b = cell.bottom;
+  const std::vector<Point3D> five{b[0], b[1], b[2], b[3], b[0]}, two{b[0], b[1]};
+  struct Row {
+    const char* name;
+    Corners top, bottom;
+    bool inside;
+    std::string place;  // of the one message, if any
+  };
+  Row rows[] = {
+      {"3 x 4", corners(t), corners(b), true, ""},
+      {"5 x 4 bottom", corners(t), corners(b, 5), true, ""},
+      {"5 x 4 top", corners(t, 5), corners(b), true, ""},
+      {"5 x 4 both", corners(t, 5), corners(b, 5), false, ""},
+      {"3 x 4 with 3 x 5", corners(t), corners(five), false, ""},
+      {"five corners", corners(five), corners(five), false, "ztGeometry (Code) (PlanesFromFaces)"},
+      {"two corners", corners(two), corners(two), false, ""},
+      {"2 x 4 top", corners(t, 2), corners(b), false, "Geometry (Code) (CubeFaces)"},
+      {"unallocated top", {}, corners(b), false, kPoints},
+  };
+  float p[] = {3, 4, 5};
+  for (Row& row : rows) {
+    EXPECT_EQ(lib.Point_In_Cube(p[0], p[1], p[2], row.top, row.bottom), row.inside) << row.name;
+    if (!row.place.empty()) {
+      EXPECT_EQ(lines, std::vector{error_line(9, row.place)}) << row.name;
+      lines.clear();
+    }
+    EXPECT_TRUE(lines.empty()) << row.name;
+  }
+  // Corners from 0 have what they need; from 2 they have not.
+  Corners from_0({0, 3}, {0, 4}), from_2({2, 3}, {1, 4}), bottom = corners(b);
+  for (std::int32_t k = 1; k <= 4; ++k) {
+    const Point3D& corner = t[static_cast<std::size_t>(k) - 1];
+    from_0(1, k) = corner.X;
+    from_0(2, k) = corner.Y;
+    from_0(3, k) = corner.Z;
+  }
+  EXPECT_TRUE(lib.Point_In_Cube(p[0], p[1], p[2], from_0, bottom));
+  EXPECT_FALSE(lib.Point_In_Cube(p[0], p[1], p[2], from_2, bottom));
+  EXPECT_EQ(lines, std::vector{error_line(9, "Geometry (Code) (CubeFaces)")});
+}
+
+TEST_F(CellsTest, point_arrays_that_fall_short) {
+  struct Row {
+    const char* name;
+    Array1<float> x, y, z;
+    bool ok;
+    std::int32_t count;  // 77 when not reached
+  };
+  const auto some = array_of<float>({3, 4, 5}), ragged = array_of<float>({4, 9, 4});
+  Row rows[] = {
+      {"unallocated X", {}, some, some, false, 77},
+      {"X of upper bound 0", array_of<float>({3}, 0), some, some, false, 77},
+      {"X from 2", array_of<float>({3, 3}, 2), some, some, false, 0},
+      {"unallocated Y", some, {}, some, false, 0},
+      {"short Z", array_of<float>({3, 3, 3}), ragged, array_of<float>({5, 5}), false, 1},
+      {"longer Y", array_of<float>({3}), ragged, some, true, 1},
+      {"NaN", array_of<float>({kNaN, 3}), array_of<float>({3, 4}), some, true, 1},
+  };
+  Corners top = box(8, 8, 8).top_corners(), bottom = box(8, 8, 8).bottom_corners();
+  for (Row& row : rows) {
+    Array1<Boolean> flags;
+    Array1<std::int32_t> indices;
+    std::int32_t count = 77;
+    bool ok = !row.ok;
+    lib.Points_In_CubeIndex(row.x, row.y, row.z, top, bottom, count, indices, flags, ok);
+    EXPECT_EQ(ok, row.ok) << row.name;
+    EXPECT_EQ(count, row.count) << row.name;
+    EXPECT_EQ(lines, std::vector(row.ok ? 0U : 1U, error_line(9, kPoints))) << row.name;
+    lines.clear();
+  }
+  // An infinite coordinate: two differences fail in each of the twelve planes, and the sum in the
+  // four that the ray is not parallel to.
+  EXPECT_FALSE(inside(box(8, 8, 8), {kInf, 3, 3}));
+  EXPECT_EQ(lines, std::vector(28, error_line(5, "ztMathLib (Code) (ArithmeticS)")));
+}
+
+TEST_F(CellsTest, a_plane_that_fails_makes_the_point_outside) {
+  // Far beside a nearly upright side the crossing is beyond a Single.
+  const Cell cell{{{4, 4.00001F, 8}, {12, 12, 8}, {4, 20, 8}, {-4, 12, 8}},
+                  {{0, 0, 0}, {8, 8, 0}, {0, 16, 0}, {-8, 8, 0}}};
+  EXPECT_TRUE(inside(cell, {3, 9.5F, 4}));
+  EXPECT_FALSE(inside(cell, {1e28F, 7, 4}));
+  EXPECT_TRUE(lines.empty());
+  EXPECT_FALSE(inside(cell, {3e33F, 7, 4}));
+  ASSERT_FALSE(lines.empty());
+  EXPECT_EQ(lines[0], error_line(6, "Geometry (Code) (ScalarMultVector)"));
+  lines.clear();
+
+  // A plane without vertices ends the search for crossings; what was found stays.
+  const Plane3D level = plane_of({{0, 0, 2}, {9, 0, 2}, {0, 9, 2}});
+  Array1<Point3D> at;
+  const Segment3D upright{{1, 1, 0}, {1, 1, 4}};
+  EXPECT_TRUE(
+      LineIntersectsWith3DPolygon(upright, array_of(std::vector{level, Plane3D{}, level}), at));
+  EXPECT_EQ(contents(at), (std::vector<Point3D>{{1, 1, 2}}));
+  EXPECT_FALSE(PointIn3DPolygon({1, 1, 0}, array_of(std::vector{level, Plane3D{}}), true));
+  EXPECT_TRUE(PointIn3DPolygon({1, 1, 0}, array_of(std::vector{level}), true));
+}
+
+TEST_F(CellsTest, segments_through_a_cell) {
+  const Cell cell = box(8, 8, 8);
+  // Top first, then bottom, whichever way it goes.
+  EXPECT_EQ(through({2, 3, -1}, {2, 3, 9}, cell).at, (std::vector<Point3D>{{2, 3, 8}, {2, 3, 0}}));
+  // qInCube tells of the surface: inside from end to end there is none.
+  const Through within = through({2, 3, 2}, {3, 2, 6}, cell);
+  EXPECT_TRUE(within.ok && !within.meets && within.at.empty());
+  EXPECT_TRUE(inside(cell, {2, 3, 2}));
+  EXPECT_TRUE(lines.empty());
+
+  struct Row {
+    const char* name;
+    std::vector<float> x, y, z;
+    bool ok;
+    std::int32_t messages;
+  };
+  const std::vector<float> two = {2, 2}, three = {2, 2, 50}, one = {2}, up = {-1, 9};
+  const Row rows[] = {
+      {"2, 2, 2", two, {3, 3}, up, true, 0},
+      {"3, 3, 3", three, {3, 3, 50}, {-1, 9, 50}, true, 0},
+      {"3, 2, 2", three, {3, 3}, up, false, 0},  // the one that is turned away
+      {"1, 2, 2", one, {3, 3}, up, false, 0},
+      {"3, 3, 2", three, {3, 3, 50}, up, true, 0},
+      {"1, 1, 1", one, one, one, false, 1},
+      {"2, 1, 2", two, one, up, false, 1},
+      {"2, none, 2", two, {}, up, false, 1},
+  };
+  for (const Row& row : rows) {
+    const Through got = through(array_of(row.x), array_of(row.y), array_of(row.z), cell);
+    EXPECT_EQ(got.ok, row.ok) << row.name;
+    EXPECT_EQ(got.at.size(), row.ok ? 2U : 0U) << row.name;
+    EXPECT_EQ(lines, std::vector(static_cast<std::size_t>(row.messages),
+                                 error_line(9, "sMathLib (Code) (Line_Through_Cube)")))
+        << row.name;
+    lines.clear();
+  }
+  const Cell other{cell.top, {{0, 0, 0}, {8, 0, 0}, {8, 8, 0}, {0, 8, 0}, {0, 0, 0}}};
+  EXPECT_FALSE(through({2, 3, -1}, {2, 3, 9}, other).ok);
+  EXPECT_TRUE(lines.empty());
+}
+
+TEST_F(CellsTest, an_exact_translation_changes_nothing) {
+  // Whole coordinates, moved by a power of two: all differences that count and all products are
+  // exact, and none is small enough to be snapped in either place.
+  std::mt19937 random(17);
+  const auto whole = [&](int n) {
+    return static_cast<float>(static_cast<int>(random() % static_cast<unsigned>(n)));
+  };
+  int found = 0;
+  for (int round = 0; round < 2000; ++round) {
+    const Cell here = box(16, 16, 8);
+    const Cell there = box(16, 16, 8, {64, 128, 256});
+    const Point3D p{whole(20), whole(20), whole(12)};
+    const bool answer = inside(here, p);
+    EXPECT_EQ(inside(there, {p.X + 64, p.Y + 128, p.Z + 256}), answer);
+    found += answer ? 1 : 0;
+  }
+  EXPECT_GT(found, 300);
+}
+
+}  // namespace
+}  // namespace vqmath63
