@@ -47,11 +47,14 @@ class Columns {
   std::size_t count() const { return chosen_.size(); }
   const std::string& name(std::size_t c) const { return file_.headers()[chosen_[c]]; }
   const std::string& path() const { return file_.path(); }
+  const CsvFile& file() const { return file_; }
   std::vector<double>& operator[](std::size_t c) { return table_.columns[chosen_[c]].values; }
   const std::vector<double>& operator[](std::size_t c) const {
     return table_.columns[chosen_[c]].values;
   }
   bool dated(std::size_t c) const { return table_.columns[chosen_[c]].kind == CellKind::kDate; }
+  /// The line of the file on which a row begins.
+  std::size_t line(std::size_t row) const { return table_.lines[row]; }
   /// A cell as the user reads it.
   std::string text(std::size_t row, std::size_t c) const;
 

@@ -27,6 +27,11 @@ Command& Command::argument(const char* name, std::string& value, const char* hel
   return *this;
 }
 
+Command& Command::optional_argument(const char* name, std::string& value, const char* help) {
+  app_->add_option(name, value, help)->type_name(" ");
+  return *this;
+}
+
 Command& Command::option(const char* names, const char* type, std::string& value,
                          const char* help) {
   add(app_, names, type, help,

@@ -22,6 +22,8 @@ using Work = std::function<int()>;
 class Command {
  public:
   Command& argument(const char* name, std::string& value, const char* help);
+  /// An argument that may be left out.
+  Command& optional_argument(const char* name, std::string& value, const char* help);
   Command& option(const char* names, const char* type, std::string& value, const char* help);
   Command& option(const char* names, const char* type, std::optional<std::string>& value,
                   const char* help);

@@ -20,6 +20,8 @@ void add_fit(CommandLine& program);
 void add_derivative(CommandLine& program);
 void add_volume_factor(CommandLine& program);
 void add_table(CommandLine& program);
+void add_inside(CommandLine& program);
+void add_crossing(CommandLine& program);
 
 /// The component's version text.
 std::string version_text();

@@ -245,35 +245,50 @@ std::string CsvFile::place(std::size_t line, std::size_t column) const {
   return text + ": ";
 }
 
-CsvTable CsvFile::read(const CsvReading& reading) const {
+template <class TakeCell, class EndRow>
+void CsvFile::walk(const TakeCell& take, const EndRow& end_row) const {
   const std::size_t columns = headers_.size();
-  CellTaker cells(*this, reading, columns);
   FieldScanner scanner(*this, text_, rows_at_, rows_on_line_, delimiter_);
-  std::vector<std::size_t>& lines = cells.table().lines;
+  if (scanner.at_end()) throw WorkError(path_ + ": the file has a header and no rows");
   while (!scanner.at_end()) {
     if (columns > 1 && scanner.skip_empty_line()) continue;
-    lines.push_back(scanner.line());
+    const std::size_t line = scanner.line();
     std::size_t count = 0;
     do {
       if (count < columns) {
-        cells.take(scanner, count);
+        take(scanner, count);
       } else {
         scanner.take(count);
       }
       ++count;
     } while (scanner.next_field());
     if (count != columns) {
-      throw WorkError(path_ + ":" + std::to_string(lines.back()) + ": the row has " +
+      throw WorkError(path_ + ":" + std::to_string(line) + ": the row has " +
                       counted(count, "cell") + ", the header has " + std::to_string(columns));
     }
-    constexpr std::size_t kReportEvery = std::size_t{1} << 16;
-    if (reading.progress && lines.size() % kReportEvery == 0) {
-      reading.progress(lines.size(), scanner.offset(), text_.size());
-    }
+    end_row(line, scanner);
   }
-  if (lines.empty()) throw WorkError(path_ + ": the file has a header and no rows");
+}
+
+CsvTable CsvFile::read(const CsvReading& reading) const {
+  CellTaker cells(*this, reading, headers_.size());
+  std::vector<std::size_t>& lines = cells.table().lines;
+  walk([&](FieldScanner& scanner, std::size_t c) { cells.take(scanner, c); },
+       [&](std::size_t line, const FieldScanner& scanner) {
+         lines.push_back(line);
+         constexpr std::size_t kReportEvery = std::size_t{1} << 16;
+         if (reading.progress && lines.size() % kReportEvery == 0) {
+           reading.progress(lines.size(), scanner.offset(), text_.size());
+         }
+       });
   cells.finish();
   return std::move(cells.table());
+}
+
+void CsvFile::each_row(const std::function<void(const std::vector<std::string>&)>& take) const {
+  std::vector<std::string> texts(headers_.size());
+  walk([&](FieldScanner& scanner, std::size_t c) { texts[c].assign(scanner.take(c)); },
+       [&](std::size_t, const FieldScanner&) { take(texts); });
 }
 
 std::optional<double> parse_number(std::string_view text) {

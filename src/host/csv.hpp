@@ -62,12 +62,17 @@ class CsvFile {
 
   /// Reads the rows.
   CsvTable read(const CsvReading& reading) const;
+  /// Hands over the texts of each row's cells, row after row; they live until the next one.
+  void each_row(const std::function<void(const std::vector<std::string>&)>& take) const;
 
   /// "wells.csv:17: column 3 (oil): ", the beginning of every message on a cell.
   std::string place(std::size_t line, std::size_t column) const;
 
  private:
   void read_header();
+  // Calls take(scanner, column) for each cell of a column, and end_row(line, scanner).
+  template <class TakeCell, class EndRow>
+  void walk(const TakeCell& take, const EndRow& end_row) const;
 
   std::string path_;
   std::string text_;

@@ -8,9 +8,9 @@ namespace {
 
 using namespace vqmath63::host;
 
-constexpr AddCommand kCommands[] = {add_classes, add_members,    add_call,
-                                    add_table,   add_accumulate, add_statistics,
-                                    add_fit,     add_derivative, add_volume_factor};
+constexpr AddCommand kCommands[] = {add_classes,       add_members,    add_call,    add_table,
+                                    add_accumulate,    add_statistics, add_fit,     add_derivative,
+                                    add_volume_factor, add_inside,     add_crossing};
 
 constexpr const char* kNotes =
     "Example: vqhost accumulate wells.csv --period quarter\n"
