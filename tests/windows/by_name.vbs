@@ -197,176 +197,18 @@ Sub StatisticsCases()
   Next
 End Sub
 
-Sub SampleCases()
-  Dim sample, name, limits, x, wanted, centres, counts, ok
-  For Each name In expected("sample.cases")
-    Set sample = CreateObject("vq140Analyse.ztSample")
-    If expected.Exists(name & ".limits") Then
-      limits = Samples(name & ".limits")
-      ok = Empty
-      sample.SETLIMITS limits(1), limits(2), ok
-      Check name & ": limits set", VarType(ok) = 11 And ok
-      sample.setLimits limits(2), limits(1), ok
-      Check name & ": the other way round they are refused", Not ok
-    End If
-    x = Samples(name & ".x")
-    wanted = Samples(name & ".centres")
-    ok = Empty
-    centres = Empty
-    counts = Empty
-    sample.BinVector x, UBound(wanted), centres, counts, ok
-    Check name & ": counted", VarType(ok) = 11 And ok
-    CheckNumbers name & ".centres", centres, wanted
-    CheckNumbers name & ".counts", counts, Samples(name & ".counts")
-  Next
-End Sub
-
-Sub RegressionCases()
-  Dim regression, name, x, y, weights, wanted, got, ok, i
-  Set regression = CreateObject("vq140Analyse.ztRegression")
-  For Each name In expected("regression.cases")
-    x = Samples(name & ".x")
-    y = Samples(name & ".y")
-    weights = Samples(name & ".x")
-    regression.regressionTYPE = Word(name & ".type")
-    Check name & ": the type", regression.RegressionType = Word(name & ".read")
-    ok = Empty
-    regression.Regression x, y, weights, ok
-    Check name & ": the flag is written back", VarType(ok) = 11 And ok
-    got = Array(0, regression.A, regression.B, regression.R)
-    wanted = Samples(name & ".result")
-    For i = 1 To 3
-      CheckNumber name & ".result(" & i & ")", got(i), wanted(i)
-    Next
-  Next
-End Sub
-
-Sub DerivativeCases()
-  Dim differentiate, name, x, y, got, ok
-  Set differentiate = CreateObject("vq140Analyse.ztDifferentiate")
-  For Each name In expected("derivative.cases")
-    x = Samples(name & ".x")
-    y = Samples(name & ".y")
-    got = Samples(name & ".y")
-    ok = Empty
-    differentiate.FirstDerivative x, y, got, ok
-    Check name & ": differentiated", VarType(ok) = 11 And ok
-    CheckNumbers name & ".first", got, Samples(name & ".first")
-    got = Empty
-    differentiate.FirstDerivativeForwards x, y, got, ok
-    CheckNumbers name & ".forwards", got, Samples(name & ".forwards")
-    got = Empty
-    differentiate.firstderivativebackwards x, y, got, ok
-    CheckNumbers name & ".backwards", got, Samples(name & ".backwards")
-    got = Empty
-    differentiate.SecondDerivative x, y, got, ok
-    CheckNumbers name & ".second", got, Samples(name & ".second")
-  Next
-  x = Array(9, 1)
-  ok = True
-  differentiate.FirstDerivative x, x, x, ok
-  Check "one sample has no derivative", VarType(ok) = 11 And Not ok
-End Sub
-
-Sub PetroleumCases()
-  Dim petroleum, points, wanted, primary, map, secondary, value, reference, b, ok, i
-  Set petroleum = CreateObject("vq140Analyse.ztPetroleum")
-  primary = Samples("live.primary")
-  map = Samples("live.map")
-  map(0) = 0  ' what stands there has to be a Long all the same
-  secondary = Samples("live.secondary")
-  value = Samples("live.value")
-  points = Samples("live.points")
-  wanted = Samples("live.factors")
-  For i = 1 To UBound(wanted)
-    b = Empty
-    ok = Empty
-    petroleum.GetVolumeCorrectionLive primary, map, 2, secondary, value, 7, points(2 * i - 1), _
-                                      points(2 * i), 0, b, ok
-    Check "live oil " & i, VarType(ok) = 11 And ok
-    CheckNumber "live.factors(" & i & ")", b, wanted(i)
-  Next
-  secondary = Samples("dead.pressure")
-  value = Samples("dead.value")
-  points = Samples("dead.points")
-  wanted = Samples("dead.factors")
-  For i = 1 To UBound(wanted)
-    petroleum.GetVolumeCorrectionDead secondary, value, 3, points(i), b, ok
-    CheckNumber "dead.factors(" & i & ")", b, wanted(i)
-  Next
-  reference = Samples("water.reference")
-  points = Samples("water.points")
-  wanted = Samples("water.factors")
-  For i = 1 To UBound(wanted)
-    petroleum.GetWaterVolumeCorrection Array(0, reference(1)), Array(0, reference(2)), _
-                                       Array(0, reference(3)), 1, points(i), b, ok
-    CheckNumber "water.factors(" & i & ")", b, wanted(i)
-  Next
-  petroleum.GetWaterVolumeCorrection Array(0, 1), Array(0, 0), Array(0, 0), 1, 5, b, ok
-  Check "no reference factor", VarType(ok) = 11 And Not ok
-  CheckNumber "the factor stays as it was", b, wanted(UBound(wanted))
-End Sub
-
-' The i-th word of a call; the last one is its value.
-Function CallWord(name, i)
-  Dim texts
-  texts = expected(name & ".call")
-  If i = 0 Then i = UBound(texts)
-  CallWord = CDbl(texts(i))
-End Function
-
 Sub MathLibCases()
-  Dim f
+  Dim f, texts
   Set f = CreateObject("vq140Analyse.ztMathLib")
-  CheckNumber "Erf", f.erf(CallWord("erf", 1)), CallWord("erf", 0)
-  CheckNumber "Gamma", f.Gamma(CallWord("gamma", 1)), CallWord("gamma", 0)
-  CheckNumber "LoGamma", f.LoGamma(CallWord("logamma", 1)), CallWord("logamma", 0)
-  CheckNumber "y1", f.y1(CallWord("y1", 1)), CallWord("y1", 0)
-  CheckNumber "i0", f.I0(CallWord("i0", 1)), CallWord("i0", 0)
-  CheckNumber "Jbn", f.Jbn(CallWord("jbn", 1), CallWord("jbn", 2)), CallWord("jbn", 0)
-  CheckNumber "Ybn", f.Ybn(CallWord("ybn", 1), CallWord("ybn", 2)), CallWord("ybn", 0)
-  CheckNumber "BetaI", f.BetaI(CallWord("betai", 1), CallWord("betai", 2), CallWord("betai", 3)), _
-              CallWord("betai", 0)
-  CheckNumber "Combination", f.Combination(CallWord("combination", 1), CallWord("combination", 2)), _
-              CallWord("combination", 0)
-  CheckNumber "Ln", f.Ln(CallWord("ln", 1)), CallWord("ln", 0)
+  texts = expected("jbn.call")
+  CheckNumber "Jbn", f.jbn(texts(1), texts(2)), CDbl(texts(3))
   Check "a Double", VarType(f.Max("2", 1)) = 5
   Check "an optional argument", f.ArithmeticDiff(3, 1) = 2 And f.ArithmeticDiff(3, 1, 0.5) = 2
 End Sub
 
-Sub GeometryCases()
-  Dim f, name, v, wanted, x, y, z, top, bottom, q, ok, xi, yi, count, index, inside, found, i, j
+Sub CellCases()
+  Dim f, name, v, wanted, x, y, z, top, bottom, q, ok, count, index, inside, found, i, j
   Set f = CreateObject("vq140Analyse.ztMathLib")
-  For Each name In expected("polygon.cases")
-    v = Samples(name & ".points")
-    wanted = Samples(name & ".inside")
-    For i = 1 To UBound(wanted)
-      q = f.Point_In_Polygon(v(2 * i - 1), v(2 * i), Samples(name & ".x"), Samples(name & ".y"))
-      Check name & " " & i, VarType(q) = 11 And q = CBool(wanted(i))
-    Next
-  Next
-  For Each name In expected("segments.cases")
-    v = Samples(name & ".ends")
-    wanted = Samples(name & ".result")
-    xi = Empty
-    yi = Empty
-    q = Empty
-    f.LineIntersect v(1), v(2), v(3), v(4), v(5), v(6), v(7), v(8), xi, yi, q
-    Check name & ": crosses " & q, VarType(q) = 11 And q = CBool(wanted(1))
-    CheckNumber name & ": x", xi, wanted(2)
-    CheckNumber name & ": y", yi, wanted(3)
-  Next
-  For Each name In expected("levels.cases")
-    v = Samples(name & ".line")
-    xi = CSng(-77)
-    yi = CSng(-77)
-    wanted = Array(0, -77, -77)
-    If expected.Exists(name & ".result") Then wanted = Samples(name & ".result")
-    f.GetPointOnLine v(1), v(2), v(3), v(4), v(5), v(6), v(7), CBool(v(8)), xi, yi, ok
-    Check name & ": a point " & ok, VarType(ok) = 11 And ok = expected.Exists(name & ".result")
-    CheckNumber name & ": x", xi, wanted(1)
-    CheckNumber name & ": y", yi, wanted(2)
-  Next
   top = Rows("cell.top", 4)
   bottom = Rows("cell.bottom", 4)
   x = Samples("cell.x")
@@ -544,12 +386,8 @@ IntegralCases
 ArrayForms
 AccumulateCases
 StatisticsCases
-SampleCases
-RegressionCases
-DerivativeCases
-PetroleumCases
 MathLibCases
-GeometryCases
+CellCases
 BadSamples
 Properties
 VersionAndLog

@@ -198,56 +198,6 @@ void mathlib_cases(const Expected& expected) {
   checks.number(got, std::stod(words.at(3)), "Jbn");
 }
 
-void plane_cases(const Expected& expected) {
-  Holder<_ztMathLib> functions;
-  create(CLSID_ztMathLib, functions);
-  for (const std::string& name : expected.words("polygon.cases")) {
-    HostArray x(expected.numbers(name + ".x"), 1);
-    HostArray y(expected.numbers(name + ".y"), 1);
-    const auto points = expected.numbers(name + ".points");
-    const auto inside = expected.numbers(name + ".inside");
-    for (std::size_t i = 0; i < inside.size(); ++i) {
-      auto x0 = static_cast<float>(points.at(2 * i));
-      auto y0 = static_cast<float>(points.at(2 * i + 1));
-      VARIANT_BOOL got = 0x5555;
-      checks.result(functions->Point_In_Polygon(&x0, &y0, &x.array, &y.array, &got), S_OK, name);
-      checks.that(got == (inside[i] == 1.0 ? VARIANT_TRUE : VARIANT_FALSE),
-                  name + " " + std::to_string(i));
-    }
-  }
-  for (const std::string& name : expected.words("segments.cases")) {
-    const auto ends = expected.numbers(name + ".ends");
-    const auto wanted = expected.numbers(name + ".result");
-    std::vector<float> v(ends.begin(), ends.end());
-    float x = NAN;
-    float y = NAN;
-    VARIANT_BOOL crosses = 0x5555;
-    checks.result(functions->LineIntersect(&v[0], &v[1], &v[2], &v[3], &v[4], &v[5], &v[6], &v[7],
-                                           &x, &y, &crosses),
-                  S_OK, name);
-    checks.that(crosses == (wanted.at(0) == 1.0 ? VARIANT_TRUE : VARIANT_FALSE), name);
-    checks.number(static_cast<double>(x), wanted.at(1), name + " x");
-    checks.number(static_cast<double>(y), wanted.at(2), name + " y");
-  }
-  for (const std::string& name : expected.words("levels.cases")) {
-    const auto line = expected.numbers(name + ".line");
-    std::vector<float> v(line.begin(), line.end());
-    VARIANT_BOOL between = v.at(7) != 0.0F ? VARIANT_TRUE : VARIANT_FALSE;
-    float x = -77;
-    float y = -77;
-    VARIANT_BOOL ok = 0x5555;
-    checks.result(functions->GetPointOnLine(&v[0], &v[1], &v[2], &v[3], &v[4], &v[5], &v[6],
-                                            &between, &x, &y, &ok),
-                  S_OK, name);
-    const bool found = expected.has(name + ".result");
-    const auto wanted =
-        found ? expected.numbers(name + ".result") : std::vector<double>{-77.0, -77.0};
-    checks.that(ok == (found ? VARIANT_TRUE : VARIANT_FALSE), name);
-    checks.number(static_cast<double>(x), wanted.at(0), name + " x");
-    checks.number(static_cast<double>(y), wanted.at(1), name + " y");
-  }
-}
-
 void cell_cases(const Expected& expected) {
   Holder<_ztMathLib> functions;
   create(CLSID_ztMathLib, functions);
@@ -497,7 +447,6 @@ int main(int count, char** words) {
   derivative_cases(expected);
   petroleum_cases(expected);
   mathlib_cases(expected);
-  plane_cases(expected);
   cell_cases(expected);
   arrays_and_errors();
   exported_functions();
