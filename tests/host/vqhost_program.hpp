@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <span>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -98,32 +97,5 @@ inline void expect_in_order(const std::string& text, const std::vector<std::stri
     at = found + each.size();
   }
 }
-
-/// A command line and what is expected of it.
-struct Row {
-  std::string arguments;
-  int status;
-  std::vector<std::string> out;  // texts that the output has, one after the other
-  std::vector<std::string> err;  // the same of the messages; none: nothing is said
-};
-
-class VqhostCommands : public Vqhost {
- protected:
-  void expect_all(std::span<const Row> table) const {
-    for (const Row& row : table) {
-      SCOPED_TRACE("vqhost " + row.arguments);
-      const Outcome outcome = run(row.arguments);
-      EXPECT_EQ(outcome.status, row.status) << outcome.err;
-      expect_in_order(outcome.out, row.out, "the output");
-      expect_in_order(outcome.err, row.err, "the error stream");
-      if (row.err.empty()) {
-        EXPECT_EQ(outcome.err, "");
-      }
-      if (row.status == 2) {
-        EXPECT_EQ(outcome.out, "");
-      }
-    }
-  }
-};
 
 }  // namespace vqmath63::host
