@@ -17,21 +17,14 @@ inline float larger(float a, float b) {
 /// A sum above this part of the larger operand is clear of the tolerance by more than all rounding.
 inline constexpr float kCounts = 1.001F * detail::kNegligible;
 
-/// `sum`, or 0 when it is below 1e-6 of `operand`, the larger magnitude.
-inline float snapped(float sum, float operand) {
-  if (std::abs(sum) > kCounts * operand) return sum;  // without a division
-  if (operand == 0.0F) return sum;
-  return std::abs(sum / operand) < detail::kNegligible ? 0.0F : sum;
-}
-
 /// ArithmeticS(a, b, "-").
 inline float difference(float a, float b) {
-  return snapped(a - b, larger(std::abs(a), std::abs(b)));
+  return detail::snapped(a - b, larger(std::abs(a), std::abs(b)));
 }
 
 /// ArithmeticS(a, b, "+").
 inline float sum(float a, float b) {
-  return snapped(a + b, larger(std::abs(a), std::abs(b)));
+  return detail::snapped(a + b, larger(std::abs(a), std::abs(b)));
 }
 
 /// dx ty / dy, worked out in double precision and stored as Single.

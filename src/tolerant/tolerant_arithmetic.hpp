@@ -2,7 +2,11 @@
 // negligible.
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <string_view>
 
 #include "frame/checked.hpp"
@@ -22,6 +26,23 @@ inline constexpr Location kArithmeticS{"ztMathLib", "ArithmeticS"};
 /// Relative size below which ArithmeticS takes a sum for rounding residue.
 inline constexpr float kNegligible = 1e-6F;
 
+/// A sum is negligible exactly when it is below this part of the larger magnitude, in Double. The
+/// ratio rounds to less than kNegligible when it is below the middle between that (whose last bit
+/// is odd) and the Single before it, or on it; a product with the middle has at most 49 bits, so
+/// the few beyond it that are added here let < stand for both.
+inline constexpr double kNegligiblePart =
+    (static_cast<double>(kNegligible) +
+     static_cast<double>(std::bit_cast<float>(std::bit_cast<std::uint32_t>(kNegligible) - 1U))) /
+    2.0 * (1.0 + 0x1p-50);
+
+/// `sum` of two Singles the larger of which has this magnitude, or 0 when their ratio, rounded to
+/// Single, is below kNegligible: without a division or a branch. Not for infinities.
+inline float snapped(float sum, float larger) {
+  const bool negligible =
+      static_cast<double>(std::abs(sum)) < static_cast<double>(larger) * kNegligiblePart;
+  return negligible ? 0.0F : sum;
+}
+
 /// `sum`, or 0 when its ratio to the larger magnitude of first and second, rounded to Single, is
 /// strictly below `tolerance`.
 inline float snapped(Single sum, float first, float second, float tolerance) {
@@ -30,6 +51,15 @@ inline float snapped(Single sum, float first, float second, float tolerance) {
   if (larger == 0.0F) return sum.value();
   const Single ratio = sum / Single(larger);
   return std::abs(ratio.value()) < tolerance ? 0.0F : sum.value();
+}
+
+/// The same with kNegligible for tolerance.
+inline float snapped(Single sum, float first, float second) {
+  const float larger = std::max(std::abs(first), std::abs(second));
+  if (larger <= std::numeric_limits<float>::max()) [[likely]] {
+    return snapped(sum.value(), larger);
+  }
+  return snapped(sum, first, second, kNegligible);
 }
 
 }  // namespace detail
@@ -42,9 +72,9 @@ inline float ArithmeticS(float first, float second, std::string_view operation) 
     const Single a = first;
     const Single b = second;
     if (operation == "-") {
-      result = detail::snapped(a - b, first, second, detail::kNegligible);
+      result = detail::snapped(a - b, first, second);
     } else if (operation == "+") {
-      result = detail::snapped(a + b, first, second, detail::kNegligible);
+      result = detail::snapped(a + b, first, second);
     } else if (operation == "*") {
       result = Single(a * b).value();
     } else if (operation == "/") {
