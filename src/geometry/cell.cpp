@@ -36,9 +36,10 @@ void TriangulateFace(const Face3D& face, Array1<Face3D>& triangles, bool& succes
   trap(kTriangulateFace, [&] {
     success = false;
     if (face.Outline.upper() == 4) {
+      const Array1<Point3D> outline = face.Outline;  // the face may be one of `triangles`
       triangles.redim(1, 2);
-      set_triangle(triangles(1).Outline, face.Outline, 1, 2, 3);
-      set_triangle(triangles(2).Outline, face.Outline, 3, 4, 1);
+      set_triangle(triangles(1).Outline, outline, 1, 2, 3);
+      set_triangle(triangles(2).Outline, outline, 3, 4, 1);
     }
     success = true;
   });

@@ -21,8 +21,9 @@ bool PointInPolygon(const Point3D& point, const Array1<Point3D>& polygon);
 bool PointOnPolygon(const Point3D& point, const Array1<Point3D>& polygon, bool qCheckBoundary);
 
 /// Whether `point` is on `segment`: tolerantly on its line, and exactly within its ranges of X and
-/// Y. A vertical segment (ends tolerantly equal in X and not in Y) comes back with X and Y
-/// exchanged in both its points, whatever the answer: pass a copy.
+/// Y. A vertical segment (ends tolerantly equal in X and not in Y), and one so flat that its slope
+/// is 0 as a Single, comes back with X and Y exchanged in both its points, whatever the answer:
+/// pass a copy.
 bool PointOnLine(const Point3D& point, Segment3D& segment);
 
 }  // namespace vqmath63

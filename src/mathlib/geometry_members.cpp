@@ -42,12 +42,12 @@ bool ztMathLib::Point_In_Polygon(float& x0, float& y0, Array1<float>& X, Array1<
   return trap<bool>(kPoint_In_Polygon, [&](bool& result) {
     const std::int32_t n = X.upper();
     if (n != Y.upper()) return;
-    if (n >= 1 && X.covers(1, n) && Y.covers(1, n)) {
-      const auto quick = scan_polygon(x0, y0, &X(1), &Y(1), static_cast<std::size_t>(n));
-      if (quick) {
-        result = *quick;
-        return;
-      }
+    // Told before there is memory for all of them.
+    if (n < 1 || !X.covers(1, n) || !Y.covers(1, n)) raise_fault(ErrorNumber::kSubscript);
+    const auto quick = scan_polygon(x0, y0, &X(1), &Y(1), static_cast<std::size_t>(n));
+    if (quick) {
+      result = *quick;
+      return;
     }
     Array1<Point3D> polygon(1, n);
     for (std::int32_t i = 1; i <= n; ++i) polygon(i) = {X(i), Y(i), 0.0F};
@@ -95,7 +95,8 @@ void ztMathLib::GetPointOnLine(float& x1, float& y1, float& Z1, float& x2, float
   trap(kGetPointOnLine, [&] {
     qOK = false;
     if (z2 != Z1) {
-      if (qBetweenPoints && !(smaller(Z1, z2) <= PtZ && PtZ <= larger(Z1, z2))) return;
+      const bool between = (Z1 <= PtZ && PtZ <= z2) || (z2 <= PtZ && PtZ <= Z1);
+      if (qBetweenPoints && !between) return;
       const Single f = (Single(PtZ) - Single(Z1)) / (Single(z2) - Single(Z1));
       PtX = stored((Single(x2) - Single(x1)) * f + Single(x1)).value();
       PtY = stored((Single(y2) - Single(y1)) * f + Single(y1)).value();

@@ -213,7 +213,8 @@ class ztMathLib {
   /// below 1e-10) do not cross. Without a crossing qInt is false, xi and yi are 0.
   void LineIntersect(float& x1i, float& y1i, float& x2i, float& y2i, float& x1j, float& y1j,
                      float& x2j, float& y2j, float& xi, float& yi, bool& qInt) const;
-  /// The same by the shared maths companion's SegmentCrossPoint.
+  /// Where segment i meets segment j, by the shared maths companion's SegmentCrossPoint: both ends
+  /// of both belong to them.
   void LineCrossPoint(float& x1i, float& y1i, float& x2i, float& y2i, float& x1j, float& y1j,
                       float& x2j, float& y2j, float& xi, float& yi, bool& qInt) const;
   /// Where the line from (x1, y1, Z1) to (x2, y2, z2) is at the level PtZ; with qBetweenPoints only

@@ -179,7 +179,8 @@ inline constexpr auto kMathLib = automation::table<ztMathLib>(
         arg("x1i"), arg("y1i"), arg("x2i"), arg("y2i"), arg("x1j"), arg("y1j"), arg("x2j"),
         arg("y2j"), arg("xi"), arg("yi"), arg("qInt")),
     method<&ztMathLib::LineCrossPoint>(
-        77, "LineCrossPoint", "The same as LineIntersect, by the mathematical companion.",
+        77, "LineCrossPoint",
+        "Crossing of segments i and j by the mathematical companion: both ends of both count.",
         arg("x1i"), arg("y1i"), arg("x2i"), arg("y2i"), arg("x1j"), arg("y1j"), arg("x2j"),
         arg("y2j"), arg("xi"), arg("yi"), arg("qInt")),
     method<&ztMathLib::GetPointOnLine>(

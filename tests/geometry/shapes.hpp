@@ -31,8 +31,9 @@ inline Corners corners(const std::vector<Point3D>& points, std::int32_t rows = 3
 
 struct Cell {
   std::vector<Point3D> top, bottom;
-  Corners top_corners() const { return corners(top); }
-  Corners bottom_corners() const { return corners(bottom); }
+  std::int32_t top_rows = 3, bottom_rows = 3;
+  Corners top_corners() const { return corners(top, top_rows); }
+  Corners bottom_corners() const { return corners(bottom, bottom_rows); }
 };
 
 /// The box from the origin to (x, y, z), moved.

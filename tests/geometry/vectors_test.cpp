@@ -131,6 +131,10 @@ TEST_F(VectorsTest, faces_that_are_not_split_repeat_the_face_before) {
   EXPECT_FALSE(success);
   EXPECT_EQ(planes.upper(), 3);
   EXPECT_TRUE(lines.empty());
+  triangles = array_of(std::vector{square});
+  TriangulateFace(triangles(1), triangles, success);  // into the array it stands in
+  EXPECT_EQ(contents(triangles(1).Outline), first);
+  EXPECT_EQ(contents(triangles(2).Outline), second);
   PlanesFromFaces(array_of(std::vector{triangle, square}), planes, success);
   EXPECT_FALSE(success);
   TriangulateFace({array_of(Points{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}, 2)}, triangles, success);
