@@ -119,7 +119,7 @@ def row(name, data, report, samples, kinds="rate cumulative", index=1):
     plain = [" ".join(f"{float(v):.10g}" for v in r) for r in rows]
     return "\t".join([name, data_date, serial(parse(data_date)), data_word, start_text,
                       serial(parse(start_text)), word, frequency, str(index), " ".join(kinds),
-                      ", ".join(plain), ", ".join(periods)])
+                      "; ".join(plain), "; ".join(periods)])
 
 
 # Boundaries fall on samples, between them and inside a gap; a cumulative runs alongside.
@@ -183,8 +183,8 @@ def main():
     home = pathlib.Path(__file__).resolve().parent.parent
     target = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else (
         home / "tests" / "data" / "calendar_cases.tsv")
-    head = ("name", "data from", "as date", "data period", "report from", "as date", "period",
-            "frequency", "index", "kinds", "samples: time and values", "periods: days and results")
+    head = ("name", "data from", "data date", "data period", "report from", "report date", "period",
+            "frequency", "index", "kinds", "samples", "periods")
     target.write_text("\n".join(["\t".join(head), *rows()]) + "\n", encoding="utf-8")
 
 

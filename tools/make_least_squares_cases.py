@@ -46,7 +46,7 @@ def main():
             coefficients = fit(n, offset, step, order)
             numbers = [float(offset), float(step)]
             lines.append("\t".join([str(n), *(f"{v:.9g}" for v in numbers), str(order),
-                                    *(f"{float(c):.17g}" for c in coefficients)]))
+                                    " ".join(f"{float(c):.17g}" for c in coefficients)]))
     target.write_text("\n".join(lines) + "\n", encoding="utf-8")
 
 

@@ -66,7 +66,7 @@ def main():
     for kind, at, freedom, results in cases():
         assert at == float(at)
         figures = (repr(float(r)) for r in results)
-        lines.append("\t".join([kind, repr(float(at)), str(freedom), *figures]))
+        lines.append("\t".join([kind, repr(float(at)), str(freedom), " ".join(figures)]))
     target.write_text("\n".join(lines) + "\n", encoding="utf-8")
 
 

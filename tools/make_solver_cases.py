@@ -47,15 +47,15 @@ def main():
     target = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else (
         pathlib.Path(__file__).resolve().parent.parent / "tests/data/solver_cases.tsv")
     random.seed(63)
-    lines = ["n\tcoefficients\tright-hand side\tsolution"]
+    lines = ["matrix\tright side\tsolution"]
     told_apart = 0
     for n in (1, 2, 2, 2, 3, 3, 3, 3, 4, 5, 6, 7, 8, 8, 16, 17, 20):
         a = [[float(random.randint(-5, 5)) for _ in range(n)] for _ in range(n)]
         b = [float(random.randint(-50, 50)) for _ in range(n)]
         x = solve(a, b)
         told_apart += x != solve(a, b, last_of_equals=False)
-        numbers = [v for row in a for v in row] + b + x
-        lines.append("\t".join([str(n), *(f"{v:.9g}" for v in numbers)]))
+        *matrix, right, solution = (" ".join(f"{v:.9g}" for v in numbers) for numbers in [*a, b, x])
+        lines.append("\t".join(["; ".join(matrix), right, solution]))
     assert told_apart >= 3, "the choice among equal pivots must show"
     target.write_text("\n".join(lines) + "\n", encoding="utf-8")
 

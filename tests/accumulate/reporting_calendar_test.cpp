@@ -1,71 +1,47 @@
 // The reporting calendar: boundaries, inserted rows, phases, and what it refuses.
 #include <chrono>
 #include <cmath>
-#include <fstream>
-#include <iterator>
-#include <sstream>
 
 #include "accumulate/accumulate_array.hpp"
 #include "accumulate/profile.hpp"
 #include "frame/companion_fixture.hpp"
+#include "frame/test_table.hpp"
 
 namespace vqmath63 {
 namespace {
 
 class ReportingCalendarTest : public CompanionTest {};
 
-Lines split(const std::string& text, char by) {
-  Lines parts;
-  std::istringstream in(text);
-  for (std::string part; std::getline(in, part, by);) parts.push_back(part);
-  return parts;
-}
-
-template <class T>
-std::vector<std::vector<T>> numbers(const std::string& text) {
-  std::vector<std::vector<T>> rows;
-  for (const std::string& part : split(text, ',')) {
-    std::istringstream in(part);
-    rows.emplace_back(std::istream_iterator<T>(in), std::istream_iterator<T>());
-  }
-  return rows;
-}
+const Rows kMonthly = {{0, 5}, {1, 20}, {2, 30}, {3, 40}};
 
 // The figures of tools/make_calendar_cases.py, which works in exact rationals and knows no rows.
 TEST_F(ReportingCalendarTest, agrees_with_the_definition) {
-  std::ifstream file(VQ_TEST_DATA "/calendar_cases.tsv");
-  std::string line;
-  std::getline(file, line);
-  int count = 0;
-  for (; std::getline(file, line); ++count) {
-    const Lines field = split(line, '\t');
-    ASSERT_EQ(field.size(), 12U) << line;
-    const Rows samples = numbers<float>(field[10]);
-    const std::vector<std::vector<double>> want = numbers<double>(field[11]);
+  each_row("calendar_cases.tsv", "", 39, [](const TableRow& row) {
+    const Rows samples = row["samples"];
+    const std::vector<std::vector<double>> want = row["periods"];
     std::vector<bool> rates{false};  // the time column's flag is never looked at
-    for (const std::string& kind : split(field[9], ' ')) rates.push_back(kind == "rate");
-    const Settings settings{std::stod(field[2]), std::stod(field[5]), field[3], field[6],
-                            std::stoi(field[7]), std::stoi(field[8])};
+    for (const std::string& kind : split(row["kinds"], ' ')) rates.push_back(kind == "rate");
+    const Settings settings{row["data date"], row["report date"], row["data period"],
+                            row["period"],    row["frequency"],   row["index"]};
     bool ok = false;
     const Rows got = accumulated(samples, settings, rates, ok);
-    ASSERT_TRUE(ok) << field[0];
-    ASSERT_EQ(got.size(), want.size()) << field[0];
+    ASSERT_TRUE(ok);
+    ASSERT_EQ(got.size(), want.size());
     for (std::size_t i = 0; i < want.size(); ++i) {
       // Each time is off by half a unit of a Single at most; a mean feels all of them.
       const double length = want[i][0] - (i == 0 ? 0.0 : want[i - 1][0]);
       const auto n = static_cast<double>(samples.size());
       for (std::size_t j = 0; j < want[i].size(); ++j) {
         double largest = j == 0 ? want[i][0] : 0.0;
-        for (const auto& row : samples) {
-          if (j > 0) largest = std::fmax(largest, std::fabs(row[j]));
+        for (const auto& sample : samples) {
+          if (j > 0) largest = std::fmax(largest, std::fabs(sample[j]));
         }
         const double units = rates[j] ? n + 4 + (2 * n + 2) * want.back()[0] / length : 2;
         EXPECT_NEAR(got[i][j], want[i][j], std::ldexp(units * largest, -24))
-            << field[0] << ": row " << i << " column " << j;
+            << "row " << i << " column " << j;
       }
     }
-  }
-  EXPECT_EQ(count, 39);
+  });
   EXPECT_TRUE(lines.empty());
 }
 
@@ -132,44 +108,24 @@ TEST_F(ReportingCalendarTest, the_working_table_has_a_row_at_each_boundary) {
 }
 
 TEST_F(ReportingCalendarTest, what_cannot_be_reported_is_one_line) {
-  const Rows monthly = {{0, 5}, {1, 20}, {2, 30}, {3, 40}};
-  struct Row {
-    const char* name;
-    Settings settings;
-    Rows samples;
-    int number;
-  };
-  const auto from = [](double data, double start, const char* period) {
-    return Settings{data, start, "day", period};
-  };
-  std::vector<Row> rows = {
-      {"unknown data period", {.data_period = "fortnight"}, monthly, 5},
-      {"frequency 0", {.frequency = 0}, monthly, 5},
-      {"index 0", {.index = 0}, monthly, 9},
-      {"index after the rows", {.index = 5}, monthly, 9},
-      {"index far after the rows", {.index = 2147483647}, monthly, 9},
-      {"one sample left", {.index = 4}, monthly, 5},
-      {"start on the last sample", {.start = 45046}, monthly, 5},
-      {"start 1 s before the last sample", {.start = 45046 - 1 / 86400.0}, monthly, 5},
-      {"time steps back", {}, {{0, 5}, {1, 20}, {0.5, 30}}, 5},
-      {"time NaN", {}, {{0, 5}, {kNaN, 20}, {1, 30}}, 5},
-      {"time infinite", {.data_period = "day"}, {{0, 5}, {1, 20}, {kInf, 30}}, 5},
-      {"time after year 9999", {}, {{0, 5}, {1e30F, 20}}, 5},
-      {"days before year 100", from(-657434, 0, "day"), {{-1, 5}, {1, 20}}, 5},
-      {"no time passes", {}, {{2, 5}, {2, 20}, {2, 30}}, 5},
-      {"too many periods", from(-657434, -657434, "minute"), {{0, 5}, {3600000, 20}}, 7},
-  };
-  for (const double wild : {double{kNaN}, -1e300, 1e300, 1e7, -1e7, -HUGE_VAL, HUGE_VAL}) {
-    for (const char* period : {"hour", "month"}) {
-      rows.push_back({"wild start", from(44957, wild, period), monthly, 5});
-      rows.push_back({"wild data date", from(wild, 44957, period), monthly, 5});
-    }
-  }
-  for (const Row& row : rows) {
+  const auto expect_refusal = [&](const Rows& samples, const Settings& settings, int number) {
     bool ok = true;
-    EXPECT_EQ(accumulated(row.samples, row.settings, {}, ok), kUntouched) << row.name;
-    EXPECT_FALSE(ok) << row.name;
-    EXPECT_EQ(taken(), one_line(row.number, "Accumulate", "SetAccumulateArray")) << row.name;
+    EXPECT_EQ(accumulated(samples, settings, {}, ok), kUntouched);
+    EXPECT_FALSE(ok);
+    EXPECT_EQ(taken(), one_line(number, "Accumulate", "SetAccumulateArray"));
+  };
+  each_row("accumulate.tsv", "refusals", 15, [&](const TableRow& row) {
+    expect_refusal(row["samples"],
+                   {row["data date"], row["report date"], row["data period"], row["period"],
+                    row["frequency"], row["index"]},
+                   row["error"]);
+  });
+  for (const double wild : {double{kNaN}, -1e300, 1e300, 1e7, -1e7, -HUGE_VAL, HUGE_VAL}) {
+    SCOPED_TRACE(wild);
+    for (const char* period : {"hour", "month"}) {
+      expect_refusal(kMonthly, {44957, wild, "day", period}, 5);
+      expect_refusal(kMonthly, {wild, 44957, "day", period}, 5);
+    }
   }
 }
 

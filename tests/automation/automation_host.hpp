@@ -105,6 +105,15 @@ inline std::string ascii(const std::u16string& text) {
   return {text.begin(), text.end()};
 }
 
+/// Values between semicolons.
+inline std::vector<Value> values_of(const std::string& words) {
+  std::vector<Value> values;
+  for (const std::string& part : split(words, ';')) {
+    values.push_back(system::test::value_of(part.substr(part.find_first_not_of(' '))));
+  }
+  return values;
+}
+
 /// An array variable of any element type; in one of VT_VARIANT the subtypes change from element to
 /// element. Two dimensions where `columns` is not 0, the elements then column after column.
 inline Value array(VARTYPE element, LONG lower, const std::vector<double>& numbers,

@@ -2,13 +2,13 @@
 #pragma once
 
 #include <cstring>
-#include <limits>
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "automation/types.hpp"
+#include "frame/test_table.hpp"
 
 namespace vqmath63::automation::system::test {
 
@@ -74,15 +74,9 @@ struct Value {
     made.v.field = x;                             \
     return made;                                  \
   }
-VQ_TEST_VALUE(i1, CHAR, cVal, VT_I1)
 VQ_TEST_VALUE(i2, SHORT, iVal, VT_I2)
 VQ_TEST_VALUE(i4, LONG, lVal, VT_I4)
-VQ_TEST_VALUE(whole, INT, intVal, VT_INT)
-VQ_TEST_VALUE(i8, LONGLONG, llVal, VT_I8)
 VQ_TEST_VALUE(ui1, BYTE, bVal, VT_UI1)
-VQ_TEST_VALUE(ui2, USHORT, uiVal, VT_UI2)
-VQ_TEST_VALUE(ui4, ULONG, ulVal, VT_UI4)
-VQ_TEST_VALUE(count, UINT, uintVal, VT_UINT)
 VQ_TEST_VALUE(ui8, ULONGLONG, ullVal, VT_UI8)
 VQ_TEST_VALUE(r4, float, fltVal, VT_R4)
 VQ_TEST_VALUE(r8, double, dblVal, VT_R8)
@@ -158,6 +152,75 @@ inline std::string shown(const VARIANT& v) {
   if (v.vt == VT_R8 || v.vt == VT_DATE) made += " = " + std::to_string(v.dblVal);
   if (v.vt == VT_R4) made += " = " + std::to_string(v.fltVal);
   return made;
+}
+
+/// The type of a word such as "r8" or "array+i4", or of its number.
+inline VARTYPE type_named(const std::string& word) {
+  static const std::map<std::string, VARTYPE> kTypes = {
+      {"empty", VT_EMPTY},     {"null", VT_NULL},       {"i1", VT_I1},
+      {"i2", VT_I2},           {"i4", VT_I4},           {"i8", VT_I8},
+      {"int", VT_INT},         {"ui1", VT_UI1},         {"ui2", VT_UI2},
+      {"ui4", VT_UI4},         {"ui8", VT_UI8},         {"uint", VT_UINT},
+      {"r4", VT_R4},           {"r8", VT_R8},           {"cy", VT_CY},
+      {"date", VT_DATE},       {"bool", VT_BOOL},       {"text", VT_BSTR},
+      {"error", VT_ERROR},     {"variant", VT_VARIANT}, {"dispatch", VT_DISPATCH},
+      {"unknown", VT_UNKNOWN}, {"array", VT_ARRAY},     {"byref", VT_BYREF}};
+  int type = 0;
+  for (const std::string& part : split(word, '+')) {
+    const auto known = kTypes.find(part);
+    type |= known == kTypes.end() ? number<int>(part) : known->second;
+  }
+  return static_cast<VARTYPE>(type);
+}
+
+/// A value as tests/data/automation.tsv writes it, such as "i4 5", "text "x"" or "empty".
+inline Value value_of(const std::string& words) {
+  const std::size_t blank = words.find(' ');
+  Value made = bare(type_named(words.substr(0, blank)));
+  if (blank == std::string::npos) return made;
+  const std::string rest = words.substr(blank + 1);
+  if (made.v.vt == VT_BOOL) return boolean(rest == "True");
+  if (made.v.vt == VT_R4) return r4(number<float>(rest));
+  if (made.v.vt == VT_UI8) return ui8(number<ULONGLONG>(rest));
+  if (made.v.vt == VT_R8 || made.v.vt == VT_DATE) {
+    made.v.dblVal = number(rest);
+  } else if (made.v.vt != VT_BSTR) {
+    made.v.llVal = number<LONGLONG>(rest);
+  }
+  if (made.v.vt != VT_BSTR) return made;
+  std::u16string plain;
+  for (std::size_t i = 1; i + 1 < rest.size(); ++i) {
+    if (rest[i] == '\\') {  // \u and four digits
+      plain += static_cast<char16_t>(std::stoi(rest.substr(i + 2, 4), nullptr, 16));
+      i += 5;
+    } else if (rest[i] == '{') {  // {9*400}
+      plain.append(std::stoul(rest.substr(i + 3)), static_cast<char16_t>(rest[i + 1]));
+      i = rest.find('}', i);
+    } else {
+      plain += static_cast<char16_t>(rest[i]);
+    }
+  }
+  return text(plain);
+}
+
+/// The result code of a name, or of a classic error number.
+inline HRESULT code_of(const std::string& word) {
+#define VQ_CODE(name) \
+  { #name, name }
+  static const std::map<std::string, HRESULT> kCodes = {VQ_CODE(S_OK),
+                                                        VQ_CODE(E_FAIL),
+                                                        VQ_CODE(E_ACCESSDENIED),
+                                                        VQ_CODE(DISP_E_OVERFLOW),
+                                                        VQ_CODE(DISP_E_TYPEMISMATCH),
+                                                        VQ_CODE(DISP_E_BADVARTYPE),
+                                                        VQ_CODE(DISP_E_BADPARAMCOUNT),
+                                                        VQ_CODE(DISP_E_PARAMNOTOPTIONAL),
+                                                        VQ_CODE(DISP_E_PARAMNOTFOUND),
+                                                        VQ_CODE(DISP_E_MEMBERNOTFOUND)};
+#undef VQ_CODE
+  const auto known = kCodes.find(word);
+  return known == kCodes.end() ? static_cast<HRESULT>(0x800A0000U) + number<int>(word)
+                               : known->second;
 }
 
 }  // namespace vqmath63::automation::system::test

@@ -58,46 +58,28 @@ std::string bounds_of(SAFEARRAY* array, UINT dimension) {
 }
 
 TEST(SystemSafeArray, DescriptorsAreLaidOutAsHostsReadThem) {
-  constexpr ULONG kPointer = sizeof(void*);
-  const struct {
-    VARTYPE vt;
-    ULONG size;
-    USHORT features;
-  } rows[] = {
-      {VT_UI1, 1, 0x80},
-      {VT_BOOL, 2, 0x80},
-      {VT_I2, 2, 0x80},
-      {VT_I4, 4, 0x80},
-      {VT_R4, 4, 0x80},
-      {VT_R8, 8, 0x80},
-      {VT_DATE, 8, 0x80},
-      {VT_CY, 8, 0x80},
-      {VT_ERROR, 4, 0x80},
-      {VT_DECIMAL, 16, 0x80},
-      {VT_BSTR, kPointer, 0x180},
-      {VT_VARIANT, 8 + 2 * kPointer, 0x880},
-      {VT_UNKNOWN, kPointer, 0x240},
-      {VT_DISPATCH, kPointer, 0x440},
-  };
-  for (const auto& row : rows) {
-    const Array array{SafeArrayCreateVector(row.vt, -1, 3)};
-    EXPECT_EQ(array->cDims, 1) << row.vt;
-    EXPECT_EQ(array->fFeatures, row.features) << row.vt;
-    EXPECT_EQ(SafeArrayGetElemsize(array), row.size) << row.vt;
-    EXPECT_EQ(type_of(array), row.vt);
+  each_row("automation.tsv", "array elements", 14, [](const TableRow& row) {
+    const VARTYPE vt = type_named(row["type"]);
+    const ULONG size = ULONG(row["bytes"]) + ULONG(row["pointers"]) * ULONG{sizeof(void*)};
+    const USHORT features = row["features"];
+    const Array array{SafeArrayCreateVector(vt, -1, 3)};
+    EXPECT_EQ(array->cDims, 1);
+    EXPECT_EQ(array->fFeatures, features);
+    EXPECT_EQ(SafeArrayGetElemsize(array), size);
+    EXPECT_EQ(type_of(array), vt);
     const auto* before = reinterpret_cast<const char*>(array.array);
     std::uint32_t type;
     GUID iid;
     std::memcpy(&type, before - sizeof type, sizeof type);
     std::memcpy(&iid, before - sizeof iid, sizeof iid);
-    if ((row.features & FADF_HAVEVARTYPE) != 0) {
-      EXPECT_EQ(type, row.vt);
+    if ((features & FADF_HAVEVARTYPE) != 0) {
+      EXPECT_EQ(type, vt);
     } else {
-      EXPECT_TRUE(iid == (row.vt == VT_UNKNOWN ? IID_IUnknown : IID_IDispatch)) << row.vt;
+      EXPECT_TRUE(iid == (vt == VT_UNKNOWN ? IID_IUnknown : IID_IDispatch));
     }
-    const std::vector<char> zeros(3 * row.size);
-    EXPECT_EQ(std::memcmp(array->pvData, zeros.data(), zeros.size()), 0) << row.vt;
-  }
+    const std::vector<char> zeros(3 * size);
+    EXPECT_EQ(std::memcmp(array->pvData, zeros.data(), zeros.size()), 0);
+  });
 }
 
 TEST(SystemSafeArray, BoundsStandReversedAndTheFirstIndexMovesFastest) {
@@ -130,29 +112,18 @@ TEST(SystemSafeArray, BoundsStandReversedAndTheFirstIndexMovesFastest) {
 }
 
 TEST(SystemSafeArray, WhatCannotBeIsRefused) {
-  const LONG high = 2147483647;
-  const LONG low = -high - 1;
-  const struct {
-    const char* name;
-    VARTYPE vt;
+  each_row("automation.tsv", "no arrays", 9, [](const TableRow& row) {
     std::vector<SAFEARRAYBOUND> bounds;
-  } rows[] = {
-      {"no dimension", VT_R4, {}},
-      {"65 dimensions", VT_R4, std::vector<SAFEARRAYBOUND>(65, {1, 0})},
-      {"no type", VT_EMPTY, {{1, 0}}},
-      {"by reference", VT_BYREF | VT_R4, {{1, 0}}},
-      {"records", VT_RECORD, {{1, 0}}},
-      {"unknown type", 15, {{1, 0}}},
-      {"upper bound too high", VT_R4, {{2, high}}},
-      {"empty below the lowest", VT_R4, {{0, low}}},
-      {"size beyond any memory", VT_R8, {{0xFFFFFFFFu, low}, {0xFFFFFFFFu, low}}},
-      {"size beyond 64 bits", VT_VARIANT, {{0xFFFFFFF0u, low}, {0xFFFFFFF0u, low}, {16, 0}}},
-  };
-  for (const auto& row : rows) EXPECT_EQ(make(row.vt, row.bounds), nullptr) << row.name;
+    for (const auto& bound : std::vector<std::vector<std::int64_t>>(row["bounds"])) {
+      bounds.push_back({static_cast<ULONG>(bound.at(0)), static_cast<LONG>(bound.at(1))});
+    }
+    EXPECT_EQ(make(type_named(row["type"]), bounds), nullptr);
+  });
+  EXPECT_EQ(make(VT_R4, std::vector<SAFEARRAYBOUND>(65, {1, 0})), nullptr);
   EXPECT_EQ(SafeArrayCreate(VT_R4, 1, nullptr), nullptr);
   const Array most{make(VT_R4, std::vector<SAFEARRAYBOUND>(64, {1, 0}))};
   EXPECT_EQ(bounds_of(most, 64), "0..0");
-  EXPECT_EQ(bounds_of(Array{make(VT_R4, {{1, high}})}, 1), "2147483647..2147483647");
+  EXPECT_EQ(bounds_of(Array{make(VT_R4, {{1, 2147483647}})}, 1), "2147483647..2147483647");
 }
 
 TEST(SystemSafeArray, EmptyArraysHaveBoundsAndNoElements) {
@@ -275,23 +246,13 @@ TEST(SystemSafeArray, TextElementsAreCopied) {
 TEST(SystemSafeArray, ResizingKeepsWhatRemainsAndClearsWhatIsNew) {
   const Array array{make(VT_R4, {{2, 0}, {3, 1}})};
   std::iota(array.data<float>(), array.data<float>() + 6, 1.0F);
-  const struct {
-    SAFEARRAYBOUND last;
-    const char* bounds;
-    std::vector<float> want;
-  } rows[] = {
-      {{4, -3}, "-3..0", {1, 2, 3, 4, 5, 6, 0, 0}},
-      {{1, 5}, "5..5", {1, 2}},
-      {{1, 0}, "0..0", {1, 2}},
-      {{0, 0}, "0..-1", {}},
-      {{2, 1}, "1..2", {0, 0, 0, 0}},
-  };
-  for (const auto& row : rows) {
-    ASSERT_EQ(resize(array, row.last), S_OK);
-    EXPECT_EQ(bounds_of(array, 2), row.bounds);
+  each_row("automation.tsv", "resizing", 5, [&](const TableRow& row) {
+    ASSERT_EQ(resize(array, {row["count"], row["low"]}), S_OK);
+    EXPECT_EQ(bounds_of(array, 2), row["bounds"].text);
+    const std::vector<float> want = row["elements"];
     const auto* data = array.data<float>();
-    EXPECT_EQ(std::vector<float>(data, data + row.want.size()), row.want) << row.bounds;
-  }
+    EXPECT_EQ(std::vector<float>(data, data + want.size()), want);
+  });
   EXPECT_EQ(bounds_of(array, 1), "0..1") << "the first dimension is as it was";
 }
 

@@ -42,21 +42,13 @@ TEST_F(VtableTest, both_roads_give_the_same_bits) {
     EXPECT_EQ(object->ChangeBoolean(&changed), S_OK);
     EXPECT_EQ(changed, b == 0 ? VARIANT_TRUE : VARIANT_FALSE);
   }
-  const std::u16string all = u"\u007f\u0080\u07ff\u0800\U0001F6E2\uffff\U00010000",
-                       zero{u"a\0b", 3};
-  const std::pair<std::u16string, std::u16string> texts[] = {{u"", u""},
-                                                             {zero, zero},
-                                                             {all, all},
-                                                             {u"x\xd800y", u"x\ufffdy"},
-                                                             {u"\xdc00", u"\ufffd"},
-                                                             {u"x\xd800", u"x\ufffd"}};
-  for (const auto& [from, back] : texts) {
-    const Value sent = text(from);
+  each_row("automation.tsv", "texts", 6, [&](const TableRow& row) {
+    const Value sent = value_of(row["from"]);
     Value out = bare(VT_BSTR);
     EXPECT_EQ(object->EchoText(sent.v.bstrVal, &out.v.bstrVal), S_OK);
-    EXPECT_EQ(characters(out.v.bstrVal), back);
+    EXPECT_EQ(characters(out.v.bstrVal), characters(value_of(row["back"]).v.bstrVal));
     EXPECT_EQ(shown(out.v), shown(call(object, u"EchoText", {sent.v}).result.v));
-  }
+  });
 }
 
 TEST_F(VtableTest, arrays_are_looked_at_before_they_are_borrowed) {
@@ -106,32 +98,23 @@ TEST_F(VtableTest, null_pointers_are_refused_and_stand_for_missing_optional_argu
 }
 
 TEST_F(VtableTest, failures_carry_the_same_words_on_both_roads_and_leave_nothing_stale) {
-  const struct {
-    LONG number;
-    HRESULT hr;
-    std::u16string words;
-  } rows[] = {
-      {5, error_code(5), u"Invalid procedure call or argument"},
-      {9, error_code(9), u"Subscript out of range"},
-      {429, error_code(429), u"Component can't create object"},
-      {E_ACCESSDENIED, E_ACCESSDENIED, u"Access is denied"},
-      {-1, error_code(7), u"Out of memory"},
-      {-2, E_FAIL, u"Unspecified error"},
-  };
-  for (const auto& row : rows) {
+  each_row("automation.tsv", "failures", 6, [&](const TableRow& row) {
+    const LONG number = row["number"];
+    const HRESULT hr = code_of(row["error"]);
+    const std::string words = row["words"];
     Value where = text(u"host");
     float out = poisoned<float>();
-    const auto fail = [&] { return object->Fail(row.number, &where.v.bstrVal, &out); };
-    EXPECT_EQ(fail(), row.hr);
+    const auto fail = [&] { return object->Fail(number, &where.v.bstrVal, &out); };
+    EXPECT_EQ(fail(), hr);
     EXPECT_EQ(out, 0.0F);
     EXPECT_EQ(characters(where.v.bstrVal), u"reached");  // written before the failure
-    EXPECT_EQ(error_words(), row.words);
+    EXPECT_EQ(ascii(error_words()), words);
 
     const Sent by_name(text(u"host"), kByRef);
-    const Answer answer = call(object, u"Fail", {i4(row.number).v, by_name.variant});
+    const Answer answer = call(object, u"Fail", {i4(number).v, by_name.variant});
     EXPECT_EQ(answer.hr, DISP_E_EXCEPTION);
-    EXPECT_EQ(answer.scode, row.hr);
-    EXPECT_EQ(answer.words, row.words);
+    EXPECT_EQ(answer.scode, hr);
+    EXPECT_EQ(ascii(answer.words), words);
     EXPECT_EQ(answer.source, u"vq140Analyse.ztSample");
     EXPECT_EQ(shown(by_name.variable.v), shown(where.v));
     EXPECT_EQ(error_words(), u"");  // it has gone into the exception record
@@ -142,7 +125,7 @@ TEST_F(VtableTest, failures_carry_the_same_words_on_both_roads_and_leave_nothing
     fail();
     EXPECT_EQ(invoke_id(object, 4, {r4(1).v}, DISPATCH_METHOD).hr, S_OK);
     EXPECT_EQ(error_words(), u"") << "after a good call by name";
-  }
+  });
   // Without an exception record the words stay with the thread.
   VARIANT sent[] = {empty().v, i4(9).v};
   DISPPARAMS params{sent, nullptr, 2, 0};

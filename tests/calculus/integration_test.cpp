@@ -1,12 +1,12 @@
 // The quadrature rules and ztIntegrate: rounding, bounds, failures, the rule number.
 #include "calculus/integration.hpp"
 
-#include <fstream>
 #include <limits>
 
 #include "calculus/integrate.hpp"
 #include "frame/arrays.hpp"
 #include "frame/companion_fixture.hpp"
+#include "frame/test_table.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -28,89 +28,51 @@ std::string rule_line(std::int32_t number, const std::string& rule) {
 }
 
 TEST_F(IntegrationTest, areas_worked_by_hand) {
-  struct Row {
-    const char* name;
-    std::vector<float> x, y;
-    float want[4];
-  } const rows[] = {
-      {"one point fails for Simpson only", {7}, {5}, {0, 0, 0, 0}},
-      // Simpson: 8 x 0.333333333333333 = 2.66666674613953 as a Single.
-      {"three points", {0, 1, 2}, {0, 1, 4}, {3, 2.66666675F, 1, 5}},
-      {"four points: Simpson is Trapezoidal", {0, 1, 2, 4}, {0, 3, 6, 1}, {13, 13, 15, 11}},
-      {"five points, weights 1 4 2 4 1", {0, 3, 6, 9, 12}, {1, 2, 4, 8, 16}, {67.5, 65, 45, 90}},
-      {"unequal steps: Simpson takes the first", {0, 3, 4}, {1, 2, 6}, {8.5, 15, 5, 12}},
-      // 1/3 would give 73441916, half-way to the Single 73441920; the shorter factor stays below.
-      {"15 digits", {0, 2546, 5092}, {0, 21634.5F, 0}, {55081436, 73441912, 55081436, 55081436}},
-      // The running Single loses each 1; Trapezoidal sums in double precision.
-      {"running Singles", {0, 1, 2, 3}, {16777216, 1, 1, 0}, {8388610, 8388610, 16777216, 2}},
-      {"an infinity flows through", {0, 1, 2}, {1, kInf, 1}, {kInf, kInf, kInf, kInf}},
-      {"a NaN flows through", {0, 1, 2}, {1, kNaN, 1}, {kNaN, kNaN, kNaN, kNaN}},
-  };
-  for (const Row& row : rows) {
+  each_row("calculus.tsv", "areas", 9, [](const TableRow& row) {
+    const std::vector<float> want = row["want"];
     for (std::size_t r = 0; r < 4; ++r) {
       // Elements 1 to n; an array from 0 has one more, which no rule reads.
       for (const std::int32_t lower : {1, 0, -3}) {
-        Array1<float> x = samples_of(row.x, lower), y = samples_of(row.y, 1, 1);
+        Array1<float> x = samples_of<float>(row["x"], lower), y = samples_of<float>(row["y"], 1, 1);
         const float got = kRules[r].integrate(x, y);
-        EXPECT_TRUE(same(got, row.want[r])) << row.name << ", " << kRules[r].name << ": " << got;
+        EXPECT_TRUE(same(got, want.at(r))) << kRules[r].name << ": " << got;
       }
     }
-  }
+  });
   EXPECT_EQ(taken(), Lines(3, rule_line(9, "Simpson")));  // only the single point
 }
 
 TEST_F(IntegrationTest, areas_of_many_samples_round_at_every_step) {
-  std::ifstream file(VQ_TEST_DATA "/integration_cases.tsv");
-  std::string header;
-  std::getline(file, header);
-  std::int32_t n = 0;
-  int count = 0;
-  for (; file >> n; ++count) {
+  each_row("integration_cases.tsv", "", 7, [](const TableRow& row) {
+    const std::int32_t n = row["n"];
     Array1<float> x(1, n), y(1, n);
     for (std::int32_t i = 1; i <= n; ++i) {
       x(i) = static_cast<float>(i / 10.0);
       y(i) = static_cast<float>((37 * i % 101 - 40) / 7.0);  // 37 i stays below 2^31
     }
-    for (const Rule& rule : kRules) {
-      float want = 0;
-      file >> want;
-      EXPECT_EQ(rule.integrate(x, y), want) << rule.name << ", n = " << n;
+    for (std::size_t r = 0; r < 4; ++r) {
+      const float want = Field{row.fields[r + 1]};
+      EXPECT_EQ(kRules[r].integrate(x, y), want) << kRules[r].name;
     }
-  }
-  EXPECT_EQ(count, 7);
+  });
   EXPECT_TRUE(lines.empty());
 }
 
 TEST_F(IntegrationTest, failures_are_one_line_and_zero) {
-  constexpr float kBig = 3e38F;
-  const Array1<float> three = array_of<float>({0, 1, 2});
-  struct Row {
-    const char* name;
-    Array1<float> x, y;
-    const char* want;  // per rule: the error number, or u for nothing to report
-  } const rows[] = {
-      {"x unallocated", {}, three, "9999"},
-      {"y unallocated", three, {}, "9999"},
-      {"y short: Forward never reads the last", three, Array1<float>(1, 2), "99u9"},
-      {"y starts late: Backward never reads the first", three, Array1<float>(2, 3), "999u"},
-      {"x starts late", Array1<float>(2, 3), three, "9999"},
-      {"no point", Array1<float>(0, 0), {}, "uuuu"},
-      {"areas too large", three, array_of<float>({kBig, kBig, kBig}), "6666"},
-      {"steps too large", array_of<float>({0, kBig, -kBig}), three, "6666"},
-      {"infinities that cancel", three, array_of<float>({kInf, -kInf, kInf}), "5555"},
-  };
-  for (const Row& row : rows) {
+  each_row("calculus.tsv", "area failures", 9, [&](const TableRow& row) {
+    const std::string errors = row["errors"];
     for (std::size_t r = 0; r < 4; ++r) {
-      Array1<float> x = row.x, y = row.y;
+      Array1<float> x = array_of<float>(row["x"], row["x from"]),
+                    y = array_of<float>(row["y"], row["y from"]);
       const float got = kRules[r].integrate(x, y);
       Lines want;
-      if (row.want[r] != 'u') {
-        EXPECT_EQ(got, 0.0F) << row.name << ", " << kRules[r].name;
-        want.push_back(rule_line(row.want[r] - '0', kRules[r].name));
+      if (errors.at(r) != 'u') {
+        EXPECT_EQ(got, 0.0F) << kRules[r].name;
+        want.push_back(rule_line(errors[r] - '0', kRules[r].name));
       }
-      EXPECT_EQ(taken(), want) << row.name;
+      EXPECT_EQ(taken(), want);
     }
-  }
+  });
 }
 
 TEST_F(IntegrationTest, the_rule_number_chooses_and_cannot_be_read_back) {

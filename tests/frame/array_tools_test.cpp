@@ -1,10 +1,9 @@
 // Masking and removal, and what faults leave behind.
 #include "frame/array_tools.hpp"
 
-#include <cmath>
-
 #include "arrays.hpp"
 #include "companion_fixture.hpp"
+#include "test_table.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -22,37 +21,24 @@ class ArrayTools : public ::testing::Test {
 };
 
 TEST_F(ArrayTools, nulls_and_listed_entries_are_removed) {
-  struct Row {
-    const char* name;
-    float null;
-    std::int32_t lower;
-    Values values, want;
-    std::int32_t want_lower, want_count, want_removed;
-    List want_list;
-  } const rows[] = {
-      {"some", -999, 1, {1, -999, 3, -999}, {1, 3}, 1, 2, 2, {2, 4}},
-      {"a run", 0, 1, {0, -0.0F, 5, 0, 0, 6}, {5, 6}, 1, 2, 4, {1, 2, 4, 5}},
-      {"from -1", 7, -1, {7, 7, 7, 8, 9}, {7, 7, 8, 9}, -1, 2, 1, {1}},
-      {"none", 7, 0, {7, 8, 9}, {7, 8, 9}, 0, 2, 0, {0}},
-      {"all", 7, 0, {1, 7, 7}, {0}, 1, 0, 2, {1, 2}},
-      {"NaN", NAN, 1, {NAN, 4, -NAN}, {4}, 1, 1, 2, {1, 3}},
-      {"no samples", 4, 0, {4}, {0}, 1, 0, 0, {0}},
-  };
-  for (const Row& row : rows) {
-    Array1<float> values = array_of(row.values, row.lower);
+  each_row("frame.tsv", "removals", 7, [&](const TableRow& row) {
+    const Values left = row["left"];
+    const std::int32_t want_count = row["count"], want_removed = row["removed"],
+                       lower_left = row["lower left"];
+    Array1<float> values = array_of<float>(row["values"], row["lower"]);
     Array1<float> parallel = values;
-    float null = row.null;
+    float null = row["null"];
     tools.RemoveNullEntries(null, values, count, list, removed, ok);
-    EXPECT_TRUE(ok) << row.name;
-    EXPECT_EQ(count, row.want_count) << row.name;
-    EXPECT_EQ(contents(values), row.want) << row.name;
-    EXPECT_EQ(values.lower(), row.want_lower) << row.name;
-    EXPECT_EQ(removed, row.want_removed) << row.name;
-    EXPECT_EQ(contents(list), row.want_list) << row.name;
+    EXPECT_TRUE(ok);
+    EXPECT_EQ(count, want_count);
+    EXPECT_EQ(contents(values), left);
+    EXPECT_EQ(values.lower(), lower_left);
+    EXPECT_EQ(removed, want_removed);
+    EXPECT_EQ(contents(list), List(row["list"]));
     tools.RemoveListedEntries(list, removed, parallel, count = -5, ok);
-    EXPECT_EQ(count, row.want_count) << row.name;
-    EXPECT_EQ(contents(parallel), row.want) << row.name;
-  }
+    EXPECT_EQ(count, want_count);
+    EXPECT_EQ(contents(parallel), left);
+  });
 }
 
 TEST_F(ArrayTools, faults_leave_the_data_as_they_were) {
@@ -90,29 +76,18 @@ TEST_F(ArrayTools, faults_leave_the_data_as_they_were) {
 }
 
 TEST_F(ArrayTools, masks_keep_the_elements_of_the_wanted_flag) {
-  struct Row {
-    const char* name;
-    std::vector<Boolean> mask;
-    bool keep;
-    Values want;
-    std::int32_t want_count, fault;
-  } rows[] = {
-      {"true ones", {true, false, true}, true, {1, 3}, 2, 0},
-      {"false ones", {true, false, true}, false, {2}, 1, 0},
-      {"none", {false, false, false}, true, {0}, 0, 0},
-      {"longer", {false, true, true, true}, true, {2, 3}, 2, 0},
-      {"shorter", {false, true}, true, {1, 2, 3}, -5, 9},
-  };
-  for (Row& row : rows) {
+  each_row("frame.tsv", "masks", 5, [&](const TableRow& row) {
     Array1<float> values = array_of<float>({1, 2, 3});
-    Array1<Boolean> mask = array_of(row.mask);
+    Array1<Boolean> mask = array_of<Boolean>(row["mask"]);
+    const std::int32_t fault = row["fault"], want_count = row["count"];
+    bool keep = row["keep"];
     count = -5;
-    const auto apply = [&] { tools.ApplyMask(mask, values, count, ok, row.keep); };
-    EXPECT_EQ(fault_of(apply), row.fault) << row.name;
-    EXPECT_EQ(ok, row.fault == 0) << row.name;
-    EXPECT_EQ(count, row.want_count) << row.name;
-    EXPECT_EQ(contents(values), row.want) << row.name;
-  }
+    const auto apply = [&] { tools.ApplyMask(mask, values, count, ok, keep); };
+    EXPECT_EQ(fault_of(apply), fault);
+    EXPECT_EQ(ok, fault == 0);
+    EXPECT_EQ(count, want_count);
+    EXPECT_EQ(contents(values), Values(row["left"]));
+  });
 }
 
 TEST_F(ArrayTools, flags_are_all_true) {

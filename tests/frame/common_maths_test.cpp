@@ -1,12 +1,13 @@
 // The mathematical companion, from angles to segment crossings.
 #include "frame/common_maths.hpp"
 
+#include <algorithm>
 #include <cmath>
-#include <limits>
 #include <numbers>
 
 #include "arrays.hpp"
 #include "companion_fixture.hpp"
+#include "test_table.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -75,78 +76,40 @@ TEST(CommonMaths, bracket_is_the_last_interval_that_begins_at_or_below_the_value
 }
 
 TEST(CommonMaths, interpolation) {
-  constexpr float kMax = std::numeric_limits<float>::max();
-  struct Row {
-    const char* name;
-    std::vector<float> x, y, at, want;
-    std::int32_t fault, x_column, y_column;
-  } rows[] = {
-      {"step", {1, 2, 2, 4}, {10, 20, 40, 60}, {1.5F, 2, 3, 5}, {15, 20, 50, 70}, 0, 1, 2},
-      {"on the table as it came", {1, 2, 4}, {10, 20, 60}, {4, 0, 1}, {60, 0, 10}, 0, 1, 2},
-      {"fewer than rows", {1, 2}, {10, 20}, {2}, {20, 20}, 0, 1, 2},
-      {"one row", {3}, {8}, {99}, {8}, 0, 1, 2},
-      {"one step", {3, 3}, {8, 9}, {2, 4}, {8, 8}, 0, 1, 2},
-      {"NaN", {1, 2}, {10, 20}, {kNaN, 1}, {kNaN, 10}, 0, 1, 2},
-      {"more than rows", {1, 2}, {10, 20}, {1, 1, 1}, {10, 20}, 9, 1, 2},
-      {"x column", {1, 2}, {10, 20}, {1}, {10, 20}, 9, 0, 2},
-      {"y column", {1, 2}, {10, 20}, {1}, {10, 20}, 9, 1, 3},
-      {"does not fit", {1, 2}, {0, kMax}, {1.5F, 3}, {0, kMax}, 6, 1, 2},
-  };
-  for (Row& row : rows) {
-    const std::size_t n = row.x.size();
-    std::vector<float> cells = row.x;
-    cells.insert(cells.end(), row.y.begin(), row.y.end());
-    Array2<float> table(cells.data(), {1, static_cast<std::int32_t>(n)}, {1, 2});
-    Array1<float> at{std::span<float>(row.at)};
-    bool ok = row.fault != 0;
-    std::int32_t mode = 0;
-    const auto run = [&] {
-      maths.InterpolateTable(at, row.x_column, row.y_column, table, ok, mode);
-    };
-    EXPECT_EQ(fault_of(run), row.fault) << row.name;
-    EXPECT_EQ(ok, row.fault == 0) << row.name;
-    for (std::size_t k = 0; k < n; ++k) EXPECT_TRUE(same(cells[n + k], row.want[k])) << row.name;
-  }
+  each_row("frame.tsv", "interpolation", 10, [](const TableRow& row) {
+    const std::vector<float> x = row["x"], y = row["y"], want = row["want"];
+    std::vector<float> cells = x;
+    cells.insert(cells.end(), y.begin(), y.end());
+    Array2<float> table(cells.data(), {1, static_cast<std::int32_t>(x.size())}, {1, 2});
+    Array1<float> at = array_of<float>(row["at"]);
+    const std::int32_t fault = row["fault"];
+    std::int32_t x_column = row["x column"], y_column = row["y column"], mode = 0;
+    bool ok = fault != 0;
+    const auto run = [&] { maths.InterpolateTable(at, x_column, y_column, table, ok, mode); };
+    EXPECT_EQ(fault_of(run), fault);
+    EXPECT_EQ(ok, fault == 0);
+    EXPECT_TRUE(std::equal(want.begin(), want.end(), &cells[x.size()], same));
+  });
 }
 
 TEST(CommonMaths, segments_cross_with_their_end_points) {
-  struct Row {
-    const char* name;
-    float c[8];
-    bool want;
-    float x, y;
-  } const rows[] = {
-      {"plain", {0, 0, 4, 4, 0, 4, 4, 0}, true, 2, 2},
-      {"corner", {0, 0, 1, 1, 1, 1, 2, 0}, true, 1, 1},
-      {"T", {0, 0, 4, 2, 2, 1, 7, 9}, true, 2, 1},
-      {"short of it", {0, 0, 1, 1, 3, 0, 0, 3}, false, 0, 0},
-      {"parallel", {0, 0, 2, 2, 0, 1, 2, 3}, false, 0, 0},
-      {"one line", {0.1F, 0.3F, 0.2F, 0.6F, 0.1F, 0.3F, 0.4F, 1.2F}, false, 0, 0},
-      {"a point", {1, 1, 1, 1, 0, 0, 2, 2}, false, 0, 0},
-      {"field",
-       {49e4F, 67e5F, 490004, 6700004, 49e4F, 6700004, 490004, 67e5F},
-       true,
-       490002,
-       6700002},
-      {"far end", {-1e30F, 1, 1, 1, 1, -3, 1, 5}, true, 1, 1},
-      {"far T", {-1e30F, 1, 4, 1, 1, 1, 1, 5}, true, 1, 1},
-      {"huge", {-3e38F, -3e38F, 3e38F, 3e38F, -3e38F, 3e38F, 3e38F, -3e38F}, true, 0, 0},
-      {"NaN", {kNaN, 0, 4, 4, 0, 4, 4, 0}, false, 0, 0},
-  };
   // Either segment first, either way round.
-  const int orders[][8] = {
+  const std::size_t orders[][8] = {
       {0, 1, 2, 3, 4, 5, 6, 7}, {4, 5, 6, 7, 0, 1, 2, 3}, {0, 1, 2, 3, 6, 7, 4, 5}};
-  for (const Row& row : rows) {
+  each_row("frame.tsv", "segments", 12, [&](const TableRow& row) {
+    const std::vector<float> ends = row["coordinates"];
+    const bool want = row["crosses"];
+    const float x = row["x"], y = row["y"];
     for (const auto& order : orders) {
       float c[8];
-      for (int i = 0; i < 8; ++i) c[i] = row.c[order[i]];
-      bool crosses = !row.want;  // the result may go where a coordinate was
+      for (std::size_t i = 0; i < 8; ++i) c[i] = ends.at(order[i]);
+      bool crosses = !want;  // the result may go where a coordinate was
       maths.SegmentCrossPoint(c[0], c[1], c[2], c[3], c[4], c[5], c[6], c[7], c[0], c[7], crosses);
-      EXPECT_EQ(crosses, row.want) << row.name;
-      EXPECT_EQ(c[0], row.x) << row.name;
-      EXPECT_EQ(c[7], row.y) << row.name;
+      EXPECT_EQ(crosses, want);
+      EXPECT_EQ(c[0], x);
+      EXPECT_EQ(c[7], y);
     }
-  }
+  });
 }
 
 }  // namespace

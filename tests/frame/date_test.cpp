@@ -8,6 +8,7 @@
 
 #include "companion_fixture.hpp"
 #include "frame/date_tools.hpp"
+#include "test_table.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -59,26 +60,17 @@ TEST(Date, now_is_the_clock_within_the_time_zones) {
 }
 
 TEST(DateTools, months_are_added_with_the_day_clamped_and_the_time_kept) {
-  struct Row {
-    double from;
-    std::int64_t months;
-    double want;
-  } const rows[] = {
-      {day(2024, 1, 31), 1, day(2024, 2, 29)},
-      {day(1900, 1, 31), 1, day(1900, 2, 28)},
-      {day(2024, 3, 31), -1, day(2024, 2, 29)},
-      {day(2024, 2, 29), 12, day(2025, 2, 28)},
-      {day(2000, 12, 15), 1, day(2001, 1, 15)},
-      {day(2000, 1, 15), -1, day(1999, 12, 15)},
-      {-0.75, 1, day(1900, 1, 29) + 0.25},
-      {day(100, 1, 1), 118799, day(9999, 12, 1)},
-      {day(2024, 8, 31) + 0.75, 1, day(2024, 9, 30) + 0.75},
-  };
   BuiltInDateTools tools;
-  for (const auto& [from, months, want] : rows) {
-    EXPECT_EQ(tools.AddMonths(from, months), want) << from << " + " << months;
-    EXPECT_EQ(tools.MonthsBetween(from, want), months) << from;
-  }
+  const auto days_of = [](const std::vector<double>& date) {
+    const auto part = [&](std::size_t i) { return static_cast<std::int32_t>(date.at(i)); };
+    return day(part(0), part(1), part(2)) + date.at(3);
+  };
+  each_row("frame.tsv", "months", 9, [&](const TableRow& row) {
+    const double from = days_of(row["from"]), want = days_of(row["want"]);
+    const std::int64_t months = row["months"];
+    EXPECT_EQ(tools.AddMonths(from, months), want);
+    EXPECT_EQ(tools.MonthsBetween(from, want), months);
+  });
   EXPECT_EQ(tools.DateOfDays(tools.DaysOfDate({-1.25})), Date{-1.25});
   for (double d = kFirstDay; d <= kLastDay; d += 1.0) {  // every day, from the calendar's first
     const CivilDate date = civil_from_days(static_cast<std::int64_t>(d));

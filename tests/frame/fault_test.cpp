@@ -4,6 +4,7 @@
 #include <new>
 
 #include "companion_fixture.hpp"
+#include "test_table.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -13,21 +14,8 @@ std::int32_t code(std::uint32_t result) {
 }
 
 TEST(Fault, texts_are_the_classic_ones) {
-  const std::pair<std::int32_t, const char*> rows[] = {
-      {5, "Invalid procedure call or argument"},
-      {6, "Overflow"},
-      {7, "Out of memory"},
-      {9, "Subscript out of range"},
-      {10, "This array is fixed or temporarily locked"},
-      {11, "Division by zero"},
-      {13, "Type mismatch"},
-      {91, "Object variable not set"},
-      {429, "Component can't create object"},
-      {0, "Application-defined or object-defined error"},
-      {code(0x80070005U), "Access is denied"},
-      {code(0x80001234U), "Automation error"},
-  };
-  for (const auto& [number, text] : rows) EXPECT_STREQ(Fault(number).what(), text) << number;
+  each_row("frame.tsv", "error texts", 12,
+           [](const TableRow& row) { EXPECT_EQ(Fault(row["number"]).what(), row["text"].text); });
 }
 
 TEST(Fault, every_failure_amounts_to_a_number) {

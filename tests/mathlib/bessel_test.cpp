@@ -4,19 +4,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <random>
-#include <string>
+
+#include "frame/test_table.hpp"
 
 namespace vqmath63 {
 namespace {
 
-constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kTiny = std::numeric_limits<double>::denorm_min();
-constexpr double kOut = 1e308;
-constexpr std::int32_t kMostNegative = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
 
 struct Function {
@@ -41,141 +38,44 @@ bool same(double a, double b) {
 }
 
 TEST(Bessel, values_of_60_digits) {
-  std::ifstream file(VQ_TEST_DATA "/bessel_cases.tsv");
-  std::string kind;
-  std::getline(file, kind);
-  std::int32_t n = 0;
-  std::string x_text, value_text, rest_text, scale_text;
-  int count = 0;
-  for (; file >> kind >> n >> x_text >> value_text >> rest_text >> scale_text; ++count) {
-    const double x = std::strtod(x_text.c_str(), nullptr);
-    const double value = std::strtod(value_text.c_str(), nullptr);
-    const double rest = std::strtod(rest_text.c_str(), nullptr);
-    const double scale = std::strtod(scale_text.c_str(), nullptr);
+  each_row("bessel_cases.tsv", "", 852, [](const TableRow& row) {
+    const char kind = row["function"];
+    const std::int32_t n = row["order"];
+    const double x = row["argument"], value = row["value"], rest = row["rest"],
+                 scale = row["scale"];
     for (const Function& f : kFunctions) {
-      if (f.kind != kind[0]) continue;
+      if (f.kind != kind) continue;
       double bound = n < 2 ? f.bound : n <= 300 ? f.order_bound : f.beyond_bound;
       // Past the recurrences' last orders I and K are expansions.
-      if ((kind == "i" && n > 70) || (kind == "k" && n > 80)) bound = f.beyond_bound;
+      if ((kind == 'i' && n > 70) || (kind == 'k' && n > 80)) bound = f.beyond_bound;
       // Errors grow over the thousands of steps across the turning point.
       if (n == kLargest) bound = 1e-12;
       // Beside zeros, the first of Y apart, nothing is lost to their places.
       if (n < 2 && x > 2.3 && std::fabs(value) < 1e-9 * scale) bound = 1e-16;
       const double got = f.of_order(n, x);
       const double error = std::fabs((got - value) - rest);
-      EXPECT_LE(error, bound * scale + kTiny) << kind << " of order " << n << " at " << x_text
-                                              << ": " << got << ", error " << error / scale;
+      EXPECT_LE(error, bound * scale + kTiny)
+          << "of order " << n << " at " << x << ": " << got << ", error " << error / scale;
       const double named = n == 0 ? f.of_zero(x) : n == 1 ? f.of_one(x) : got;
-      EXPECT_TRUE(same(named, got)) << kind << n << " at " << x_text << ": " << named;
+      EXPECT_TRUE(same(named, got)) << n << " at " << x << ": " << named;
     }
-  }
-  EXPECT_EQ(count, 852);
+  });
 }
 
 TEST(Bessel, ends_of_the_domains) {
-  struct Row {
-    char kind;
-    std::int32_t n;
-    double x, want;
-  };
-  const Row rows[] = {
-      {'j', 0, 0.0, 1.0},
-      {'j', 0, -0.0, 1.0},
-      {'j', 1, 0.0, 0.0},
-      {'j', 1, -0.0, -0.0},
-      {'j', 2, -0.0, 0.0},
-      {'j', 3, -0.0, -0.0},
-      {'j', 0, kInf, 0.0},
-      {'j', 1, kInf, 0.0},
-      {'j', 7, kInf, 0.0},
-      {'j', 7, -kInf, -0.0},
-      {'j', 1, -kInf, -0.0},
-      {'j', 0, -kInf, 0.0},
-      {'j', 8, -kInf, 0.0},
-      {'j', 900, kInf, 0.0},
-      {'y', 0, 0.0, kOut},
-      {'y', 1, -0.0, kOut},
-      {'y', 5, 0.0, kOut},
-      {'y', 0, -1.0, kOut},
-      {'y', 1, -kTiny, kOut},
-      {'y', 9, -kInf, kOut},
-      {'y', 0, kInf, 0.0},
-      {'y', 1, kInf, 0.0},
-      {'y', 9, kInf, 0.0},
-      {'y', 1, kTiny, -kOut},
-      {'y', 2, 1e-160, -kOut},
-      {'y', 200, 1e-3, -kOut},
-      {'y', 150, 0.5, -kOut},
-      {'i', 0, 0.0, 1.0},
-      {'i', 1, -0.0, -0.0},
-      {'i', 2, 0.0, 0.0},
-      {'i', 0, kInf, kInf},
-      {'i', 1, -kInf, -kInf},
-      {'i', 4, -kInf, kInf},
-      {'i', 5, -kInf, -kInf},
-      {'i', 0, 714.0, kOut},
-      {'i', 0, -714.0, kOut},
-      {'i', 1, -714.0, -kOut},
-      {'i', 0, 1e300, kOut},
-      {'i', 2, 1e300, kOut},
-      {'i', 100, 1e9, kOut},
-      {'i', 100, 1e300, kOut},
-      {'i', 30, 750.0, kOut},
-      {'i', 31, -750.0, -kOut},
-      {'k', 0, 0.0, kOut},
-      {'k', 1, -0.0, kOut},
-      {'k', 3, -2.0, kOut},
-      {'k', 0, -kInf, kOut},
-      {'k', 0, kInf, 0.0},
-      {'k', 1, kInf, 0.0},
-      {'k', 6, kInf, 0.0},
-      {'k', 0, 750.0, 0.0},
-      {'k', 1, 1e300, 0.0},
-      {'k', 2, 1e4, 0.0},
-      {'k', 100, 1e300, 0.0},
-      {'k', 1, kTiny, kOut},
-      {'k', 2, 1e-160, kOut},
-      {'k', 90, 1e-300, kOut},
-      {'k', 40, kTiny, kOut},
-      // Underflow.
-      {'j', 2, 1e-170, 0.0},
-      {'j', 5, -1e-70, -0.0},
-      {'j', 160, 0.01, 0.0},
-      {'j', 400, 1e-300, 0.0},
-      {'j', 10000, 5000.0, 0.0},
-      {'i', 2, 1e-170, 0.0},
-      {'i', 300, kTiny, 0.0},
-      {'i', 10000, 100.0, 0.0},
-      // Orders at the limits of a Long.
-      {'j', -1, 1.0, kOut},
-      {'j', kMostNegative, 1.0, kOut},
-      {'y', -1, 1.0, kOut},
-      {'i', -2, 1.0, kOut},
-      {'k', -1, 1.0, kOut},
-      {'k', kMostNegative, kNaN, kOut},
-      {'j', kLargest, 1.0, 0.0},
-      {'j', kLargest, -1e9, -0.0},
-      {'j', kLargest, kTiny, 0.0},
-      {'y', kLargest, 1.0, -kOut},
-      {'y', kLargest, 2e9, -kOut},
-      {'y', kLargest, kTiny, -kOut},
-      {'i', kLargest, 1e9, 0.0},
-      {'i', kLargest, -1e10, -kOut},
-      {'i', kLargest, 1e300, kOut},
-      {'k', kLargest, 1e9, kOut},
-      {'k', kLargest, 1e10, 0.0},
-      {'k', kLargest, kTiny, kOut},
-  };
-  for (const Row& row : rows) {
+  each_row("mathlib.tsv", "bessel ends", 84, [](const TableRow& row) {
+    const char kind = row["kind"];
+    const std::int32_t n = row["order"];
+    const double x = row["x"], want = row["want"];
     for (const Function& f : kFunctions) {
-      if (f.kind != row.kind) continue;
-      const double got = f.of_order(row.n, row.x);
-      EXPECT_TRUE(same(got, row.want)) << row.kind << row.n << "(" << row.x << ") = " << got;
-      if (row.n != 0 && row.n != 1) continue;
-      const double named = row.n == 0 ? f.of_zero(row.x) : f.of_one(row.x);
-      EXPECT_TRUE(same(named, row.want)) << row.kind << row.n << "(" << row.x << ") = " << named;
+      if (f.kind != kind) continue;
+      const double got = f.of_order(n, x);
+      EXPECT_TRUE(same(got, want)) << got;
+      if (n != 0 && n != 1) continue;
+      const double named = n == 0 ? f.of_zero(x) : f.of_one(x);
+      EXPECT_TRUE(same(named, want)) << named;
     }
-  }
+  });
   for (const Function& f : kFunctions) {
     EXPECT_TRUE(std::isnan(f.of_zero(kNaN)) && std::isnan(f.of_one(kNaN))) << f.kind;
     for (const std::int32_t n : {0, 1, 2, 50, 1000, kLargest}) {

@@ -37,11 +37,10 @@ std::vector<std::string> error_lines(const std::string& failures) {
 }
 
 TEST_F(EdgeCasesTest, results_and_failures) {
-  int count = 0;
-  for (const auto& row : table_rows(VQ_TEST_DATA "/edge_cases.tsv", 7)) {
-    const SpecialCase edge{"edge",           row[0],         "", argument(row[1]), argument(row[2]),
-                           argument(row[3]), number(row[4]), 0};
-    const double tolerance = number(row[5]);
+  each_row("edge_cases.tsv", "", 351, [&](const TableRow& row) {
+    const double a = argument(row["a"]), b = argument(row["b"]), x = argument(row["x"]);
+    const SpecialCase edge{"edge", row["function"], "", a, b, x, row["want"], 0};
+    const double tolerance = row["tolerance"];
     const double got = evaluate(edge);
     std::ostringstream call;
     call.precision(17);
@@ -54,11 +53,9 @@ TEST_F(EdgeCasesTest, results_and_failures) {
     } else {
       EXPECT_NEAR(got, edge.value, std::abs(edge.value) * tolerance) << call.str();
     }
-    EXPECT_EQ(lines, error_lines(row[6])) << call.str();
+    EXPECT_EQ(lines, error_lines(row["failures"])) << call.str();
     lines.clear();
-    ++count;
-  }
-  EXPECT_EQ(count, 351);
+  });
 }
 
 TEST_F(EdgeCasesTest, factor_is_the_search_as_it_stands) {

@@ -2,15 +2,13 @@
 #pragma once
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "frame/test_table.hpp"
 #include "mathlib/math_lib.hpp"
 
 namespace vqmath63 {
@@ -29,40 +27,13 @@ struct SpecialCase {
   }
 };
 
-inline double number(const std::string& text) {
-  double value = 0.0;
-  const auto end = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (end.ec != std::errc() || end.ptr != text.data() + text.size()) {
-    throw std::invalid_argument("no number: " + text);
-  }
-  return value;
-}
-
-/// The rows of a table as fields; the last field may be empty.
-inline std::vector<std::vector<std::string>> table_rows(const std::string& path,
-                                                        std::size_t columns) {
-  std::vector<std::vector<std::string>> rows;
-  std::ifstream file(path);
-  bool headings = true;
-  for (std::string line; std::getline(file, line);) {
-    if (line.starts_with('#') || std::exchange(headings, false)) continue;
-    std::vector<std::string> fields;
-    std::istringstream text(line);
-    for (std::string field; std::getline(text, field, '\t');) fields.push_back(field);
-    if (line.ends_with('\t')) fields.emplace_back();
-    if (fields.size() != columns) throw std::invalid_argument("not a row: " + line);
-    rows.push_back(std::move(fields));
-  }
-  return rows;
-}
-
 /// The rows of one kind.
-inline std::vector<SpecialCase> special_cases(const std::string& path, const std::string& kind) {
+inline std::vector<SpecialCase> special_cases(const std::string& kind) {
   std::vector<SpecialCase> cases;
-  for (const auto& fields : table_rows(path, 8)) {
-    if (fields[0] != kind) continue;
-    cases.push_back({fields[0], fields[1], fields[2], number(fields[3]), number(fields[4]),
-                     number(fields[5]), number(fields[6]), number(fields[7])});
+  for (const TableRow& row : table_rows("special_cases.tsv")) {
+    if (row.fields[0] != kind) continue;
+    cases.push_back({kind, row["function"], row["interval"], row["a"], row["b"], row["x"],
+                     row["value"], row["rest_or_size"]});
   }
   return cases;
 }

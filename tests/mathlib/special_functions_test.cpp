@@ -1,7 +1,6 @@
 // The functions of ztMathLib against the committed values, and the tables they are made of.
 #include <bit>
 #include <cstdint>
-#include <map>
 #include <span>
 
 #include "frame/companion_fixture.hpp"
@@ -12,8 +11,6 @@
 namespace vqmath63 {
 namespace {
 
-constexpr const char* kPath = VQ_TEST_DATA "/special_cases.tsv";
-
 class SpecialFunctionsTest : public CompanionTest {};
 
 double unit_in_last_place(double x) {
@@ -21,71 +18,33 @@ double unit_in_last_place(double x) {
 }
 
 TEST_F(SpecialFunctionsTest, errors_stay_within_the_documented_bounds) {
-  // The bounds of docs/accuracy.md: largest error relative to the value, for LoGamma to 1 at least.
-  struct Bound {
-    const char* function;
-    const char* interval;
-    double bound;
-    int rows;
-  };
-  const Bound bounds[] = {
-      {"Gamma", "(1e-300, 0.001)", 3e-16, 10},
-      {"Gamma", "(0.001, 1)", 1e-15, 10},
-      {"Gamma", "(1, 2)", 1e-15, 10},
-      {"Gamma", "(2, 12)", 1e-15, 10},
-      {"Gamma", "(12, 171.6)", 2.5e-13, 10},
-      {"Gamma", "limits", 2.5e-13, 15},
-      {"Gamma", "(-20, 0)", 5e-14, 10},
-      {"LoGamma", "(1e-300, 0.5)", 4e-16, 10},
-      {"LoGamma", "(0.5, 3)", 1e-15, 10},
-      {"LoGamma", "(3, 12)", 4e-15, 10},
-      {"LoGamma", "(12, 1e5)", 5e-16, 10},
-      {"LoGamma", "(1e5, 2.5e305)", 4e-16, 10},
-      {"LoGamma", "limits", 4e-15, 24},
-      {"Erf", "(1e-300, 0.46875)", 8e-16, 10},
-      {"Erf", "(0.46875, 4)", 1.5e-15, 10},
-      {"Erf", "(4, 8)", 2e-16, 10},
-      {"Erf", "limits", 1.5e-15, 12},
-      {"beta", "A, B in (0.25, 80)", 5e-13, 10},
-      {"BetaI", "A, B in (0.05, 2)", 3e-14, 10},
-      {"BetaI", "A, B in (2, 50)", 1e-13, 10},
-      {"Gamma_P", "A in (0.05, 2)", 4e-15, 10},
-      {"Gamma_P", "A in (2, 50)", 1e-13, 10},
-      {"Gamma_CF", "X in (A + 1, A + 61)", 1e-13, 10},
-      {"Gamma_Series", "capped", 1e-8, 1},
-      {"Gamma_CF", "capped", 1e-10, 1},
-      {"Beta_CF", "capped", 1e-12, 1},
-      {"Factorial", "0 to 170", 1e-15, 10},
-      {"Combination", "totals to 170", 1e-15, 9},
-      {"Permutation", "totals to 170", 1e-15, 9},
-  };
-  std::map<std::pair<std::string, std::string>, int> seen;
-  std::size_t count = 0;
-  for (const SpecialCase& row : special_cases(kPath, "special")) {
-    const auto bound = std::find_if(std::begin(bounds), std::end(bounds), [&](const Bound& b) {
-      return row.function == b.function && row.interval == b.interval;
-    });
-    ASSERT_NE(bound, std::end(bounds)) << row.name() << " in " << row.interval;
-    const double got = evaluate(row);
-    const double scale =
-        row.function == "LoGamma" ? std::max(1.0, std::abs(row.value)) : std::abs(row.value);
-    // The value is the rounded one and its rest.
-    EXPECT_LE(std::abs((got - row.value) - row.rest_or_size), bound->bound * scale)
-        << row.name() << " is " << row.value << ", not " << got;
-    ++seen[{row.function, row.interval}];
-    ++count;
-  }
-  for (const Bound& bound : bounds) {
-    const int rows = seen[{bound.function, bound.interval}];
-    EXPECT_EQ(rows, bound.rows) << bound.function << " " << bound.interval;
-  }
-  EXPECT_EQ(count, 282U);
+  const std::vector<SpecialCase> cases = special_cases("special");
+  int seen = 0;
+  each_row("mathlib.tsv", "bounds", 29, [&](const TableRow& row) {
+    const double bound = row["bound"];
+    const int rows = row["rows"];
+    int found = 0;
+    for (const SpecialCase& one : cases) {
+      if (one.function != row["function"].text || one.interval != row["interval"].text) continue;
+      const double got = evaluate(one);
+      const double scale =
+          one.function == "LoGamma" ? std::max(1.0, std::abs(one.value)) : std::abs(one.value);
+      // The value is the rounded one and its rest.
+      EXPECT_LE(std::abs((got - one.value) - one.rest_or_size), bound * scale)
+          << one.name() << " is " << one.value << ", not " << got;
+      ++found;
+    }
+    EXPECT_EQ(found, rows);
+    seen += found;
+  });
+  EXPECT_EQ(cases.size(), 282U);
+  EXPECT_EQ(seen, 282);
   EXPECT_TRUE(lines.empty());
 }
 
 TEST_F(SpecialFunctionsTest, elementary_functions_follow_their_formulas_and_constants) {
   int count = 0;
-  for (const SpecialCase& row : special_cases(kPath, "formula")) {
+  for (const SpecialCase& row : special_cases("formula")) {
     const double got = evaluate(row);
     EXPECT_LE(std::abs(got - row.value), 2 * row.rest_or_size * unit_in_last_place(row.value))
         << row.name() << " is " << row.value << ", not " << got;

@@ -1,10 +1,13 @@
-// Live-oil tables as the tests of the volume factors write them down.
+// What the tests of the volume factors share: live-oil tables and their factors.
 #pragma once
 
 #include <cstdint>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "frame/arrays.hpp"
+#include "frame/test_table.hpp"
 #include "petroleum/petroleum.hpp"
 
 namespace vqmath63 {
@@ -37,12 +40,14 @@ inline Result live(const Table& table, float primary, float secondary) {
   return result;
 }
 
-// Three curves of four entries: saturation at 100, 200, 400; each entry's factor is such that
-// every segment has a slope of its own.
-inline const Table kOil{
-    {10, 20, 40},
-    {1, 5, 9},
-    {100, 150, 250, 450, 200, 260, 360, 560, 400, 480, 580, 800},
-    {1.2F, 1.1F, 1.06F, 1.02F, 1.4F, 1.28F, 1.24F, 1.2F, 1.8F, 1.72F, 1.62F, 1.4F}};
+inline Table live_table(const std::string& name) {
+  for (const TableRow& row : table_rows("petroleum.tsv", "live oil tables")) {
+    if (row.fields[0] == name)
+      return {row["primary"], row["map"], row["secondary"], row["factors"]};
+  }
+  throw std::invalid_argument("no table " + name);
+}
+
+inline const Table kOil = live_table("oil");
 
 }  // namespace vqmath63

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "frame/companion_fixture.hpp"
+#include "frame/test_table.hpp"
 #include "petroleum/live_oil_table.hpp"
 
 namespace vqmath63 {
@@ -18,38 +19,21 @@ class PetroleumTest : public CompanionTest {
 };
 
 TEST_F(PetroleumTest, dead_oil) {
-  const std::vector<float> pressure{300, 800, 8000}, factor{1.05F, 1.02F, 1.01F};
-  struct Row {
-    const char* name;
-    std::vector<float> x, y;
-    std::int32_t count;
-    float at;
-    double want;
-    std::int32_t error;
-  } const rows[] = {
-      {"between rows", pressure, factor, 3, 550, 1.035, 0},
-      {"below", pressure, factor, 3, 200, 1.056, 0},
-      {"above", pressure, factor, 3, 15200, 1.0, 0},
-      {"rows beyond the count are not read", pressure, factor, 2, 1300, 0.99, 0},
-      {"one row", pressure, factor, 1, 5000, 1.05, 0},
-      {"no row", pressure, factor, 0, 500, kOld, 9},
-      {"a huge count", pressure, factor, kMost, 500, kOld, 9},
-      {"no abscissae", {}, factor, 3, 500, kOld, 9},
-      {"factors short", pressure, {1, 2}, 3, 500, kOld, 9},
-  };
-  for (const Row& row : rows) {
-    Array1<float> x = array_of(row.x), y = array_of(row.y);
-    std::int32_t count = row.count;
-    float at = row.at, got = kOld;
-    bool ok = row.error != 0;
+  each_row("petroleum.tsv", "dead oil", 9, [&](const TableRow& row) {
+    const std::vector<float> pressures = row["pressures"], factors = row["factors"];
+    Array1<float> x = array_of(pressures), y = array_of(factors);
+    std::int32_t count = row["count"];
+    const std::int32_t error = row["error"];
+    float at = row["at"], got = kOld;
+    const double want = row["want"];
+    bool ok = error != 0;
     petroleum.GetVolumeCorrectionDead(x, y, count, at, got, ok);
-    EXPECT_EQ(ok, row.error == 0) << row.name;
-    EXPECT_NEAR(got, row.want, 2e-7 * std::fabs(row.want)) << row.name;
-    EXPECT_EQ(contents(x), row.x);
-    EXPECT_EQ(contents(y), row.y) << "the companion writes into a table of its own";
-    EXPECT_EQ(taken(), error_lines(row.error, "ztPetroleum (Code) (GetVolumeCorrectionDead)"))
-        << row.name;
-  }
+    EXPECT_EQ(ok, error == 0);
+    EXPECT_NEAR(got, want, 2e-7 * std::fabs(want));
+    EXPECT_EQ(contents(x), pressures);
+    EXPECT_EQ(contents(y), factors) << "the companion writes into a table of its own";
+    EXPECT_EQ(taken(), error_lines(error, "ztPetroleum (Code) (GetVolumeCorrectionDead)"));
+  });
 }
 
 // A companion that says it could not, or fails, and remembers what it was asked.
@@ -125,48 +109,21 @@ TEST_F(PetroleumTest, companions_are_asked_and_believed) {
 }
 
 TEST_F(PetroleumTest, water) {
-  struct Row {
-    const char* name;
-    std::vector<float> reference, factor, compressibility;
-    float at, want;
-    std::int32_t error;
-  } const rows[] = {
-      {"exact steps", {1000}, {2}, {0.0009765625F}, 3048, 10, 0},  // X = 2: 2 (1 + 2 + 2)
-      {"below the reference", {1000}, {0.5F}, {0.0009765625F}, 488, 0.3125F, 0},  // X = -1/2
-      {"X of -1", {1024}, {4}, {0.0009765625F}, 0, 2, 0},
-      {"further elements are not read", {4000, kNaN}, {1.25F, kNaN}, {3e-6F, kNaN}, 4000, 1.25F, 0},
-      // 1/7 as a Single is 9586981 / 2^26, and the reciprocal of that is nearest to 7 - 2^-21.
-      {"through two reciprocals", {0}, {7}, {1}, 0, 6.99999952F, 0},
-      // Steps that would come out one unit higher if what is named were kept in Double.
-      {"the expansion is a Single", {0}, {1}, {0.000244140625F}, 1, 0x1.001p0F, 0},
-      {"X squared / 2 is a Single", {0}, {1}, {1}, 0x1.00004p-3F, 0x1.220008p0F, 0},
-      {"X + 1 is a Single", {0}, {1}, {1}, 0x1.000128p-3F, 0x1.220028p0F, 0},
-      {"no factor at the reference", {1000}, {0}, {1e-6F}, 2000, kOld, 11},
-      {"the reciprocal below Single", {0}, {3e38F}, {1}, 1e19F, kOld, 11},
-      // Half of it would fit.
-      {"X squared beyond Single", {0}, {1}, {1}, 2.2e19F, kOld, 6},
-      {"the distance beyond Single", {-3e38F}, {1}, {0}, 3e38F, kOld, 6},
-      {"the reciprocal beyond Single", {0}, {1e-40F}, {0}, 0, kOld, 6},
-      {"an infinite pressure", {0}, {1}, {0}, kInf, kOld, 5},
-      {"a NaN flows through", {0}, {1}, {kNaN}, 5, kNaN, 0},
-      {"no reference", {}, {1}, {1}, 5, kOld, 9},
-      {"no factor", {1}, {}, {1}, 5, kOld, 9},
-      {"no compressibility", {1}, {1}, {}, 5, kOld, 9},
-  };
-  for (const Row& row : rows) {
+  each_row("petroleum.tsv", "water", 18, [&](const TableRow& row) {
     for (const std::int32_t stated : {1, 0, -1, 99}) {
-      Array1<float> t1 = array_of(row.reference), t2 = array_of(row.factor),
-                    t3 = array_of(row.compressibility);
+      Array1<float> t1 = array_of<float>(row["reference"]), t2 = array_of<float>(row["factor"]),
+                    t3 = array_of<float>(row["compressibility"]);
       std::int32_t count = stated;
-      float at = row.at, got = kOld;
-      bool ok = row.error != 0;
+      const std::int32_t error = row["error"];
+      const float want = row["want"];
+      float at = row["at"], got = kOld;
+      bool ok = error != 0;
       petroleum.GetWaterVolumeCorrection(t1, t2, t3, count, at, got, ok);
-      EXPECT_EQ(ok, row.error == 0) << row.name;
-      EXPECT_TRUE(same(got, row.want)) << row.name << ": " << got;
-      EXPECT_EQ(taken(), error_lines(row.error, "ztPetroleum (Code) (GetWaterVolumeCorrection)"))
-          << row.name;
+      EXPECT_EQ(ok, error == 0);
+      EXPECT_TRUE(same(got, want)) << got;
+      EXPECT_EQ(taken(), error_lines(error, "ztPetroleum (Code) (GetWaterVolumeCorrection)"));
     }
-  }
+  });
 }
 
 }  // namespace

@@ -21,12 +21,11 @@ using Columns = std::vector<Values>;
 class NullRemovalTest : public CompanionTest {
  protected:
   // What the last call left.
-  void expect_done(const char* name, std::int32_t want_rows, const Columns& want,
-                   const std::vector<A*>& arrays) {
-    EXPECT_TRUE(ok) << name;
-    EXPECT_EQ(rows, want_rows) << name;
+  void expect_done(std::int32_t want_rows, const Columns& want, const std::vector<A*>& arrays) {
+    EXPECT_TRUE(ok);
+    EXPECT_EQ(rows, want_rows);
     for (std::size_t i = 0; i < arrays.size(); ++i) {
-      EXPECT_EQ(from_one(*arrays[i]), want[i]) << name << ", column " << i;
+      EXPECT_EQ(from_one(*arrays[i]), want.at(i)) << "column " << i;
     }
     ok = false;
     rows = -7;
@@ -39,53 +38,39 @@ class NullRemovalTest : public CompanionTest {
 };
 
 TEST_F(NullRemovalTest, rows_stay_or_go_together) {
-  struct Row {
-    const char* name;
-    Columns in, out;
-    std::int32_t rows;
-    bool pair = false;  // the third column has no null of its own
-  } const table[] = {
-      {"none null", {{1, 2}, {3, 4}, {5, 6}}, {{1, 2}, {3, 4}, {5, 6}}, 2, true},
-      {"first column", {{N, 2, N}, {3, 4, 5}, {6, 7, 8}}, {{2}, {4}, {7}}, 1, true},
-      {"last column", {{1, 2, 9}, {3, 4, 5}, {N, 7, N}}, {{2}, {4}, {7}}, 1},
-      {"shared rows", {{N, 2, N, 4}, {N, N, 3, 4}, {1, N, N, 4}}, {{4}, {4}, {4}}, 1},
-      {"all null in the first", {{N, N}, {1, 2}, {3, 4}}, {{0}, {0}, {0}}, 0, true},
-      {"nothing left in the second", {{N, 2}, {1, N}, {3, 4}}, {{0}, {0}, {0}}, 0, true},
-      {"nothing left in the third", {{N, 2, 3}, {1, N, 5}, {3, 4, N}}, {{0}, {0}, {0}}, 0},
-      {"one row", {{1}, {2}, {3}}, {{1}, {2}, {3}}, 1, true},
-  };
-  for (const Row& row : table) {
-    const char* const name = row.name;
-    A a = samples(row.in[0], 0), b = samples(row.in[1]), c = samples(row.in[2], -1), x, y, w;
+  each_row("statistics.tsv", "rows without nulls", 8, [&](const TableRow& row) {
+    const Columns in = row["columns"], out = row["left"];
+    const std::int32_t left = row["rows"];
+    A a = samples(in.at(0), 0), b = samples(in.at(1)), c = samples(in.at(2), -1), x, y, w;
     z.RemoveNullsXYZ(null, a, b, c, x, y, w, rows, ok);
-    expect_done(name, row.rows, row.out, {&x, &y, &w});
-    if (row.pair) {
+    expect_done(left, out, {&x, &y, &w});
+    if (row["pair"]) {
       z.RemoveNullsXY(null, a, b, x, y, rows, ok);
-      expect_done(name, row.rows, row.out, {&x, &y});
+      expect_done(left, out, {&x, &y});
       A d = a, e = b;
       z.RemoveNullValues(null, remove, d, e, rows, ok);
-      expect_done(name, row.rows, row.out, {&d, &e});
+      expect_done(left, out, {&d, &e});
     }
-    EXPECT_EQ((Columns{from_one(a), from_one(b), from_one(c)}), row.in) << name << ": inputs stay";
+    EXPECT_EQ((Columns{from_one(a), from_one(b), from_one(c)}), in) << "inputs stay";
     z.RemoveNullValuesXYZ(null, remove, a, b, c, rows, ok);
-    expect_done(name, row.rows, row.out, {&a, &b, &c});
-  }
+    expect_done(left, out, {&a, &b, &c});
+  });
   EXPECT_TRUE(lines.empty());
 }
 
 TEST_F(NullRemovalTest, one_array_and_a_nan_null) {
   A x = samples({1, N, 3, N}), kept;
   z.RemoveNulls(null, x, kept, rows, ok);
-  expect_done("null", 2, {{1, 3}, {1, N, 3, N}}, {&kept, &x});
+  expect_done(2, {{1, 3}, {1, N, 3, N}}, {&kept, &x});
   float nan = kNaN;
   A y = samples({kNaN, 5});
   z.RemoveNulls(nan, y, kept, rows, ok);
-  expect_done("NaN", 1, {{5}}, {&kept});
+  expect_done(1, {{5}}, {&kept});
 }
 
 TEST_F(NullRemovalTest, unequal_bounds_change_nothing_and_say_nothing) {
   A two = samples({1, N}), three = samples({1, 2, N}), a, b, c;
-  Array1<Boolean> mask = listed<Boolean>({true, false, true});
+  Array1<Boolean> mask = array_of<Boolean>({true, false, true});
   struct Row {
     const char* name;
     std::function<void()> call;
@@ -110,41 +95,32 @@ TEST_F(NullRemovalTest, unequal_bounds_change_nothing_and_say_nothing) {
   }
   remove = 0;
   z.RemoveNullValues(null, remove, two, two, rows, ok);
-  expect_done("counted only", 2, {{1, N}}, {&two});
+  expect_done(2, {{1, N}}, {&two});
   z.RemoveNullValuesXYZ(null, remove, three, three, three, rows, ok);
-  expect_done("counted only", 3, {{1, 2, N}}, {&three});
+  expect_done(3, {{1, 2, N}}, {&three});
   EXPECT_TRUE(lines.empty());
 }
 
 TEST_F(NullRemovalTest, masks) {
-  struct Row {
-    const char* name;
-    std::vector<Boolean> mask;
-    Values x, others;
-    std::int32_t rows;
-  } const table[] = {
-      {"some", {true, false, true}, {1, 3}, {1, 3}, 2},
-      {"all: nothing is touched", {true, true, true}, {1, 2, 3}, {1, 2, 3}, 3},
-      {"none: only x is emptied", {false, false, false}, {0}, {1, 2, 3}, 0},
-      {"a longer mask", {false, true, false, true}, {2}, {2}, 1},
-  };
-  for (const Row& row : table) {
+  each_row("statistics.tsv", "masks", 4, [&](const TableRow& row) {
+    const Values others = row["others"];
+    const Columns want{row["x"], others, others};
     for (const bool ignored : {true, false}) {
       flag = ignored;
-      Array1<Boolean> mask = listed(row.mask);
+      Array1<Boolean> mask = array_of<Boolean>(row["mask"]);
       A x = samples({1, 2, 3}), y = samples({1, 2, 3}, 0), w = y, v = x, u = y;
       z.MaskValuesXYZ(mask, x, y, w, rows, ok, flag);
-      expect_done(row.name, row.rows, {row.x, row.others, row.others}, {&x, &y, &w});
+      expect_done(row["rows"], want, {&x, &y, &w});
       z.MaskValuesXY(mask, v, u, rows, ok, flag);
-      expect_done(row.name, row.rows, {row.x, row.others}, {&v, &u});
+      expect_done(row["rows"], want, {&v, &u});
     }
-  }
+  });
 }
 
 TEST_F(NullRemovalTest, failures_bear_the_stated_locations) {
   A none, x = samples({1, N}), a, b, c;
   A fixed(x.data(), {1, 2}, Resizing::kRefused);
-  Array1<Boolean> mask = listed<Boolean>({true, false}), shorter = listed<Boolean>({true});
+  Array1<Boolean> mask = array_of<Boolean>({true, false}), shorter = array_of<Boolean>({true});
   struct Row {
     std::function<void()> call;
     std::int32_t number;
@@ -227,7 +203,7 @@ TEST_F(NullRemovalTest, a_failing_companion_keeps_the_callers_arrays) {
   int calls = 0;
   companion_makers().ArrayTools = [&] { return std::make_shared<Failing>(&calls, 1, false); };
   ztStatistics s;
-  Array1<Boolean> mask = listed<Boolean>({true, false});
+  Array1<Boolean> mask = array_of<Boolean>({true, false});
   A x = samples({1, 2}), y = samples({3, 4});
   s.MaskValuesXY(mask, x, y, rows, ok, flag);
   EXPECT_TRUE(ok);

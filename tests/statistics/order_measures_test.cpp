@@ -46,75 +46,32 @@ using A = Array1<float>;
 class OrderMeasuresTest : public CompanionTest {};
 
 TEST_F(OrderMeasuresTest, values_worked_by_hand) {
-  struct Row {
-    const char* name;
-    std::vector<float> x;
-    float median, lower, upper, mode;
-  } const rows[] = {
-      {"one: no pass for ModeBin", {7}, 7, 7, 7, 0},
-      {"two", {4, 1}, 2.5F, 1, 2.5F, 0},
-      {"three", {3, 1, 2}, 2, 1.5F, 2.5F, 1},
-      // The upper half of an even count begins one sample early.
-      {"four", {4, 1, 3, 2}, 2.5F, 1.5F, 3, 1},
-      {"six", {60, 10, 50, 20, 40, 30}, 35, 20, 45, 30},
-      // The counter meets 2 at the changes 1 to 2 and again; repeats do not move it.
-      {"mode counts changes, not repeats", {2, 5, 2, 1, 2}, 2, 2, 2, 1},
-      {"mode needs a longer run each time", {1, 2, 3, 3, 4, 5, 6, 7, 8, 9}, 4.5F, 3, 6.5F, 3},
-      {"one change only: ModeBin", {1, 1, 1, 9}, 1, 1, 1, 1},
-      {"all equal: the open bin is not compared", {5, 5, 5}, 5, 5, 5, 0},
-      {"middle values near the top", {3e38F, 3.2e38F}, 3.1e38F, 3e38F, 3.1e38F, 0},
-      {"NaN is the largest", {kNaN, 1, kNaN, 0}, kNaN, 0.5F, kNaN, 0},
-      {"infinities", {kInf, -kInf, 0}, 0, -kInf, kInf, -kInf},
-  };
   ztStatistics z;
-  for (const Row& row : rows) {
+  each_row("statistics.tsv", "order measures", 12, [&](const TableRow& row) {
+    const std::vector<float> values = row["x"];
     for (const std::int32_t lower : {1, 0, -2}) {
-      A x = samples(row.x, lower);
+      A x = samples(values, lower);
       std::int32_t first = 1, second = 2, third = 3;
       const float got[] = {z.Median(x), z.Quartile(x, first), z.Quartile(x, second),
                            z.Quartile(x, third), z.Mode(x)};
-      const float want[] = {row.median, row.lower, row.median, row.upper, row.mode};
-      EXPECT_TRUE(std::equal(got, got + 5, want, same))
-          << row.name << ::testing::PrintToString(got);
-      EXPECT_TRUE(std::equal(row.x.begin(), row.x.end(), &x(1), same)) << row.name << " moved";
+      const float want[] = {row["median"], row["lower"], row["median"], row["upper"], row["mode"]};
+      EXPECT_TRUE(std::equal(got, got + 5, want, same)) << ::testing::PrintToString(got);
+      EXPECT_TRUE(std::equal(values.begin(), values.end(), &x(1), same)) << "moved";
     }
-  }
+  });
   A x = samples({1, 2, 3, 4});
   for (std::int32_t which : {-1, 0, 4, 2147483647}) EXPECT_EQ(z.Quartile(x, which), 0.0F);
   EXPECT_TRUE(lines.empty());
 }
 
 TEST_F(OrderMeasuresTest, mode_bin_moves_by_one_width_and_drops_the_open_bin) {
-  struct Row {
-    const char* name;
-    std::vector<float> sorted;
-    float want;
-    const char* numbers = "";
-  } const rows[] = {
-      {"two", {3, 4}, 0},
-      {"both in one bin, open at the end", {3, 3}, 0},
-      // 4 samples, one pass of 2 bins of 4: 1 to 5 holds three.
-      {"a bin closed by a later sample", {1, 2, 3, 9}, 2},
-      {"the sample on the edge belongs to the lower bin", {1, 2, 5, 9}, 8.0F / 3},
-      {"the last bin is not compared", {1, 7, 8, 9}, 0},
-      // 9 samples, 4 bins of 2 first. 4.5 moves the bin to 2 .. 4 only, 5 to 4 .. 6; from there on
-      // it holds 5, 5.5 and 6.
-      {"left behind by a gap", {0, 4.5F, 5, 5.5F, 6, 6.5F, 7, 7.5F, 8}, 5.5F},
-      // 5 samples, 2 bins of 2: the first closes with two, the second with two: not more.
-      {"the first of equal counts", {0, 1, 2.5F, 3, 4.5F}, 0.5F},
-      {"unsorted: a negative width holds nothing", {9, 5, 2, 1}, 0},
-      {"range overflows", {-3e38F, 0, 3e38F, 3e38F}, 0, "6"},
-      {"edge overflows, unsorted", {0, 3e38F, 0, 0, 3e38F}, 0, "6"},
-      {"infinite range: one bin, open at the end", {0, 1, 2, kInf}, 0},
-      {"NaN holds nothing", {0, 1, 2, kNaN}, 0},
-  };
   ztStatistics z;
-  for (const Row& row : rows) {
-    A x = samples(row.sorted, 0);
-    const float got = z.ModeBin(x);
-    EXPECT_TRUE(same(got, row.want)) << row.name << ": " << got;
-    EXPECT_EQ(numbers_of(taken()), row.numbers) << row.name;
-  }
+  each_row("statistics.tsv", "mode bins", 12, [&](const TableRow& row) {
+    A x = samples(row["sorted"], 0);
+    const float got = z.ModeBin(x), want = row["want"];
+    EXPECT_TRUE(same(got, want)) << got;
+    EXPECT_EQ(numbers_of(taken()), row["errors"].text);
+  });
 }
 
 TEST_F(OrderMeasuresTest, bad_arrays_are_one_line_and_zero) {

@@ -1,41 +1,26 @@
-// What the tests of the statistics room share: arrays from lists, and companions that misbehave.
+// What the tests of the statistics room share: arrays from lists, and error lines.
 #pragma once
 
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <vector>
 
-#include "frame/array.hpp"
+#include "frame/arrays.hpp"
 #include "frame/companion_fixture.hpp"
+#include "frame/test_table.hpp"
 
 namespace vqmath63 {
 
-inline constexpr float kInf = std::numeric_limits<float>::infinity();
-inline constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-
 /// An array of its own with these elements from 1 on; elements below 1 are NaN.
 inline Array1<float> samples(const std::vector<float>& values, std::int32_t lower = 1) {
-  const auto n = static_cast<std::int32_t>(values.size());
-  if (n < lower) return {};
-  Array1<float> array(lower, n);
-  for (std::int32_t i = lower; i < 1; ++i) array(i) = kNaN;
-  for (std::int32_t i = 1; i <= n; ++i) array(i) = values[static_cast<std::size_t>(i) - 1];
-  return array;
-}
-
-template <class T>
-Array1<T> listed(const std::vector<T>& values) {
-  Array1<T> array(1, static_cast<std::int32_t>(values.size()));
-  std::copy(values.begin(), values.end(), array.data());
-  return array;
+  return static_cast<std::int32_t>(values.size()) < lower ? Array1<float>()
+                                                          : samples_of(values, lower);
 }
 
 /// "Error:<text> (No.<number>) In [<module> (Code) (<routine>)] ".
 inline std::string error_line(std::int32_t number, const std::string& module,
                               const std::string& routine) {
-  return std::string("Error:") + error_text(number) + " (No." + std::to_string(number) + ") In [" +
-         module + " (Code) (" + routine + ")] ";
+  return error_line(number, module + " (Code) (" + routine + ")");
 }
 
 /// The lines of one number in routines of the usual module, in order.

@@ -9,10 +9,8 @@ namespace {
 
 using A = Array1<float>;
 using Z = ztStatistics;
-constexpr float kMax = std::numeric_limits<float>::max();
 
 using Values = std::vector<float>;
-using Lines = std::vector<std::string>;
 
 // The properties in this order, those of one column first, and what a fresh instance has.
 constexpr float (Z::*kProperties[])() const = {
@@ -37,64 +35,42 @@ std::size_t changes(const Values& values) {
 class SummaryTest : public CompanionTest {
  protected:
   // After a summary on a fresh instance, whose flag starts wrong.
-  Values after(A& x, A* y, bool want_ok, const char* name) {
+  Values after(A& x, A* y, bool want_ok) {
     Z z;
-    EXPECT_EQ(values_of(z), kFresh) << name;
+    EXPECT_EQ(values_of(z), kFresh);
     bool ok = !want_ok;
     if (y == nullptr) {
       z.BasicStatistics(x, ok);
     } else {
       z.BasicStatisticsPairs(x, *y, ok);
     }
-    EXPECT_EQ(ok, want_ok) << name;
+    EXPECT_EQ(ok, want_ok);
     return values_of(z);
   }
   // `want` holds the first ones; the others are as on a fresh instance.
-  static void expect_values(const Values& got, const Values& want, const char* name) {
+  static void expect_values(const Values& got, const Values& want) {
     for (std::size_t i = 0; i < kFresh.size(); ++i) {
       EXPECT_TRUE(same(got[i], i < want.size() ? want[i] : kFresh[i]))
-          << name << ", property " << i << ": " << got[i];
+          << "property " << i << ": " << got[i];
     }
   }
 };
 
 TEST_F(SummaryTest, values_worked_by_hand) {
-  const auto root = [](double x) { return static_cast<float>(std::sqrt(x)); };
-  constexpr float kEdge = 1 + 0x1p-12F;
-  struct Row {
-    const char* name;
-    Values x, want;
-  } const rows[] = {
-      {"one sample", {5}, {5, 5, 25, 5, 5, 5, 0, 0}},
-      {"SigmaAbsX is the last magnitude",
-       {-3, 5, -7},
-       {-5.0F / 3, -5, 83, 7, 5, -7, root(224.0 / 9), root(112.0 / 3)}},
-      {"two samples", {2, 4}, {3, 6, 20, 4, 4, 2, 1, root(2)}},
-      // 49 - 49^2 x (1/49) is 7e-15 in Doubles, which the 1e-15 rule clears.
-      {"equal samples with exact sums", Values(49, 1.0F), {1, 49, 49, 1, 1, 1, 0, 0}},
-      // The square of 1 + 2^-12 loses its last bit, 2^-24, as a Single; the spread shows it.
-      {"one sample with a rounded square",
-       {kEdge},
-       {kEdge, kEdge, 1 + 0x1p-11F, kEdge, kEdge, kEdge, 0x1p-12F, 0}},
-      {"all zero", {0, 0}, {0, 0, 0, 0, 0, 0, 0, 0}},
-      {"NaN flows through", {1, kNaN, 2}, {kNaN, kNaN, kNaN, 2, 2, 1, kNaN, kNaN}},
-  };
-  for (const Row& row : rows) {
+  each_row("statistics.tsv", "summaries", 7, [&](const TableRow& row) {
     for (const std::int32_t lower : {1, 0, -3}) {
-      A x = samples(row.x, lower);
-      expect_values(after(x, nullptr, true, row.name), row.want, row.name);
+      A x = samples(row["x"], lower);
+      expect_values(after(x, nullptr, true), row["want"]);
     }
-  }
+  });
   EXPECT_TRUE(lines.empty());
 }
 
 TEST_F(SummaryTest, pairs_leave_xSigmaN_and_never_clear_the_spread_of_x) {
   const auto root = [](double x) { return static_cast<float>(std::sqrt(x)); };
   A x = samples({1, 2, 3, 6}), y = samples({-2, 4, -4, 8}, 0);
-  expect_values(after(x, &y, true, "pairs"),
-                {3, 12, 50, 6, 6, 1, 1, root(14.0 / 3), 1.5F, 6, 100, 8, 8, -4, root(22.75),
-                 root(91.0 / 3), 42},
-                "pairs");
+  expect_values(after(x, &y, true), {3, 12, 50, 6, 6, 1, 1, root(14.0 / 3), 1.5F, 6, 100, 8, 8, -4,
+                                     root(22.75), root(91.0 / 3), 42});
   // A summary before keeps its xSigmaN, which one sample does not bring to 0 either.
   Z z;
   bool ok = false;
@@ -121,34 +97,17 @@ TEST_F(SummaryTest, pairs_leave_xSigmaN_and_never_clear_the_spread_of_x) {
 }
 
 TEST_F(SummaryTest, failures_keep_what_the_steps_before_them_left) {
-  struct Row {
-    const char* name;
-    A x, y;
-    std::int32_t one, pairs;  // errors of BasicStatistics(x), of BasicStatisticsPairs(x, y)
-    std::size_t one_changes = 0, pairs_changes = 0;  // properties written before the failure
-  } const rows[] = {
-      {"unallocated", {}, samples({1}), 9, 9},
-      {"no sample: the pair divides by n first", A(0, 0), A(0, 0), 9, 11},
-      {"no element 1", A(2, 4), A(1, 4), 9, 9},
-      {"y short", samples({1, 2}), samples({1}), 0, 9, 8},
-      {"sum overflows", samples({kMax, kMax}), samples({1, 1}), 6, 6},
-      {"square overflows", samples({1, 2e19F}), samples({1, 1}), 6, 6},
-      {"square of y overflows", samples({1, 2}), samples({1, 2e19F}), 0, 6, 8},
-      {"opposite infinities", samples({kInf, -kInf}), samples({1, 1}), 5, 5},
-      // Sums and mean come out infinite, the spread is inf - inf.
-      {"infinity", samples({1, kInf}), samples({1, 1}), 5, 5, 6, 6},
-      {"infinity in y", samples({1, 2}), samples({1, -kInf}), 0, 5, 8, 13},
-  };
-  for (const Row& row : rows) {
-    for (const bool pair : {false, true}) {
-      A x = row.x, y = row.y;
-      const std::int32_t number = pair ? row.pairs : row.one;
-      const Values got = after(x, pair ? &y : nullptr, number == 0, row.name);
-      EXPECT_EQ(changes(got), pair ? row.pairs_changes : row.one_changes) << row.name << pair;
-      const std::string routine = pair ? "BasicStatisticsPairs" : "BasicStatistics";
-      EXPECT_EQ(taken(), number == 0 ? Lines{} : lines_of(number, {routine})) << row.name;
+  each_row("statistics.tsv", "failing summaries", 10, [&](const TableRow& row) {
+    for (const std::string of_pairs : {"", " of pairs"}) {
+      A x = array_of<float>(row["x"], row["x from"]), y = array_of<float>(row["y"], row["y from"]);
+      const std::int32_t number = row["error" + of_pairs];
+      const std::size_t changed = row["changes" + of_pairs];
+      const Values got = after(x, of_pairs.empty() ? nullptr : &y, number == 0);
+      EXPECT_EQ(changes(got), changed) << of_pairs;
+      const std::string routine = of_pairs.empty() ? "BasicStatistics" : "BasicStatisticsPairs";
+      EXPECT_EQ(taken(), number == 0 ? Lines{} : lines_of(number, {routine})) << of_pairs;
     }
-  }
+  });
 }
 
 TEST_F(SummaryTest, statistics_asks_for_success_and_statistics_pairs_does_not) {
