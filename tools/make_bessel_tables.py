@@ -198,10 +198,10 @@ def fits():
     body.append(array("kJ1Near", fit(even("j1"), 0, end),
                       "J1 / x in powers of x^2, x <= 3 pi / 4"))
     slack = mpf("0.01")  # the intervals overlap
-    spec = {  # first interval's index, left end of interval k as (k + shift) pi
+    ranges = {  # first interval's index, left end of interval k as (k + shift) pi
         "j0": (0, mpf(1) / 4, 8), "j1": (1, -mpf(1) / 4, 8),
         "y0": (2, -mpf(1) / 4, 7), "y1": (2, mpf(1) / 4, 6)}
-    for kind, (first, shift, count) in spec.items():
+    for kind, (first, shift, count) in ranges.items():
         table = []
         for k in range(first, first + count):
             low, high = (k + shift) * pi - slack, (k + 1 + shift) * pi + slack

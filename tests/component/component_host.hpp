@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -27,7 +28,9 @@ namespace vqmath63::component::test {
 using automation::system::test::i4;
 using automation::system::test::text;
 using automation::system::test::Value;
+using automation::test::Answer;
 using automation::test::array;
+using automation::test::call;
 
 struct IIntegrate : IDispatch {
   static constexpr IID kIid{
@@ -153,5 +156,27 @@ struct Lines {
     static_cast<Lines*>(self)->close_down.push_back(is_close_down != FALSE);
   }
 };
+
+inline const Cases& cases() {
+  static const Cases all;
+  return all;
+}
+
+inline HRESULT put(IDispatch* object, const char16_t* name, const Value& value) {
+  return call(object, name, {value.v}, {}, DISPATCH_PROPERTYPUT).hr;
+}
+
+inline Answer get(IDispatch* object, const char16_t* name, std::vector<VARIANT> sent = {}) {
+  return call(object, name, std::move(sent), {}, DISPATCH_PROPERTYGET);
+}
+
+// Equal to what the cases promise.
+inline void expect_numbers(const std::vector<double>& got, const std::vector<double>& want,
+                           const std::string& name) {
+  ASSERT_EQ(got.size(), want.size()) << name;
+  for (std::size_t i = 0; i < want.size(); ++i) {
+    EXPECT_LE(std::fabs(got[i] - want[i]), 1e-6 * std::fabs(want[i])) << name << " " << i + 1;
+  }
+}
 
 }  // namespace vqmath63::component::test
