@@ -129,16 +129,20 @@ void integral_by_name(benchmark::State& state, VARTYPE element) {
   VARIANT result;
   constexpr DISPID kIntegral = 3;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(object->Invoke(kIntegral, GUID{}, 0, DISPATCH_METHOD, &params,
-                                            &result, nullptr, nullptr));
+    benchmark::DoNotOptimize(
+        object->Invoke(kIntegral, GUID{}, 0, DISPATCH_METHOD, &params, &result, nullptr, nullptr));
   }
   VariantClear(&held[0]);
   VariantClear(&held[1]);
   object->Release();
 }
 
-void IntegralByName(benchmark::State& state) { integral_by_name(state, VT_R4); }
-void IntegralByNameVariants(benchmark::State& state) { integral_by_name(state, VT_VARIANT); }
+void IntegralByName(benchmark::State& state) {
+  integral_by_name(state, VT_R4);
+}
+void IntegralByNameVariants(benchmark::State& state) {
+  integral_by_name(state, VT_VARIANT);
+}
 
 BENCHMARK(CreateAndRelease);
 BENCHMARK(PropertyByVtable);

@@ -30,9 +30,15 @@ void integral(benchmark::State& state, std::int32_t rule) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-void Trapezoidal(benchmark::State& state) { integral(state, 1); }
-void Simpson(benchmark::State& state) { integral(state, 2); }
-void Backward(benchmark::State& state) { integral(state, 4); }
+void Trapezoidal(benchmark::State& state) {
+  integral(state, 1);
+}
+void Simpson(benchmark::State& state) {
+  integral(state, 2);
+}
+void Backward(benchmark::State& state) {
+  integral(state, 4);
+}
 
 // The same sums as a programmer would write them by hand, without any checks.
 void PlainBackward(benchmark::State& state) {

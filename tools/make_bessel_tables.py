@@ -22,6 +22,7 @@ NODES = 40
 FAR = 25  # from here on modulus and phase
 HEAD = """// {what}
 // Written by tools/make_bessel_tables.py; do not edit.
+// clang-format off: the generator has its own form.
 #pragma once
 
 #include <cstdint>

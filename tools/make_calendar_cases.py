@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes tests/data/calendar_cases.tsv: what an accumulation onto calendar periods must give.
 
-The figures come straight from the definition, in exact rational arithmetic: a rate is a step
+The figures come from exact rational arithmetic over functions of time: a rate is a step
 function of time (a sample's value holds over the interval that ends at it), a cumulative a
 broken line, a reporting period an interval between calendar moments. Nothing here builds a table
 of rows and nothing is shared with the library.

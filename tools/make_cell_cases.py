@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes tests/data/cell_cases.tsv: points and segments against a zoo of grid cells.
 
-The answers come from a model of the definition, one rounding to Single for each stored value
+The answers come from a model of the ray test, one rounding to Single for each stored value
 (struct's "f"), and, where a point is well away from every face, edge and diagonal, from exact
 rational arithmetic as well: a vertical ray and the triangles of the same split.
 
@@ -26,7 +26,7 @@ def single(value):
     return struct.unpack("f", struct.pack("f", value))[0]  # OverflowError where it does not fit
 
 
-# The definition, step by step. Python's floats are Doubles.
+# The ray test, step by step. Python's floats are Doubles.
 
 def tolerant(result, a, b):
     larger = max(abs(a), abs(b))

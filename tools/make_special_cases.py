@@ -4,7 +4,7 @@
 Special functions ("special" rows): the mathematical value to 50 digits (mpmath), as the nearest
 Double and the rest that it leaves. Points are seeded and exact in binary.
 
-Elementary functions ("formula" rows): the stated formula with its own constants, each step rounded
+Elementary functions ("formula" rows): the function's formula with its own constants, each step rounded
 to 53 bits (mpmath). "size" is what the last bit of a platform function can be magnified by on the way:
 in a sum, the larger operand over the result, the most of all sums.
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes tests/data/statistics_cases.tsv: sums, spreads and order measures of long columns.
 
-Running sums are rounded to Single after every term and every addition, as they are defined; all
+Running sums are rounded to Single after every term and every addition, as the library keeps them; all
 else is exact rational arithmetic (roots at 60 digits) from those sums, rounded once at the end.
 
 Samples i = 1 to n: x = Single(((37 i) mod 101 - 40) / 7), y = Single(i / 10).

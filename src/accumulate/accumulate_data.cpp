@@ -48,9 +48,8 @@ void AccumulateData(Array2<float>& dArr, Array1<Boolean>& RateArray, std::int32_
     integrator() = integrate;
     bool built = false;
     bool flag = false;
-    SetAccumulateArray(dArr, RateArray, AccumulateIndex, DataPeriod,
-                       static_cast<float>(Frequency), Period, StartDate, StartData, start_row,
-                       end_row, work, built, rule, flag);
+    SetAccumulateArray(dArr, RateArray, AccumulateIndex, DataPeriod, static_cast<float>(Frequency),
+                       Period, StartDate, StartData, start_row, end_row, work, built, rule, flag);
     if (!built) {
       integrator().reset();
       return;

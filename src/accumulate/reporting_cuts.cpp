@@ -42,8 +42,7 @@ std::vector<ReportingCut> reporting_cuts(std::span<const double> times,
                                          const UnitCalendar& boundaries, double step,
                                          std::int64_t columns) {
   constexpr std::int64_t kMostElements = std::int64_t{1} << 31;
-  const std::int64_t most_cuts =
-      kMostElements / columns - static_cast<std::int64_t>(times.size());
+  const std::int64_t most_cuts = kMostElements / columns - static_cast<std::int64_t>(times.size());
 
   const double first = times.front();
   const double last = times.back();

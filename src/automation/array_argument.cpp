@@ -14,8 +14,7 @@ constexpr std::int32_t kTypeMismatch = 13;
 // The descriptor's fields are read in place: asking the system for each costs more than a short
 // call's own work.
 bool holds(SAFEARRAY* array, VARTYPE element) {
-  constexpr int kNoNumbers =
-      FADF_BSTR | FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT | FADF_RECORD;
+  constexpr int kNoNumbers = FADF_BSTR | FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT | FADF_RECORD;
   if (array->cbElements != value_size(element)) return false;
   if ((array->fFeatures & kNoNumbers) != 0) return false;
   if ((array->fFeatures & FADF_HAVEVARTYPE) == 0) return true;  // hand-made: its size must do
@@ -29,11 +28,16 @@ bool holds(SAFEARRAY* array, VARTYPE element) {
 std::string array_type_text(VARTYPE element, int rank) {
   std::string text = rank == 2 ? "a two-dimensional array of " : "a one-dimensional array of ";
   switch (element) {
-    case VT_R4: return text + "Single";
-    case VT_R8: return text + "Double";
-    case VT_I4: return text + "Long";
-    case VT_BOOL: return text + "Boolean";
-    default: return text + "another type";
+    case VT_R4:
+      return text + "Single";
+    case VT_R8:
+      return text + "Double";
+    case VT_I4:
+      return text + "Long";
+    case VT_BOOL:
+      return text + "Boolean";
+    default:
+      return text + "another type";
   }
 }
 
@@ -41,8 +45,8 @@ BorrowedSafeArray::BorrowedSafeArray(SAFEARRAY** place, VARTYPE element, int ran
                                      const char* member, const char* argument)
     : place_(place), element_(element), rank_(rank) {
   if (place == nullptr) {
-    throw BoundaryError(E_POINTER, std::string("Invalid pointer: argument '") + argument +
-                                       "' of " + member + " is a null reference");
+    throw BoundaryError(E_POINTER, std::string("Invalid pointer: argument '") + argument + "' of " +
+                                       member + " is a null reference");
   }
   SAFEARRAY* array = *place;
   // A descriptor whose elements were released is what an erased array of a host looks like.

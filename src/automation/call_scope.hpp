@@ -30,7 +30,8 @@ class FloatingPointScope {
 #endif
   }
   ~FloatingPointScope() {
-    if (changed_) [[unlikely]] _mm_setcsr(host_state_);
+    if (changed_) [[unlikely]]
+      _mm_setcsr(host_state_);
 #if defined(__i386__)
     if (x87_changed_) __asm__ volatile("fnclex\n\tfldcw %0" : : "m"(x87_word_));
 #endif

@@ -29,11 +29,16 @@ bool convert_directly(const void* from, VARTYPE to_type, void* to) {
 
 bool convert_quickly(VARTYPE from_type, const void* from, VARTYPE to_type, void* to) {
   switch (from_type) {
-    case VT_R8: return convert_directly<double>(from, to_type, to);
-    case VT_R4: return convert_directly<float>(from, to_type, to);
-    case VT_I4: return convert_directly<std::int32_t>(from, to_type, to);
-    case VT_I2: return convert_directly<std::int16_t>(from, to_type, to);
-    default: return false;
+    case VT_R8:
+      return convert_directly<double>(from, to_type, to);
+    case VT_R4:
+      return convert_directly<float>(from, to_type, to);
+    case VT_I4:
+      return convert_directly<std::int32_t>(from, to_type, to);
+    case VT_I2:
+      return convert_directly<std::int16_t>(from, to_type, to);
+    default:
+      return false;
   }
 }
 
@@ -42,18 +47,24 @@ bool convert_quickly(VARTYPE from_type, const void* from, VARTYPE to_type, void*
 std::size_t value_size(VARTYPE type) {
   switch (type) {
     case VT_I1:
-    case VT_UI1: return 1;
+    case VT_UI1:
+      return 1;
     case VT_I2:
     case VT_UI2:
-    case VT_BOOL: return 2;
+    case VT_BOOL:
+      return 2;
     case VT_R8:
     case VT_DATE:
     case VT_CY:
     case VT_I8:
-    case VT_UI8: return 8;
-    case VT_BSTR: return sizeof(BSTR);
-    case VT_VARIANT: return sizeof(VARIANT);
-    default: return 4;
+    case VT_UI8:
+      return 8;
+    case VT_BSTR:
+      return sizeof(BSTR);
+    case VT_VARIANT:
+      return sizeof(VARIANT);
+    default:
+      return 4;
   }
 }
 
@@ -81,8 +92,10 @@ bool convertible_element(VARTYPE type) {
     case VT_UI2:
     case VT_UI4:
     case VT_UI8:
-    case VT_UINT: return true;
-    default: return false;
+    case VT_UINT:
+      return true;
+    default:
+      return false;
   }
 }
 

@@ -64,7 +64,8 @@ bool take_failure(IErrorInfo** error) noexcept {
 }
 
 void forget_failure() noexcept {
-  if (!has_set_failure) [[likely]] return;
+  if (!has_set_failure) [[likely]]
+    return;
   has_set_failure = false;
   SetErrorInfo(0, nullptr);
 }

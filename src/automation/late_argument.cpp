@@ -14,26 +14,41 @@ namespace {
 
 constexpr VARTYPE kArrayByRef = VT_ARRAY | VT_BYREF;
 
-bool is_array(const VARIANT& v) { return (v.vt & VT_ARRAY) != 0; }
-bool is_by_ref(const VARIANT& v) { return (v.vt & VT_BYREF) != 0; }
+bool is_array(const VARIANT& v) {
+  return (v.vt & VT_ARRAY) != 0;
+}
+bool is_by_ref(const VARIANT& v) {
+  return (v.vt & VT_BYREF) != 0;
+}
 
 VARTYPE element_of(const VARIANT& v) {
   return static_cast<VARTYPE>(v.vt & ~static_cast<VARTYPE>(kArrayByRef));
 }
 
-SAFEARRAY** array_place(VARIANT& v) { return is_by_ref(v) ? v.pparray : &v.parray; }
+SAFEARRAY** array_place(VARIANT& v) {
+  return is_by_ref(v) ? v.pparray : &v.parray;
+}
 
-std::basic_string_view<OLECHAR> text_view(BSTR text) { return {text, SysStringLen(text)}; }
+std::basic_string_view<OLECHAR> text_view(BSTR text) {
+  return {text, SysStringLen(text)};
+}
 
 const char* scalar_type_text(VARTYPE vt) {
   switch (vt) {
-    case VT_R4: return "a Single";
-    case VT_R8: return "a Double";
-    case VT_I4: return "a Long";
-    case VT_BOOL: return "a Boolean";
-    case VT_DATE: return "a Date";
-    case VT_BSTR: return "a String";
-    default: return "another type";
+    case VT_R4:
+      return "a Single";
+    case VT_R8:
+      return "a Double";
+    case VT_I4:
+      return "a Long";
+    case VT_BOOL:
+      return "a Boolean";
+    case VT_DATE:
+      return "a Date";
+    case VT_BSTR:
+      return "a String";
+    default:
+      return "another type";
   }
 }
 
@@ -74,7 +89,8 @@ LateArgument::LateArgument(const char* member, const ArgumentInfo& info, VARIANT
   constexpr VARTYPE kVariantReference = VT_BYREF | VT_VARIANT;
   for (int level = 0; target_->vt == kVariantReference; ++level) {
     constexpr int kMostLevels = 8;  // one that refers to itself has no end
-    if (target_->pvarVal == nullptr || level == kMostLevels) refuse(DISP_E_TYPEMISMATCH, "is no valid reference");
+    if (target_->pvarVal == nullptr || level == kMostLevels)
+      refuse(DISP_E_TYPEMISMATCH, "is no valid reference");
     target_ = target_->pvarVal;
   }
   if (is_by_ref(*target_) && target_->byref == nullptr) {
@@ -118,11 +134,21 @@ void LateArgument::take_default() {
   const DefaultValue& fallback = info_.fallback;
   value_.vt = info_.type.vt;
   switch (info_.type.vt) {
-    case VT_R4: value_.fltVal = static_cast<float>(fallback.number); break;
-    case VT_I4: value_.lVal = static_cast<LONG>(fallback.number); break;
-    case VT_BOOL: value_.boolVal = fallback.number != 0.0 ? VARIANT_TRUE : VARIANT_FALSE; break;
-    case VT_BSTR: value_.bstrVal = new_bstr(fallback.text != nullptr ? fallback.text : ""); break;
-    default: value_.dblVal = fallback.number; break;
+    case VT_R4:
+      value_.fltVal = static_cast<float>(fallback.number);
+      break;
+    case VT_I4:
+      value_.lVal = static_cast<LONG>(fallback.number);
+      break;
+    case VT_BOOL:
+      value_.boolVal = fallback.number != 0.0 ? VARIANT_TRUE : VARIANT_FALSE;
+      break;
+    case VT_BSTR:
+      value_.bstrVal = new_bstr(fallback.text != nullptr ? fallback.text : "");
+      break;
+    default:
+      value_.dblVal = fallback.number;
+      break;
   }
 }
 

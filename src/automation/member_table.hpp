@@ -10,7 +10,9 @@
 namespace vqmath63::automation {
 
 /// An argument by name; `optional` ones with the value a missing argument stands for.
-constexpr ArgumentInfo arg(const char* name) { return {name, {}, false, {}}; }
+constexpr ArgumentInfo arg(const char* name) {
+  return {name, {}, false, {}};
+}
 constexpr ArgumentInfo optional_arg(const char* name, const char* fallback) {
   return {name, {}, true, {fallback, 0.0}};
 }
@@ -33,7 +35,7 @@ struct Signature<R (C::*)(A...)> {
 template <class C, class R, class... A>
 struct Signature<R (C::*)(A...) const> : Signature<R (C::*)(A...)> {};
 
-/// A row: the native member and what hosts know of it.
+/// A row: the native member and what a host sees of it.
 template <auto kMember>
 struct Row {
   static constexpr auto kFunction = kMember;

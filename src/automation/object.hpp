@@ -81,7 +81,8 @@ HRESULT late_call(void* self, void (*function)(), LateArgument* arguments, void*
       const auto typed = reinterpret_cast<HRESULT(VQ_API*)(void*, Abi..., ResultAbi*)>(function);
       return typed(self, arguments[k].template as<Abi>()..., static_cast<ResultAbi*>(result));
     }
-  }(std::index_sequence_for<Abi...>{});
+  }
+  (std::index_sequence_for<Abi...>{});
 }
 
 template <class R>
@@ -133,9 +134,9 @@ class Boundary {
   template <std::size_t... k>
   static constexpr std::array<MemberInfo, kRows> describe(std::index_sequence<k...>) {
     return {MemberInfo{std::get<k>(kTable.rows).name, name_hash(std::get<k>(kTable.rows).name),
-                       std::get<k>(kTable.rows).dispid,
-                       std::get<k>(kTable.rows).kind, std::get<k>(kTable.rows).help, kArguments<k>,
-                       DescribeRow<k>::kResult, DescribeRow<k>::kLateCall}...};
+                       std::get<k>(kTable.rows).dispid, std::get<k>(kTable.rows).kind,
+                       std::get<k>(kTable.rows).help, kArguments<k>, DescribeRow<k>::kResult,
+                       DescribeRow<k>::kLateCall}...};
   }
 
   template <std::size_t... k>

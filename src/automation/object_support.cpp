@@ -45,9 +45,7 @@ class SupportErrorInfo final : public TearOff<ISupportErrorInfo> {
 class ProvideClassInfo final : public TearOff<IProvideClassInfo> {
  public:
   using TearOff::TearOff;
-  HRESULT VQ_API GetClassInfo(ITypeInfo** out) override {
-    return load_type_info(info_.clsid, out);
-  }
+  HRESULT VQ_API GetClassInfo(ITypeInfo** out) override { return load_type_info(info_.clsid, out); }
 };
 
 template <class T>
@@ -79,7 +77,9 @@ void lock_component(bool lock) noexcept {
   }
 }
 
-bool may_unload() noexcept { return live_count() == 0 && server_locks == 0; }
+bool may_unload() noexcept {
+  return live_count() == 0 && server_locks == 0;
+}
 
 HRESULT query_interface(const ClassInfo& info, void* self, REFIID iid, void** out) noexcept {
   if (out == nullptr) return E_POINTER;

@@ -175,8 +175,8 @@ template <>
 struct Param<float&> : ReferenceParam<float, float, VT_R4, NumberConvert<float, float>> {};
 template <>
 struct Param<std::int32_t&>
-    : ReferenceParam<std::int32_t, std::int32_t, VT_I4,
-                     NumberConvert<std::int32_t, std::int32_t>> {};
+    : ReferenceParam<std::int32_t, std::int32_t, VT_I4, NumberConvert<std::int32_t, std::int32_t>> {
+};
 template <>
 struct Param<bool&> : ReferenceParam<bool, VARIANT_BOOL, VT_BOOL, BoolConvert> {};
 template <>

@@ -32,7 +32,9 @@ HRESULT call_method(IDispatch* object, const OLECHAR* name, std::vector<VARIANT>
   return object->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &params, result, nullptr, nullptr);
 }
 
-Utf16 number_name(std::int64_t i) { return utf16(std::to_string(i)); }
+Utf16 number_name(std::int64_t i) {
+  return utf16(std::to_string(i));
+}
 
 // Length of an array object, or -1 when it has none.
 std::int64_t length_of(IDispatch* object) {
@@ -65,9 +67,8 @@ Conversion read_elements(IDispatch* source, std::int64_t count, const Target& ta
       return {result, "element (" + row + std::to_string(i) + ") cannot be read"};
     }
     if (element.vt == VT_EMPTY || element.vt == VT_NULL) continue;
-    result =
-        convert_element(VT_VARIANT, &element, target.type,
-                        out + static_cast<std::size_t>(i) * step, target.locale);
+    result = convert_element(VT_VARIANT, &element, target.type,
+                             out + static_cast<std::size_t>(i) * step, target.locale);
     if (FAILED(result)) {
       return {result, "element (" + row + std::to_string(i) + ") cannot be converted"};
     }
@@ -103,10 +104,9 @@ Conversion read_rows(IDispatch* source, std::int64_t rows, const Target& target,
     if (row == nullptr) continue;
     // Not beyond what there is room for: the script may have grown the row since it was measured.
     const std::int64_t length = std::clamp<std::int64_t>(length_of(row), 0, columns);
-    Conversion outcome = read_elements(row, length, target,
-                                       first + static_cast<std::size_t>(r) * size,
-                                       static_cast<std::size_t>(rows) * size,
-                                       std::to_string(r) + ", ");
+    Conversion outcome =
+        read_elements(row, length, target, first + static_cast<std::size_t>(r) * size,
+                      static_cast<std::size_t>(rows) * size, std::to_string(r) + ", ");
     if (FAILED(outcome.result)) return outcome;
   }
   *out = made.release();
@@ -189,8 +189,7 @@ Conversion convert_script_array(IDispatch* source, VARTYPE element, int rank, LC
   SAFEARRAYBOUND bound{static_cast<ULONG>(length), 0};
   OwnedArray made(SafeArrayCreate(element, 1, &bound));
   if (made == nullptr) return {E_OUTOFMEMORY, "is too large to convert"};
-  Conversion outcome = read_elements(source, length, target,
-                                     static_cast<std::byte*>(made->pvData),
+  Conversion outcome = read_elements(source, length, target, static_cast<std::byte*>(made->pvData),
                                      SafeArrayGetElemsize(made.get()), "");
   if (SUCCEEDED(outcome.result)) *out = made.release();
   return outcome;
@@ -210,8 +209,7 @@ HRESULT write_back_to_script(SAFEARRAY* changed, SAFEARRAY* original, IDispatch*
     VARIANT value;
     load_variant(type, now + i * size, &value);
     const auto at = static_cast<std::int64_t>(i);
-    const HRESULT outcome =
-        write_element(target, at % row_count, at / row_count, rows, &value);
+    const HRESULT outcome = write_element(target, at % row_count, at / row_count, rows, &value);
     if (FAILED(outcome)) return outcome;
   }
   return S_OK;

@@ -52,9 +52,7 @@ struct ThunkBase {
       HRESULT outcome = S_OK;
       try {
         C& instance = static_cast<Object<kTable>*>(self)->instance;
-        store([&]() -> R {
-          return (instance.*kRowOf.kFunction)(std::get<k>(adapts).native()...);
-        });
+        store([&]() -> R { return (instance.*kRowOf.kFunction)(std::get<k>(adapts).native()...); });
       } catch (...) {
         // What was written by reference before the failure stays written.
         outcome = failure_in_flight(class_info<kTable>());
@@ -107,9 +105,9 @@ template <const auto& kTable, std::size_t kRow, class C, class R, class... A>
 struct Thunk<kTable, kRow, R (C::*)(A...) const> : Thunk<kTable, kRow, R (C::*)(A...)> {};
 
 template <const auto& kTable, std::size_t kRow>
-using ThunkOf =
-    Thunk<kTable, kRow,
-          std::remove_cv_t<std::remove_reference_t<decltype(std::tuple_element_t<
-              kRow, std::remove_cvref_t<decltype(kTable.rows)>>::kFunction)>>>;
+using ThunkOf = Thunk<kTable, kRow,
+                      std::remove_cv_t<std::remove_reference_t<
+                          decltype(std::tuple_element_t<
+                                   kRow, std::remove_cvref_t<decltype(kTable.rows)>>::kFunction)>>>;
 
 }  // namespace vqmath63::automation

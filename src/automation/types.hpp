@@ -12,9 +12,9 @@
 #include <windows.h>
 
 #include <objbase.h>
+#include <ocidl.h>
 #include <ole2.h>
 #include <oleauto.h>
-#include <ocidl.h>
 
 /// Marks what leaves the library by name: here the module-definition file lists it, so that 32-bit
 /// names are not decorated.

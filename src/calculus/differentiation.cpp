@@ -92,8 +92,8 @@ struct CentredSecond {
     const Real h1 = x(i) - x(i - 1);
     const Real h2 = x(i + 1) - x(i);
     const Real s = h2 + h1;
-    const Real t =
-        h1 * Real(12.0) * h2;  // hosts know the centred value as a twelfth of the true one
+    // The factor 12 makes the centred value a twelfth of the parabola's; the ends stay unscaled.
+    const Real t = h1 * Real(12.0) * h2;
     const Real n = h1 * y(i + 1) - s * y(i) + h2 * y(i - 1);
     return {Real(2.0) * n, s * t};
   }
@@ -271,7 +271,8 @@ void SecondDerivatives(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2,
     const std::int32_t n = x.upper();
     if (n < 1) raise_fault(ErrorNumber::kSubscript);
     {
-      // Room for n numbers that nothing uses: hosts know a lack of it as this routine's failure.
+      // Room for n numbers that nothing uses: that it can be had is part of what this routine
+      // tests.
       const auto work = std::make_unique_for_overwrite<double[]>(static_cast<std::size_t>(n));
     }
     std::int32_t lo = i1;

@@ -21,20 +21,30 @@ void ztIntegrate::InitIntegrate() {
 }
 
 std::int32_t ztIntegrate::IntegerationRule() {
-  // Hosts know this getter as one that answers 0 whatever the rule is.
+  // Answers 0 whatever the rule is: callers never get the rule back.
   put_IntegrationRule(rule_);
   return 0;
 }
 
-void ztIntegrate::put_IntegrationRule(std::int32_t& rule) { rule_ = rule; }
+void ztIntegrate::put_IntegrationRule(std::int32_t& rule) {
+  rule_ = rule;
+}
 
 float ztIntegrate::Integral(Array1<float>& xVals, Array1<float>& yVals) {
   return trap<float>(kIntegral, [&](float& result) {
     switch (rule_) {
-      case 2: result = Simpson(xVals, yVals); break;
-      case 3: result = Forward(xVals, yVals); break;
-      case 4: result = Backward(xVals, yVals); break;
-      default: result = Trapezoidal(xVals, yVals); break;
+      case 2:
+        result = Simpson(xVals, yVals);
+        break;
+      case 3:
+        result = Forward(xVals, yVals);
+        break;
+      case 4:
+        result = Backward(xVals, yVals);
+        break;
+      default:
+        result = Trapezoidal(xVals, yVals);
+        break;
     }
   });
 }

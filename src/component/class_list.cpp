@@ -18,14 +18,10 @@ using automation::Boundary;
 using automation::ClassInfo;
 
 constexpr const ClassInfo* kClasses[] = {
-    &Boundary<members::kMathLib>::kInfo,
-    &Boundary<members::kStatistics>::kInfo,
-    &Boundary<members::kSample>::kInfo,
-    &Boundary<members::kRegression>::kInfo,
-    &Boundary<members::kDifferentiate>::kInfo,
-    &Boundary<members::kIntegrate>::kInfo,
-    &Boundary<members::kAccumulate>::kInfo,
-    &Boundary<members::kPetroleum>::kInfo,
+    &Boundary<members::kMathLib>::kInfo,       &Boundary<members::kStatistics>::kInfo,
+    &Boundary<members::kSample>::kInfo,        &Boundary<members::kRegression>::kInfo,
+    &Boundary<members::kDifferentiate>::kInfo, &Boundary<members::kIntegrate>::kInfo,
+    &Boundary<members::kAccumulate>::kInfo,    &Boundary<members::kPetroleum>::kInfo,
     &Boundary<members::kAnalyseInfo>::kInfo,
 };
 
@@ -40,7 +36,9 @@ bool same_text(std::string_view a, std::string_view b) {
 
 }  // namespace
 
-std::span<const ClassInfo* const> classes() noexcept { return kClasses; }
+std::span<const ClassInfo* const> classes() noexcept {
+  return kClasses;
+}
 
 const ClassInfo* find_class(REFCLSID clsid) noexcept {
   for (const ClassInfo* info : kClasses) {

@@ -15,13 +15,26 @@ using automation::ValueType;
 std::string host_type(const ValueType& type) {
   std::string name;
   switch (type.vt) {
-    case VT_R4: name = "Single"; break;
-    case VT_R8: name = "Double"; break;
-    case VT_I4: name = "Long"; break;
-    case VT_BOOL: name = "Boolean"; break;
-    case VT_DATE: name = "Date"; break;
-    case VT_BSTR: name = "String"; break;
-    default: break;
+    case VT_R4:
+      name = "Single";
+      break;
+    case VT_R8:
+      name = "Double";
+      break;
+    case VT_I4:
+      name = "Long";
+      break;
+    case VT_BOOL:
+      name = "Boolean";
+      break;
+    case VT_DATE:
+      name = "Date";
+      break;
+    case VT_BSTR:
+      name = "String";
+      break;
+    default:
+      break;
   }
   if (type.rank > 0) name += type.rank == 2 ? "(,)" : "()";
   return name;

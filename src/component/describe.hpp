@@ -17,7 +17,8 @@ std::string describe_members(const automation::ClassInfo& info);
 /// The type library in interface definition language, as widl compiles it.
 std::string interface_text(ClassList classes);
 
-/// The manifest of a side-by-side assembly, with which hosts use the component without registration.
+/// The manifest of a side-by-side assembly, with which hosts use the component without
+/// registration.
 std::string manifest_text(ClassList classes);
 
 /// The reference of the members as a Markdown page.

@@ -64,9 +64,8 @@ VQ_EXPORT HRESULT VQ_API VqDescribe(const OLECHAR* programmatic_id, BSTR* text) 
     const std::string id = programmatic_id == nullptr ? "" : automation::utf8(programmatic_id);
     const ClassInfo* info = component::find_class(id);
     if (!id.empty() && info == nullptr) return CO_E_CLASSSTRING;
-    *text = automation::new_bstr(info == nullptr
-                                     ? component::describe_classes(component::classes())
-                                     : component::describe_members(*info));
+    *text = automation::new_bstr(info == nullptr ? component::describe_classes(component::classes())
+                                                 : component::describe_members(*info));
     return S_OK;
   } catch (...) {
     return E_OUTOFMEMORY;

@@ -32,12 +32,18 @@ std::string quoted(const std::string& text) {
 
 std::string scalar_type(VARTYPE vt) {
   switch (vt) {
-    case VT_R4: return "float";
-    case VT_R8: return "double";
-    case VT_I4: return "long";
-    case VT_BOOL: return "VARIANT_BOOL";
-    case VT_DATE: return "DATE";
-    default: return "BSTR";
+    case VT_R4:
+      return "float";
+    case VT_R8:
+      return "double";
+    case VT_I4:
+      return "long";
+    case VT_BOOL:
+      return "VARIANT_BOOL";
+    case VT_DATE:
+      return "DATE";
+    default:
+      return "BSTR";
   }
 }
 
@@ -51,10 +57,12 @@ std::string interface_type(const ValueType& type) {
 // text is empty anyway.
 std::string default_attribute(const ArgumentInfo& argument) {
   switch (argument.type.vt) {
-    case VT_BOOL: return argument.fallback.number != 0.0 ? ", defaultvalue(-1)" : ", defaultvalue(0)";
+    case VT_BOOL:
+      return argument.fallback.number != 0.0 ? ", defaultvalue(-1)" : ", defaultvalue(0)";
     case VT_I4:
       return ", defaultvalue(" + std::to_string(static_cast<long>(argument.fallback.number)) + ")";
-    default: return "";
+    default:
+      return "";
   }
 }
 

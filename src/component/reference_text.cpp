@@ -43,7 +43,8 @@ std::string declaration(const MemberInfo& member) {
 std::string reference_text(ClassList classes) {
   std::string text =
       "# Reference of the members\n\n"
-      "Made from the member tables of the classes; `vqhost members CLASS` prints the same. Members\n"
+      "Made from the member tables of the classes; `vqhost members CLASS` prints the same. "
+      "Members\n"
       "stand in interface order, so that line n of a class is entry n of its dual interface after\n"
       "the seven of IUnknown and IDispatch.\n";
   for (const ClassInfo* info : classes) {

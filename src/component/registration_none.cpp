@@ -14,7 +14,11 @@ HRESULT not_here() noexcept {
 
 }  // namespace
 
-HRESULT register_component(Scope) noexcept { return not_here(); }
-HRESULT unregister_component(Scope) noexcept { return not_here(); }
+HRESULT register_component(Scope) noexcept {
+  return not_here();
+}
+HRESULT unregister_component(Scope) noexcept {
+  return not_here();
+}
 
 }  // namespace vqmath63::component

@@ -88,7 +88,9 @@ class ClassesRoot {
   bool remove_empty(const std::wstring& path) {
     return RegDeleteKeyW(key_, path.c_str()) == ERROR_SUCCESS;
   }
-  HRESULT result() const { return HRESULT_FROM_WIN32(static_cast<DWORD>(result_)); }
+  HRESULT result() const {
+    return HRESULT_FROM_WIN32(static_cast<DWORD>(result_));
+  }
 
  private:
   HKEY key_ = nullptr;

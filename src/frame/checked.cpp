@@ -11,7 +11,9 @@ double examine_sum(double a, double b, double result) {
   return result;
 }
 
-double examine_product(double a, double b, double result) { return examine_sum(a, b, result); }
+double examine_product(double a, double b, double result) {
+  return examine_sum(a, b, result);
+}
 
 double examine_quotient(double a, double b, double result) {
   if (std::isnan(result)) {

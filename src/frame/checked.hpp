@@ -37,22 +37,26 @@ class BasicDouble {
 
   friend BasicDouble operator+(BasicDouble a, BasicDouble b) {
     const double r = a.value_ + b.value_;
-    if (kChecked && !std::isfinite(r)) [[unlikely]] detail::examine_sum(a.value_, b.value_, r);
+    if (kChecked && !std::isfinite(r)) [[unlikely]]
+      detail::examine_sum(a.value_, b.value_, r);
     return r;
   }
   friend BasicDouble operator-(BasicDouble a, BasicDouble b) {
     const double r = a.value_ - b.value_;
-    if (kChecked && !std::isfinite(r)) [[unlikely]] detail::examine_sum(a.value_, -b.value_, r);
+    if (kChecked && !std::isfinite(r)) [[unlikely]]
+      detail::examine_sum(a.value_, -b.value_, r);
     return r;
   }
   friend BasicDouble operator*(BasicDouble a, BasicDouble b) {
     const double r = a.value_ * b.value_;
-    if (kChecked && !std::isfinite(r)) [[unlikely]] detail::examine_product(a.value_, b.value_, r);
+    if (kChecked && !std::isfinite(r)) [[unlikely]]
+      detail::examine_product(a.value_, b.value_, r);
     return r;
   }
   friend BasicDouble operator/(BasicDouble a, BasicDouble b) {
     const double r = a.value_ / b.value_;
-    if (kChecked && !std::isfinite(r)) [[unlikely]] detail::examine_quotient(a.value_, b.value_, r);
+    if (kChecked && !std::isfinite(r)) [[unlikely]]
+      detail::examine_quotient(a.value_, b.value_, r);
     return r;
   }
   friend constexpr BasicDouble operator-(BasicDouble a) { return BasicDouble(-a.value_); }
@@ -99,10 +103,10 @@ using Double = BasicDouble<true>;
 using Single = BasicSingle<true>;
 
 /// Arithmetic and comparison of two Singles: in double precision.
-#define VQ_WIDENING_OPERATOR(op)                                                   \
-  template <bool kChecked>                                                         \
-  auto operator op(BasicSingle<kChecked> a, BasicSingle<kChecked> b) {             \
-    return BasicDouble<kChecked>(a) op BasicDouble<kChecked>(b);                   \
+#define VQ_WIDENING_OPERATOR(op)                                       \
+  template <bool kChecked>                                             \
+  auto operator op(BasicSingle<kChecked> a, BasicSingle<kChecked> b) { \
+    return BasicDouble<kChecked>(a) op BasicDouble<kChecked>(b);       \
   }
 VQ_WIDENING_OPERATOR(+)
 VQ_WIDENING_OPERATOR(-)
@@ -124,6 +128,8 @@ inline std::int32_t to_long(double value) {
 }
 
 /// Rounds a Double to a stored Single (fault 6 when a finite value does not fit).
-inline float to_single(double value) { return Single(Double(value)).value(); }
+inline float to_single(double value) {
+  return Single(Double(value)).value();
+}
 
 }  // namespace vqmath63

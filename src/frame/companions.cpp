@@ -68,6 +68,8 @@ std::shared_ptr<ztDateTools> date_tools() {
 std::shared_ptr<ztArrayTools> create_array_tools() {
   return create(companion_makers().ArrayTools);
 }
-std::shared_ptr<ztSortTools> create_sort_tools() { return create(companion_makers().SortTools); }
+std::shared_ptr<ztSortTools> create_sort_tools() {
+  return create(companion_makers().SortTools);
+}
 
 }  // namespace vqmath63

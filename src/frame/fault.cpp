@@ -10,7 +10,9 @@ struct NumberedText {
   const char* text;
 };
 
-constexpr std::int32_t result_code(std::uint32_t code) { return static_cast<std::int32_t>(code); }
+constexpr std::int32_t result_code(std::uint32_t code) {
+  return static_cast<std::int32_t>(code);
+}
 
 constexpr std::int32_t kUnspecifiedFailure = result_code(0x80004005U);
 
@@ -54,7 +56,9 @@ const char* error_text(std::int32_t number) noexcept {
   return number < 0 ? "Automation error" : "Application-defined or object-defined error";
 }
 
-void raise_fault(ErrorNumber number) { throw Fault(number); }
+void raise_fault(ErrorNumber number) {
+  throw Fault(number);
+}
 
 void raise_companion_failure(std::int32_t result) {
   const auto code = static_cast<std::uint32_t>(result);

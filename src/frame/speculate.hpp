@@ -46,8 +46,12 @@ struct CheckedMode {
 namespace detail {
 
 // A result is a number, or a group of them that says for itself whether all are finite.
-inline bool all_finite(float result) { return std::isfinite(result); }
-inline bool all_finite(double result) { return std::isfinite(result); }
+inline bool all_finite(float result) {
+  return std::isfinite(result);
+}
+inline bool all_finite(double result) {
+  return std::isfinite(result);
+}
 template <class Group>
 bool all_finite(const Group& result) {
   return result.all_finite();

@@ -6,7 +6,7 @@
 namespace vqmath63 {
 namespace {
 
-// Three blanks before the routine part, as hosts know this text.
+// Three blanks before the routine part: programs that search their logs for the text find it.
 constexpr Location kCloseAll{"ztCommonClassVars", "CLOSEALLCOMMONGLOBALS", "   "};
 
 }  // namespace

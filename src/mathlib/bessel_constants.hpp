@@ -1,5 +1,6 @@
 // Constants under the Bessel functions: elementary functions, argument reduction, large orders.
 // Written by tools/make_bessel_tables.py; do not edit.
+// clang-format off: the generator has its own form.
 #pragma once
 
 #include <cstdint>

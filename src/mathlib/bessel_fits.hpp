@@ -1,5 +1,6 @@
 // Polynomials for the Bessel functions of orders 0 and 1.
 // Written by tools/make_bessel_tables.py; do not edit.
+// clang-format off: the generator has its own form.
 #pragma once
 
 #include <cstdint>

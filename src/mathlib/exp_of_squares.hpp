@@ -1,4 +1,5 @@
-// Values of exp(-h^2) at the sixteenths h = k / 16 from 0 to 6. Made by tools/make_exp_of_squares.py.
+// Values of exp(-h^2) at the sixteenths h = k / 16 from 0 to 6. Made by
+// tools/make_exp_of_squares.py.
 #pragma once
 
 namespace vqmath63 {

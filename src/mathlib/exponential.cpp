@@ -34,7 +34,8 @@ double ztMathLib::aLog(double xValue) const {
 
 double ztMathLib::aLog10(double xValue) const {
   return trap<double>(kALog10, [&](double& result) {
-    // Scaled by e, not by the logarithm of 10: hosts know the narrower range.
+    // Scaled by e, not by the logarithm of 10: the range is narrower than that of Double, on
+    // purpose.
     const Double guard = Double(xValue) * kE;
     if (guard > kExponentLimit) {
       result = kOutOfRange;

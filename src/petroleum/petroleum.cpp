@@ -81,7 +81,7 @@ class LiveFactor {
     // The only curve of a table has no next one to end before.
     const std::int32_t lower_end = oil_.curves == 1 ? end : upper_start;
     const Double lower_value = on_curve(lower_start, previous(lower_end), s1, s1);
-    // Hosts know the upper curve's segments as found with the lower curve's abscissa.
+    // The upper curve's segment is found with the lower curve's abscissa; factors rest on that.
     const Double upper_value = on_curve(upper_start, previous(end), s2, s1);
     return stored(t * upper_value + w * lower_value).value();
   }

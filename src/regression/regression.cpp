@@ -52,7 +52,7 @@ void ztRegression::setRegressionMethod(bool& ok) {
         text_ = "Exponential";
         type_ = kExponential;
         break;
-      // One letter decides: hosts know "Logarithmic" as linear and "Power" as polynomial.
+      // One letter decides: "Logarithmic" is linear and "Power" polynomial.
       case 'L':
       case 'l':
         text_ = "Linear";

@@ -99,7 +99,7 @@ float ztStatistics::SumListX(Array1<std::int32_t>& iList, std::int32_t& nList,
     result = speculate(in_bounds, [&](auto mode) {
       using Mode = decltype(mode);
       const typename Mode::template Reader<float> xs(xArray);
-      // Element 1 always counts and the list's first entry never does: hosts know it like that.
+      // Element 1 always counts and the list's first entry never does, on purpose.
       typename Mode::Single sum = xs(1);
       for (std::int64_t k = 2; k <= entries; ++k) {
         const std::int64_t i = list != nullptr ? list[k - 2] : iList(k);

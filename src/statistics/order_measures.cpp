@@ -99,7 +99,7 @@ float ztStatistics::Mode(Array1<float>& xA) {
     std::int64_t best = 1;
     std::int64_t run = 1;
     // The counter goes up with samples that differ from `current`, not with its repeats, and the
-    // last run is not compared: the value that hosts know as the mode is found like that.
+    // last run is not compared: that rule is what this mode means.
     for (std::int64_t i = 2; i <= n; ++i) {
       if (sorted(i) == current) continue;
       if (run > best) {

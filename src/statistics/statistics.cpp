@@ -93,7 +93,7 @@ void ztStatistics::BasicStatisticsPairs(Array1<float>& xA, Array1<float>& yA, bo
     x_.bar = to_single((Double(sums.x.sum) * r).value());
     x_.sums = sums.x;
     // x is never cleared, and its deviation by n goes where the n-1 form then replaces it, so that
-    // xSigmaN keeps its value: hosts know the pair summary like that.
+    // xSigmaN keeps what the last single summary left in it.
     const Double x_spread = spread(sums.x, r);
     x_.sigma_n1 = root_of(x_spread * r);
     x_.sigma_n1 = root_n1(x_spread, n);
@@ -114,7 +114,7 @@ void ztStatistics::StatisticsPairs(Array1<float>& xA, Array1<float>& yA, bool& q
     qOK = false;
     bool ok = false;
     BasicStatisticsPairs(xA, yA, ok);
-    // Whether that did well is not asked: hosts know qOK as True here.
+    // Whether that did well is not asked: qOK tells of the four measures below.
     x_.median = Median(xA);
     x_.mode = Mode(xA);
     y_.median = Median(yA);

@@ -16,7 +16,7 @@ namespace vqmath63 {
 /// Sums are running Singles in index order; every other expression is worked out in double
 /// precision and rounded once. The instance keeps the summary of its last summary call. Every
 /// method is trapped: a failure (unallocated array, upper bound below 1, second array too short,
-/// overflow, 0/0) is one error line and the result named below. O(n) unless stated.
+/// overflow, 0/0) is one error line and the result named below. O(n) unless said.
 class ztStatistics {
  public:
   /// A summary of zeros with standard deviations 1; creates the instance's two companions.
@@ -68,7 +68,7 @@ class ztStatistics {
   /// first step.
   void StatisticsPairs(Array1<float>& xA, Array1<float>& yA, bool& qOK);
 
-  // Measures of one call, which leave the kept summary alone. 0 after a failure, unless stated.
+  // Measures of one call, which leave the kept summary alone. 0 after a failure, unless said.
 
   /// Extremes; of equal samples the first counts, and a NaN counts as element 1 only.
   float Maximum(Array1<float>& xA);
@@ -107,9 +107,10 @@ class ztStatistics {
   /// When the sort companion says that it failed: the first sample. O(n) with the built-in sort.
   float Median(Array1<float>& xA);
 
-  /// The value that the counter of value changes ends with over the ascending samples (see the
-  /// definition), or ModeBin of them when it never moved on. The first sample when the sort
-  /// companion says that it failed.
+  /// The value that a counter of value changes ends with over the ascending samples: each sample
+  /// that differs from the current value counts one, and takes its place once more than the best
+  /// count so far have gone by (so the mode of 1, 2, 2, 2, 5 is 1). ModeBin of them when that never
+  /// happened. The first sample when the sort companion says that it failed.
   float Mode(Array1<float>& xA);
 
   /// Mean of the fullest bin over ascending samples: n/2, n/4, ... 2 bins are tried until one holds

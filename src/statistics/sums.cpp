@@ -41,7 +41,7 @@ class Running {
   void add(Stored x) {
     sum_ = sum_ + x;
     squares_ = squares_ + Stored(x * x);
-    // Replaced, not added: hosts know the value as that of the last sample.
+    // Replaced, not added: the value is the magnitude of the last sample.
     absolute_ = std::fabs(x.value());
     if (maximum_ < x.value()) maximum_ = x.value();
     if (minimum_ > x.value()) minimum_ = x.value();

@@ -5,7 +5,7 @@ namespace {
 
 constexpr Location kArithmetic{"ztMathLib", "Arithmetic"};
 constexpr Location kArithmeticSingle{"ztMathLib", "ArithmeticSingle"};
-// The one location with a lower-case l; hosts know it so.
+// The one location with a lower-case l in the module's name.
 constexpr Location kArithmeticDiff{"ztMathlib", "ArithmeticDiff"};
 
 void snap(Double larger, double& result) {

@@ -15,7 +15,7 @@ class ReportingCalendarTest : public CompanionTest {};
 const Rows kMonthly = {{0, 5}, {1, 20}, {2, 30}, {3, 40}};
 
 // The figures of tools/make_calendar_cases.py, which works in exact rationals and knows no rows.
-TEST_F(ReportingCalendarTest, agrees_with_the_definition) {
+TEST_F(ReportingCalendarTest, agrees_with_step_functions_in_exact_arithmetic) {
   each_row("calendar_cases.tsv", "", 39, [](const TableRow& row) {
     const Rows samples = row["samples"];
     const std::vector<std::vector<double>> want = row["periods"];

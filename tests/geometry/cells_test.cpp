@@ -1,4 +1,4 @@
-// Points in cells and segments through them: the zoo of cells, the required oddities, failures.
+// Points in cells and segments through them: the zoo of cells, what may surprise, failures.
 #include <cmath>
 #include <fstream>
 #include <sstream>

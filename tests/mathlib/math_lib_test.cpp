@@ -59,7 +59,7 @@ class MathLibTest : public CompanionTest {
   const ztMathLib lib{};
 };
 
-TEST_F(MathLibTest, companion_members_hand_on_and_fail_as_stated) {
+TEST_F(MathLibTest, companion_members_hand_on_and_fail_with_their_companion) {
   double p = 0;
   double q = 0;
   struct Row {

@@ -110,10 +110,10 @@ TEST_F(PetroleumTest, companions_are_asked_and_believed) {
 
 TEST_F(PetroleumTest, water) {
   each_row("petroleum.tsv", "water", 18, [&](const TableRow& row) {
-    for (const std::int32_t stated : {1, 0, -1, 99}) {
+    for (const std::int32_t given_count : {1, 0, -1, 99}) {
       Array1<float> t1 = array_of<float>(row["reference"]), t2 = array_of<float>(row["factor"]),
                     t3 = array_of<float>(row["compressibility"]);
-      std::int32_t count = stated;
+      std::int32_t count = given_count;
       const std::int32_t error = row["error"];
       const float want = row["want"];
       float at = row["at"], got = kOld;

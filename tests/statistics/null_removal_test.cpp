@@ -1,4 +1,4 @@
-// Null removal and masking: rows that stay and go together, required oddities, failures.
+// Null removal and masking: rows that stay and go together, what may surprise, failures.
 #include "statistics/samples.hpp"
 #include "statistics/statistics.hpp"
 
@@ -117,7 +117,7 @@ TEST_F(NullRemovalTest, masks) {
   });
 }
 
-TEST_F(NullRemovalTest, failures_bear_the_stated_locations) {
+TEST_F(NullRemovalTest, failures_bear_their_locations) {
   A none, x = samples({1, N}), a, b, c;
   A fixed(x.data(), {1, 2}, Resizing::kRefused);
   Array1<Boolean> mask = array_of<Boolean>({true, false}), shorter = array_of<Boolean>({true});

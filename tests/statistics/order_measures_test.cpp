@@ -1,4 +1,4 @@
-// Median, mode and quartiles: hand-worked values, the required oddities, failing sorts, memory.
+// Median, mode and quartiles: hand-worked values, what may surprise, failing sorts, memory.
 #include <algorithm>
 #include <cstdlib>
 #include <new>

@@ -1,5 +1,5 @@
 // The automation types and system functions for platforms whose system has none: names, layouts and
-// meanings are those that automation hosts know.
+// meanings are those of the system that has them.
 #pragma once
 
 #include "automation/system/base.hpp"
