@@ -26,9 +26,10 @@ struct DefaultValue {
 
 struct ArgumentInfo {
   const char* name = "";
-  ValueType type;
+  ValueType type{};
   bool optional = false;
-  DefaultValue fallback;
+  DefaultValue fallback{};
+  bool only_written = false;  ///< the member never reads what the host's variable holds
 };
 
 /// Hash of a name without regard to the case of a to z (Fowler-Noll-Vo 1a, 32 bits).

@@ -31,22 +31,18 @@ struct Sample {
   std::int32_t get_Item(std::int32_t index) { return items[index]; }
   void put_Item(std::int32_t index, std::int32_t value) { items[index] = value; }
 
-  template <class T>
-  T Echo(T x) {
-    return x;
-  }
-  template <class T>
-  void Change(T& x) {
-    if constexpr (std::is_same_v<T, bool>) {
-      x = !x;
-    } else if constexpr (std::is_same_v<T, Date>) {
-      x.value += 1;
-    } else if constexpr (std::is_same_v<T, std::string>) {
-      x += "!";
-    } else {
-      x += 1;
-    }
-  }
+  double EchoDouble(double x) { return x; }
+  float EchoSingle(float x) { return x; }
+  std::int32_t EchoLong(std::int32_t x) { return x; }
+  bool EchoBoolean(bool x) { return x; }
+  Date EchoDate(Date x) { return x; }
+  std::string EchoText(std::string x) { return x; }
+  void ChangeDouble(double& x) { x += 1; }
+  void ChangeSingle(float& x) { x += 1; }
+  void ChangeLong(std::int32_t& x) { x += 1; }
+  void ChangeBoolean(bool& x) { x = !x; }
+  void ChangeDate(Date& x) { x.value += 1; }
+  void ChangeText(std::string& x) { x += "!"; }
   std::string Join(double d, float f, std::int32_t n, bool b, Date t, std::string s) {
     return JoinRef(d, f, n, b, t, s);
   }
@@ -78,6 +74,10 @@ struct Sample {
     if (act == kErase) xA.erase();
     return text;
   }
+  std::string Singles(Array1<float>& xA, std::int32_t act) { return Work(xA, act); }
+  std::string Doubles(Array1<double>& xA, std::int32_t act) { return Work(xA, act); }
+  std::string Longs(Array1<std::int32_t>& xA, std::int32_t act) { return Work(xA, act); }
+  std::string Booleans(Array1<Boolean>& xA, std::int32_t act) { return Work(xA, act); }
   std::string Table(Array2<float>& xT, std::int32_t act) {
     seen = xT.data();
     std::string text = "none";
@@ -129,28 +129,28 @@ inline constexpr auto kSample = table<Sample>(
     get<&Sample::get_Scale>(1, "Scale", ""), let<&Sample::put_Scale>(1, "Scale", "", arg("value")),
     get<&Sample::get_Item>(2, "Item", "", arg("index")),
     let<&Sample::put_Item>(2, "Item", "", arg("index"), arg("value")),
-    method<&Sample::Echo<double>>(3, "EchoDouble", "", arg("x")),
-    method<&Sample::Echo<float>>(4, "EchoSingle", "", arg("x")),
-    method<&Sample::Echo<std::int32_t>>(5, "EchoLong", "", arg("x")),
-    method<&Sample::Echo<bool>>(6, "EchoBoolean", "", arg("x")),
-    method<&Sample::Echo<Date>>(7, "EchoDate", "", arg("x")),
-    method<&Sample::Echo<std::string>>(8, "EchoText", "", arg("x")),
-    method<&Sample::Change<double>>(9, "ChangeDouble", "", arg("x")),
-    method<&Sample::Change<float>>(10, "ChangeSingle", "", arg("x")),
-    method<&Sample::Change<std::int32_t>>(11, "ChangeLong", "", arg("x")),
-    method<&Sample::Change<bool>>(12, "ChangeBoolean", "", arg("x")),
-    method<&Sample::Change<Date>>(13, "ChangeDate", "", arg("x")),
-    method<&Sample::Change<std::string>>(14, "ChangeText", "", arg("x")),
+    method<&Sample::EchoDouble>(3, "EchoDouble", "", arg("x")),
+    method<&Sample::EchoSingle>(4, "EchoSingle", "", arg("x")),
+    method<&Sample::EchoLong>(5, "EchoLong", "", arg("x")),
+    method<&Sample::EchoBoolean>(6, "EchoBoolean", "", arg("x")),
+    method<&Sample::EchoDate>(7, "EchoDate", "", arg("x")),
+    method<&Sample::EchoText>(8, "EchoText", "", arg("x")),
+    method<&Sample::ChangeDouble>(9, "ChangeDouble", "", arg("x")),
+    method<&Sample::ChangeSingle>(10, "ChangeSingle", "", arg("x")),
+    method<&Sample::ChangeLong>(11, "ChangeLong", "", arg("x")),
+    method<&Sample::ChangeBoolean>(12, "ChangeBoolean", "", arg("x")),
+    method<&Sample::ChangeDate>(13, "ChangeDate", "", arg("x")),
+    method<&Sample::ChangeText>(14, "ChangeText", "", arg("x")),
     method<&Sample::Join>(15, "Join", "", arg("d"), optional_arg("f", 2.5), optional_arg("n", 7.0),
                           optional_arg("b", true), optional_arg("t", 36526.0),
                           optional_arg("s", "psi")),
     method<&Sample::JoinRef>(16, "JoinRef", "", optional_arg("d", 1.5), optional_arg("f", 2.5),
                              optional_arg("n", 7.0), optional_arg("b", true),
                              optional_arg("t", 36526.0), optional_arg("s", "psi")),
-    method<&Sample::Work<float>>(17, "Singles", "", arg("xA"), arg("act")),
-    method<&Sample::Work<double>>(18, "Doubles", "", arg("xA"), arg("act")),
-    method<&Sample::Work<std::int32_t>>(19, "Longs", "", arg("xA"), arg("act")),
-    method<&Sample::Work<Boolean>>(20, "Booleans", "", arg("xA"), arg("act")),
+    method<&Sample::Singles>(17, "Singles", "", arg("xA"), arg("act")),
+    method<&Sample::Doubles>(18, "Doubles", "", arg("xA"), arg("act")),
+    method<&Sample::Longs>(19, "Longs", "", arg("xA"), arg("act")),
+    method<&Sample::Booleans>(20, "Booleans", "", arg("xA"), arg("act")),
     method<&Sample::Table>(21, "Table", "", arg("xT"), arg("act")),
     method<&Sample::Both>(22, "Both", "", arg("xA"), arg("xB"), arg("which")),
     method<&Sample::Fail>(23, "Fail", "", arg("number"), arg("sWhere")),
