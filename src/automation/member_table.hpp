@@ -48,17 +48,19 @@ template <auto kMember>
 struct Row {
   static constexpr auto kFunction = kMember;
   using Native = Signature<decltype(kMember)>;
+  using Arguments = std::array<ArgumentInfo, Native::kArguments>;
 
   const char* name;
   DISPID dispid;
   MemberKind kind;
   const char* help;
-  std::array<ArgumentInfo, Native::kArguments> arguments;
+  Arguments arguments;
 };
 
 // What is wrong with a table is said by the name of the function that its evaluation, at compile
 // time, would have to call: none of these is defined.
 void the_name_of_a_row_is_not_that_of_its_member();
+void a_row_leaves_an_argument_of_its_member_out();
 void an_argument_that_is_only_written_is_no_reference();
 void two_rows_have_the_same_name_and_kind();
 void two_names_have_the_same_id();
@@ -86,41 +88,43 @@ consteval std::string_view without(std::string_view prefix, std::string_view nam
   return name.starts_with(prefix) ? name.substr(prefix.size()) : name;
 }
 
-template <auto kMember, class... Arguments>
+template <auto kMember>
 consteval Row<kMember> make_row(MemberKind kind, std::string_view declared, DISPID dispid,
-                                const char* name, const char* help, Arguments... arguments) {
+                                const char* name, typename Row<kMember>::Arguments arguments,
+                                const char* help) {
   using Native = typename Row<kMember>::Native;
-  static_assert(sizeof...(Arguments) == Native::kArguments,
-                "a member's row names each of its arguments");
-  static_assert(sizeof...(Arguments) <= kMostArguments, "more arguments than a call by name binds");
+  static_assert(Native::kArguments <= kMostArguments, "more than a call by name binds");
   if (declared != name) the_name_of_a_row_is_not_that_of_its_member();
-  const Row<kMember> row{name, dispid, kind, help, {arguments...}};
   for (std::size_t k = 0; k < Native::kArguments; ++k) {
-    if (row.arguments[k].only_written && !Native::kWritable[k]) {
+    if (*arguments[k].name == 0) a_row_leaves_an_argument_of_its_member_out();
+    if (arguments[k].only_written && !Native::kWritable[k]) {
       an_argument_that_is_only_written_is_no_reference();
     }
   }
-  return row;
+  return {name, dispid, kind, help, arguments};
 }
 
 /// Rows of the three kinds: method, property get, property let. The name is that of the member
-/// function, without the get_ or put_ of a property.
-template <auto kMember, class... Arguments>
-consteval auto method(DISPID dispid, const char* name, const char* help, Arguments... arguments) {
-  return make_row<kMember>(MemberKind::kMethod, member_name<kMember>(), dispid, name, help,
-                           arguments...);
+/// function, without the get_ or put_ of a property; the arguments stand in braces.
+template <auto kMember>
+consteval auto method(DISPID dispid, const char* name, typename Row<kMember>::Arguments arguments,
+                      const char* help) {
+  return make_row<kMember>(MemberKind::kMethod, member_name<kMember>(), dispid, name, arguments,
+                           help);
 }
-template <auto kMember, class... Arguments>
-consteval auto get(DISPID dispid, const char* name, const char* help, Arguments... arguments) {
+template <auto kMember>
+consteval auto get(DISPID dispid, const char* name, typename Row<kMember>::Arguments arguments,
+                   const char* help) {
   static_assert(!std::is_void_v<typename Row<kMember>::Native::Return>);
   return make_row<kMember>(MemberKind::kPropertyGet, without("get_", member_name<kMember>()),
-                           dispid, name, help, arguments...);
+                           dispid, name, arguments, help);
 }
-template <auto kMember, class... Arguments>
-consteval auto let(DISPID dispid, const char* name, const char* help, Arguments... arguments) {
+template <auto kMember>
+consteval auto let(DISPID dispid, const char* name, typename Row<kMember>::Arguments arguments,
+                   const char* help) {
   static_assert(std::is_void_v<typename Row<kMember>::Native::Return>);
   return make_row<kMember>(MemberKind::kPropertyLet, without("put_", member_name<kMember>()),
-                           dispid, name, help, arguments...);
+                           dispid, name, arguments, help);
 }
 
 /// A class's table: its identity and its rows in interface order.

@@ -15,14 +15,11 @@ inline constexpr auto kIntegrate = automation::table<ztIntegrate>(
     "ztIntegrate", "Integrates sampled curves by one of four quadrature rules.",
     {0x209166AF, 0xC8C5, 0x4783, {0x92, 0x74, 0xE9, 0x74, 0x28, 0x42, 0x0B, 0xCF}},
     {0xAEDEC313, 0x167A, 0x4ACD, {0x95, 0x1E, 0xDA, 0xA8, 0xC5, 0xCD, 0x92, 0xC0}},
-    get<&ztIntegrate::IntegerationRule>(1, "IntegerationRule",
-                                        "Always 0: the rule cannot be read back."),
-    let<&ztIntegrate::put_IntegrationRule>(
-        2, "IntegrationRule",
-        "Sets the rule: 2 Simpson, 3 forward, 4 backward, any other value trapezoidal.",
-        arg("rule")),
-    method<&ztIntegrate::Integral>(
-        3, "Integral", "Area under yVals over xVals, samples 1 to the upper bound of xVals.",
-        arg("xVals"), arg("yVals")));
+    // clang-format off
+    get<&ztIntegrate::IntegerationRule>   (1, "IntegerationRule", {}, "Always 0: the rule cannot be read back."),
+    let<&ztIntegrate::put_IntegrationRule>(2, "IntegrationRule",  {arg("rule")}, "Sets the rule: 2 Simpson, 3 forward, 4 backward, any other value trapezoidal."),
+    method<&ztIntegrate::Integral>        (3, "Integral",         {arg("xVals"), arg("yVals")}, "Area under yVals over xVals, samples 1 to the upper bound of xVals.")
+    // clang-format on
+);
 
 }  // namespace vqmath63::members
