@@ -46,12 +46,13 @@ void ztAccumulate::InitAccumulate(bool& qOK) {
   });
 }
 
-void ztAccumulate::put_RateArray(Array1<Boolean>& value) {
-  rate_array_ = value;
+void ztAccumulate::put_RateArray(const Array1<const Boolean>& value) {
+  rate_array_ = Array1<Boolean>(value);
   rate_array_supplied_ = true;
 }
 
-void ztAccumulate::Accumulate(Array2<float>& dArr, Array2<float>& dAccumulate, bool& qOK) {
+void ztAccumulate::Accumulate(const Array2<const float>& dArr, Array2<float>& dAccumulate,
+                              bool& qOK) {
   trap(kAccumulate, [&] {
     qOK = false;
     std::int32_t columns = dArr.columns().upper;
@@ -65,8 +66,10 @@ void ztAccumulate::Accumulate(Array2<float>& dArr, Array2<float>& dAccumulate, b
     std::int32_t rule = kBackward;
     std::int32_t spare = 0;
     ok = false;
-    AccumulateData(dArr, rate_array_, accumulate_index_, data_period_, frequency_, period_,
-                   start_date_, start_data_, dAccumulate, ok, rule, spare);
+    // A copy of its own: an error line may lead the host to set another one meanwhile.
+    const Array1<Boolean> rates = rate_array_;
+    AccumulateData(dArr, rates, accumulate_index_, data_period_, frequency_, period_, start_date_,
+                   start_data_, dAccumulate, ok, rule, spare);
     qOK = ok;
   });
 }

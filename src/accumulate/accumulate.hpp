@@ -35,7 +35,7 @@ class ztAccumulate {
   bool get_Rates() const { return rates_; }
   /// Per column of the data (1 is the time column), true for a rate, false for a cumulative value.
   /// The array is copied.
-  void put_RateArray(Array1<Boolean>& value);
+  void put_RateArray(const Array1<const Boolean>& value);
   /// First row of the data that is used, from 1.
   void put_AccumulateIndex(std::int32_t value) { accumulate_index_ = value; }
   /// Period word in which the data count their time.
@@ -51,7 +51,7 @@ class ztAccumulate {
 
   /// Accumulates dArr (time column and series, one sample a row) into dAccumulate, one row per
   /// reporting period; see AccumulateData. Unless RateArray was set, every series is a rate.
-  void Accumulate(Array2<float>& dArr, Array2<float>& dAccumulate, bool& qOK);
+  void Accumulate(const Array2<const float>& dArr, Array2<float>& dAccumulate, bool& qOK);
 
  private:
   void InitAccumulate(bool& qOK);

@@ -24,7 +24,8 @@ PeriodUnit unit_of(const std::string& word) {
 // The samples used, a column's values side by side.
 class Samples {
  public:
-  Samples(Array2<float>& table, std::int32_t first_row) : table_(table), first_row_(first_row) {
+  Samples(const Array2<const float>& table, std::int32_t first_row)
+      : table_(table), first_row_(first_row) {
     const std::int32_t last_row = table.rows().upper;
     if (first_row < 1 || first_row > last_row) raise_fault(ErrorNumber::kSubscript);
     count_ = static_cast<std::size_t>(last_row) - static_cast<std::size_t>(first_row) + 1;
@@ -33,7 +34,7 @@ class Samples {
   std::span<const float> column(std::int32_t j) const { return {&table_(first_row_, j), count_}; }
 
  private:
-  Array2<float>& table_;
+  Array2<const float> table_;
   std::int32_t first_row_;
   std::size_t count_;
 };
@@ -69,15 +70,15 @@ float interpolated(std::span<const float> values, std::span<const double> times,
   return Single(start + (Single(values[after]) - start) * share).value();
 }
 
-bool is_rate(const Array1<Boolean>& rates, std::int32_t column) {
+bool is_rate(const Array1<const Boolean>& rates, std::int32_t column) {
   return !rates.covers(column, column) || rates(column);
 }
 
 }  // namespace
 
-void SetAccumulateArray(Array2<float>& dArr, Array1<Boolean>& RateArray,
-                        std::int32_t AccumulateIndex, std::string& DataPeriod, float Frequency,
-                        std::string& Period, Date StartDate, Date StartData,
+void SetAccumulateArray(const Array2<const float>& dArr, const Array1<const Boolean>& RateArray,
+                        std::int32_t AccumulateIndex, const std::string& DataPeriod,
+                        float Frequency, const std::string& Period, Date StartDate, Date StartData,
                         Array1<std::int32_t>& PeriodStartRow, Array1<std::int32_t>& PeriodEndRow,
                         Array2<float>& WorkTable, bool& ok, std::int32_t& /*rule*/,
                         bool& /*flag*/) {

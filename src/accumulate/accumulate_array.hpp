@@ -33,9 +33,9 @@ namespace vqmath63 {
 /// lies after StartDate; 9 for an AccumulateIndex outside 1 to n; 7 for a table beyond 2^31
 /// elements. Moments are worked out in double precision and stored as Single last.
 /// Cost: linear in rows plus periods, per column; beside the table one double per sample.
-void SetAccumulateArray(Array2<float>& dArr, Array1<Boolean>& RateArray,
-                        std::int32_t AccumulateIndex, std::string& DataPeriod, float Frequency,
-                        std::string& Period, Date StartDate, Date StartData,
+void SetAccumulateArray(const Array2<const float>& dArr, const Array1<const Boolean>& RateArray,
+                        std::int32_t AccumulateIndex, const std::string& DataPeriod,
+                        float Frequency, const std::string& Period, Date StartDate, Date StartData,
                         Array1<std::int32_t>& PeriodStartRow, Array1<std::int32_t>& PeriodEndRow,
                         Array2<float>& WorkTable, bool& ok, std::int32_t& rule, bool& flag);
 

@@ -21,17 +21,17 @@ std::shared_ptr<ztIntegrate>& integrator() {
 }
 
 // A column's rows first..last as samples 1 to n, read in place.
-Array1<float> rows_of(Array2<float>& table, std::int32_t first, std::int32_t last,
-                      std::int32_t column) {
+Array1<const float> rows_of(const Array2<const float>& table, std::int32_t first, std::int32_t last,
+                            std::int32_t column) {
   return {&table(first, column), {1, last - first + 1}};
 }
 
 }  // namespace
 
-void AccumulateData(Array2<float>& dArr, Array1<Boolean>& RateArray, std::int32_t AccumulateIndex,
-                    std::string DataPeriod, std::int32_t Frequency, std::string Period,
-                    Date StartDate, Date StartData, Array2<float>& dAccumulate, bool& qOK,
-                    std::int32_t& rule, std::int32_t& /*spare*/) {
+void AccumulateData(const Array2<const float>& dArr, const Array1<const Boolean>& RateArray,
+                    std::int32_t AccumulateIndex, std::string DataPeriod, std::int32_t Frequency,
+                    std::string Period, Date StartDate, Date StartData, Array2<float>& dAccumulate,
+                    bool& qOK, std::int32_t& rule, std::int32_t& /*spare*/) {
   trap(kAccumulateData, [&] {
     qOK = false;
     Array1<std::int32_t> start_row(1, 1);
@@ -67,8 +67,8 @@ void AccumulateData(Array2<float>& dArr, Array1<Boolean>& RateArray, std::int32_
     }
     for (std::int32_t j = 2; j <= columns; ++j) {
       for (std::int32_t i = 1; i <= periods; ++i) {
-        Array1<float> x = rows_of(work, start_row(i), end_row(i), 1);
-        Array1<float> y = rows_of(work, start_row(i), end_row(i), j);
+        const Array1<const float> x = rows_of(work, start_row(i), end_row(i), 1);
+        const Array1<const float> y = rows_of(work, start_row(i), end_row(i), j);
         if (RateArray(j)) {
           const Single area(integrate->Integral(x, y));
           dAccumulate(i, j) = Single(area * Single(inverse_length(i))).value();

@@ -23,9 +23,9 @@ namespace vqmath63 {
 /// An unknown Period ends the work without a message. A period of no length (two rows whose times
 /// are the same Single) is error 11, a RateArray that ends before the columns do is error 9. A
 /// failing rule reports itself and leaves 0 in that place. Cost: linear in rows plus periods.
-void AccumulateData(Array2<float>& dArr, Array1<Boolean>& RateArray, std::int32_t AccumulateIndex,
-                    std::string DataPeriod, std::int32_t Frequency, std::string Period,
-                    Date StartDate, Date StartData, Array2<float>& dAccumulate, bool& qOK,
-                    std::int32_t& rule, std::int32_t& spare);
+void AccumulateData(const Array2<const float>& dArr, const Array1<const Boolean>& RateArray,
+                    std::int32_t AccumulateIndex, std::string DataPeriod, std::int32_t Frequency,
+                    std::string Period, Date StartDate, Date StartData, Array2<float>& dAccumulate,
+                    bool& qOK, std::int32_t& rule, std::int32_t& spare);
 
 }  // namespace vqmath63

@@ -24,7 +24,7 @@ PeriodWordTable& table() {
 
 }  // namespace
 
-bool CheckPeriod(std::string& zPeriod) {
+bool CheckPeriod(const std::string& zPeriod) {
   return trap<bool>(kCheckPeriod, [&](bool& result) {
     if (zPeriod.empty()) return;
     bool load = true;
@@ -39,7 +39,7 @@ bool CheckPeriod(std::string& zPeriod) {
   });
 }
 
-void SetAccumulatePeriods(bool& qLoad, bool& qOK) {
+void SetAccumulatePeriods(const bool& qLoad, bool& qOK) {
   trap(kSetAccumulatePeriods, [&] {
     qOK = false;
     auto& [words, count] = table();

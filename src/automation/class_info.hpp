@@ -13,9 +13,10 @@ namespace vqmath63::automation {
 
 /// Automation type of an argument or a result.
 struct ValueType {
-  VARTYPE vt = VT_EMPTY;  ///< VT_EMPTY for the result of a member that has none
-  int rank = 0;           ///< 0 for a scalar, else the number of dimensions of an array
-  bool by_ref = false;    ///< handed over by reference, so that the callee may change it
+  VARTYPE vt = VT_EMPTY;   ///< VT_EMPTY for the result of a member that has none
+  int rank = 0;            ///< 0 for a scalar, else the number of dimensions of an array
+  bool by_ref = false;     ///< handed over by reference, so that the callee may change it
+  bool read_only = false;  ///< by reference, but the callee never does: nothing has to go back
 };
 
 /// Default of an optional argument: a text, or a number (also True as -1, False as 0).

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <type_traits>
 
 #include "automation/array_argument.hpp"
 #include "automation/class_info.hpp"
@@ -93,8 +94,34 @@ struct Param<std::string> {
   };
 };
 
-/// A scalar by reference: a native variable for the call, stored back when it is over. A null
-/// reference is error E_POINTER, or a missing argument where the member's row says optional.
+/// The value behind a reference to a scalar. A null reference is error E_POINTER, or a missing
+/// argument where the member's row says optional.
+template <class Convert, class AbiT>
+auto referred_value(const Given<AbiT*>& given) {
+  if (given.value != nullptr) return Convert::in(*given.value);
+  if (!given.place.info.optional) {
+    throw BoundaryError(E_POINTER, std::string("Invalid pointer: argument '") +
+                                       given.place.info.name + "' of " + given.place.member +
+                                       " is a null reference");
+  }
+  return Convert::fallback(given.place.info.fallback);
+}
+
+/// A scalar by reference that is only read.
+template <class T, class AbiT, VARTYPE kVt, class Convert>
+struct ReadOnlyParam {
+  using Abi = AbiT*;
+  static constexpr ValueType kType{kVt, 0, true, true};
+  struct Adapt {
+    T value;
+    explicit Adapt(const Given<Abi>& given) : value(referred_value<Convert>(given)) {}
+    const T& native() { return value; }
+    void release() noexcept {}
+    HRESULT hand_back() noexcept { return S_OK; }
+  };
+};
+
+/// A scalar by reference: a native variable for the call, stored back when it is over.
 template <class T, class AbiT, VARTYPE kVt, class Convert>
 struct ReferenceParam {
   using Abi = AbiT*;
@@ -104,9 +131,7 @@ struct ReferenceParam {
     T value;
     T before;
     explicit Adapt(const Given<Abi>& given)
-        : target(given.value),
-          value(target != nullptr ? Convert::in(*target) : missing(given.place)),
-          before(value) {}
+        : target(given.value), value(referred_value<Convert>(given)), before(value) {}
     T& native() { return value; }
     void release() noexcept {}
     HRESULT hand_back() noexcept {
@@ -114,14 +139,6 @@ struct ReferenceParam {
       // Unchanged, it is left alone: another argument may stand for the same variable.
       if (value == before && Convert::stored_as(value, *target)) return S_OK;
       return Convert::out(value, *target);
-    }
-    static T missing(const ArgumentPlace& place) {
-      if (!place.info.optional) {
-        throw BoundaryError(E_POINTER, std::string("Invalid pointer: argument '") +
-                                           place.info.name + "' of " + place.member +
-                                           " is a null reference");
-      }
-      return Convert::fallback(place.info.fallback);
     }
   };
 };
@@ -169,27 +186,63 @@ struct TextConvert {
   }
 };
 
+/// How each scalar that goes by reference stands at the interface.
+template <class T>
+struct Referred;
 template <>
-struct Param<double&> : ReferenceParam<double, double, VT_R8, NumberConvert<double, double>> {};
-template <>
-struct Param<float&> : ReferenceParam<float, float, VT_R4, NumberConvert<float, float>> {};
-template <>
-struct Param<std::int32_t&>
-    : ReferenceParam<std::int32_t, std::int32_t, VT_I4, NumberConvert<std::int32_t, std::int32_t>> {
+struct Referred<double> {
+  using Abi = double;
+  using Convert = NumberConvert<double, double>;
+  static constexpr VARTYPE kVt = VT_R8;
 };
 template <>
-struct Param<bool&> : ReferenceParam<bool, VARIANT_BOOL, VT_BOOL, BoolConvert> {};
+struct Referred<float> {
+  using Abi = float;
+  using Convert = NumberConvert<float, float>;
+  static constexpr VARTYPE kVt = VT_R4;
+};
 template <>
-struct Param<Date&> : ReferenceParam<Date, DATE, VT_DATE, DateConvert> {};
+struct Referred<std::int32_t> {
+  using Abi = std::int32_t;
+  using Convert = NumberConvert<std::int32_t, std::int32_t>;
+  static constexpr VARTYPE kVt = VT_I4;
+};
 template <>
-struct Param<std::string&> : ReferenceParam<std::string, BSTR, VT_BSTR, TextConvert> {};
+struct Referred<bool> {
+  using Abi = VARIANT_BOOL;
+  using Convert = BoolConvert;
+  static constexpr VARTYPE kVt = VT_BOOL;
+};
+template <>
+struct Referred<Date> {
+  using Abi = DATE;
+  using Convert = DateConvert;
+  static constexpr VARTYPE kVt = VT_DATE;
+};
+template <>
+struct Referred<std::string> {
+  using Abi = BSTR;
+  using Convert = TextConvert;
+  static constexpr VARTYPE kVt = VT_BSTR;
+};
 
-/// An array by reference: borrowed, its elements written in place; one that the member has
-/// re-dimensioned takes the place of the host's array.
-template <class Array, class T, int kRank>
+template <class T>
+struct Param<T&> : ReferenceParam<T, typename Referred<T>::Abi, Referred<T>::kVt,
+                                  typename Referred<T>::Convert> {};
+template <class T>
+struct Param<const T&>
+    : ReadOnlyParam<T, typename Referred<T>::Abi, Referred<T>::kVt, typename Referred<T>::Convert> {
+};
+
+/// An array by reference: borrowed. One that is only read stays as it is; of any other the elements
+/// are written in place, and one that the member has re-dimensioned takes the place of the host's.
+template <template <class> class ArrayOf, class Element, int kRank>
 struct ArrayParam {
+  using T = std::remove_const_t<Element>;
+  using Array = ArrayOf<Element>;
   using Abi = SAFEARRAY**;
-  static constexpr ValueType kType{kElementType<T>, kRank, true};
+  static constexpr bool kReadOnly = std::is_const_v<Element>;
+  static constexpr ValueType kType{kElementType<T>, kRank, true, kReadOnly};
   static_assert(kElementType<T> != VT_EMPTY, "no automation element type for this array");
   struct Adapt {
     BorrowedSafeArray borrowed;
@@ -203,21 +256,29 @@ struct ArrayParam {
     }
     void release() noexcept { borrowed.unlock(); }
     HRESULT hand_back() noexcept {
-      if (!array.was_resized()) return S_OK;
-      if (!array.allocated()) return borrowed.replace(nullptr, 0, nullptr);
-      Bounds bounds[2];
-      if constexpr (kRank == 1) {
-        bounds[0] = {array.lower(), array.upper()};
+      if constexpr (kReadOnly) {
+        return S_OK;
       } else {
-        bounds[0] = array.rows();
-        bounds[1] = array.columns();
+        if (!array.was_resized()) return S_OK;
+        if (!array.allocated()) return borrowed.replace(nullptr, 0, nullptr);
+        Bounds bounds[2];
+        if constexpr (kRank == 1) {
+          bounds[0] = array.bounds();
+        } else {
+          bounds[0] = array.rows();
+          bounds[1] = array.columns();
+        }
+        return borrowed.replace(array.data(), array.size() * sizeof(T), bounds);
       }
-      return borrowed.replace(array.data(), array.size() * sizeof(T), bounds);
     }
     static Array view(const BorrowedSafeArray& b) {
       if (!b.allocated()) return {};
       T* first = static_cast<T*>(b.data());
-      if constexpr (kRank == 1) {
+      if constexpr (kReadOnly && kRank == 1) {
+        return {first, b.bounds(1)};
+      } else if constexpr (kReadOnly) {
+        return {first, b.bounds(1), b.bounds(2)};
+      } else if constexpr (kRank == 1) {
         return {first, b.bounds(1), b.resizing()};
       } else {
         return {first, b.bounds(1), b.bounds(2), b.resizing()};
@@ -227,9 +288,13 @@ struct ArrayParam {
 };
 
 template <class T>
-struct Param<Array1<T>&> : ArrayParam<Array1<T>, T, 1> {};
+struct Param<Array1<T>&> : ArrayParam<Array1, T, 1> {};
 template <class T>
-struct Param<Array2<T>&> : ArrayParam<Array2<T>, T, 2> {};
+struct Param<Array2<T>&> : ArrayParam<Array2, T, 2> {};
+template <class T>
+struct Param<const Array1<const T>&> : ArrayParam<Array1, const T, 1> {};
+template <class T>
+struct Param<const Array2<const T>&> : ArrayParam<Array2, const T, 2> {};
 
 /// How a result is stored at the interface.
 template <class R>

@@ -16,24 +16,24 @@ class ztDifferentiate {
 
   /// First derivative. dydx must hold elements 1 to n already; it is not re-dimensioned. Fails for
   /// a single sample (9).
-  void FirstDerivative(Array1<double>& xVals, Array1<double>& yVals, Array1<double>& dydx,
-                       bool& qOK);
+  void FirstDerivative(const Array1<const double>& xVals, const Array1<const double>& yVals,
+                       Array1<double>& dydx, bool& qOK);
 
   /// Second derivative into d2ydx2, which comes back with bounds 1 to n. The inner points get one
   /// twelfth of the derivative, the end points the whole. Fails for n below 3 (9) and for equal
   /// abscissae within three neighbours (11, or 5 where the numerator is 0 as well).
-  void SecondDerivative(Array1<double>& xVals, Array1<double>& yVals, Array1<double>& d2ydx2,
-                        bool& qOK);
+  void SecondDerivative(const Array1<const double>& xVals, const Array1<const double>& yVals,
+                        Array1<double>& d2ydx2, bool& qOK);
 
   /// Forward differences at points 1 to n - 1 of dydx, which comes back with bounds 1 to n and a 0
   /// at point n. Fails for a single sample (9).
-  void FirstDerivativeForwards(Array1<double>& xVals, Array1<double>& yVals, Array1<double>& dydx,
-                               bool& qOK);
+  void FirstDerivativeForwards(const Array1<const double>& xVals, const Array1<const double>& yVals,
+                               Array1<double>& dydx, bool& qOK);
 
   /// Backward differences at points 2 to n of dydx, which comes back with bounds 1 to n and a 0 at
   /// point 1.
-  void FirstDerivativeBackwards(Array1<double>& xVals, Array1<double>& yVals, Array1<double>& dydx,
-                                bool& qOK);
+  void FirstDerivativeBackwards(const Array1<const double>& xVals,
+                                const Array1<const double>& yVals, Array1<double>& dydx, bool& qOK);
 
  private:
   void InitDiffs(bool& ok);

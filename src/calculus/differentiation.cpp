@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <functional>
 #include <memory>
 
 #include "frame/checked.hpp"
@@ -20,7 +19,8 @@ constexpr Location kSecondDownStream{"ztAnalyse - Differentiation", "SecondDeriv
 constexpr Location kSecondCentered{"ztAnalyse - Differentiation", "SecondDerivativeCentered"};
 constexpr Location kSecondDerivatives{"ztAnalyse - Differentiation", "SecondDerivatives"};
 
-using Samples = Array1<double>;
+using Samples = Array1<const double>;
+using Derivatives = Array1<double>;
 
 // Keeps the denominators of first derivatives away from zero.
 constexpr double kGuard = 1e-20;
@@ -113,7 +113,7 @@ class CheckedReader {
 
 template <class Formula>
 void write_checked(const Samples& x, const Samples& y, std::int64_t first, std::int64_t last,
-                   Order order, Samples& d) {
+                   Order order, Derivatives& d) {
   const CheckedReader xs(x), ys(y);
   for (std::int64_t k = 0; k <= last - first; ++k) {
     const std::int64_t i = order == Order::kRising ? first + k : last - k;
@@ -150,16 +150,11 @@ bool compute_plain(PlainReader x, PlainReader y, std::int64_t first, std::int64_
   return trace == 0;
 }
 
-bool overlap(const Samples& a, const Samples& b) {
-  const std::less<const double*> before;
-  return before(a.data(), b.data() + b.size()) && before(b.data(), a.data() + a.size());
-}
-
 // Writes the derivatives at points first to last. Goes in blocks, so that a block with a fault in
 // it can be done again on checked numbers before anything of it has been written.
 template <class Formula>
 void write(const Samples& x, const Samples& y, std::int64_t first, std::int64_t last, Order order,
-           Samples& d) {
+           Derivatives& d) {
   if (first > last) return;
   const std::int64_t least = first - Formula::kBefore;
   const std::int64_t most = last + Formula::kAfter;
@@ -185,8 +180,8 @@ void write(const Samples& x, const Samples& y, std::int64_t first, std::int64_t 
 
 }  // namespace
 
-void FirstDerivativeUpStream(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
-                             bool& ok) {
+void FirstDerivativeUpStream(const Samples& x, const Samples& y, std::int32_t i1, std::int32_t i2,
+                             Derivatives& d, bool& ok) {
   trap(kFirstUpStream, [&] {
     ok = false;
     const std::int64_t n = x.upper();
@@ -197,8 +192,8 @@ void FirstDerivativeUpStream(Samples& x, Samples& y, std::int32_t i1, std::int32
   });
 }
 
-void FirstDerivativeDownStream(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
-                               bool& ok) {
+void FirstDerivativeDownStream(const Samples& x, const Samples& y, std::int32_t i1, std::int32_t i2,
+                               Derivatives& d, bool& ok) {
   trap(kFirstDownStream, [&] {
     ok = false;
     write<BackwardFirst>(x, y, std::max(i1, 2), i2, Order::kFalling, d);
@@ -206,8 +201,8 @@ void FirstDerivativeDownStream(Samples& x, Samples& y, std::int32_t i1, std::int
   });
 }
 
-void FirstDerivativeCentered(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
-                             bool& ok) {
+void FirstDerivativeCentered(const Samples& x, const Samples& y, std::int32_t i1, std::int32_t i2,
+                             Derivatives& d, bool& ok) {
   trap(kFirstCentered, [&] {
     ok = false;
     const std::int64_t last = std::min<std::int64_t>(i2, std::int64_t{x.upper()} - 1);
@@ -216,8 +211,8 @@ void FirstDerivativeCentered(Samples& x, Samples& y, std::int32_t i1, std::int32
   });
 }
 
-void FirstDerivatives(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
-                      bool& ok) {
+void FirstDerivatives(const Samples& x, const Samples& y, std::int32_t i1, std::int32_t i2,
+                      Derivatives& d, bool& ok) {
   trap(kFirstDerivatives, [&] {
     ok = false;
     const std::int32_t n = x.upper();
@@ -237,8 +232,8 @@ void FirstDerivatives(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, 
   });
 }
 
-void SecondDerivativeUpStream(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
-                              bool& ok) {
+void SecondDerivativeUpStream(const Samples& x, const Samples& y, std::int32_t i1, std::int32_t i2,
+                              Derivatives& d, bool& ok) {
   trap(kSecondUpStream, [&] {
     ok = false;
     write<ForwardSecond>(x, y, i1, i2, Order::kRising, d);
@@ -246,8 +241,8 @@ void SecondDerivativeUpStream(Samples& x, Samples& y, std::int32_t i1, std::int3
   });
 }
 
-void SecondDerivativeDownStream(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2,
-                                Samples& d, bool& ok) {
+void SecondDerivativeDownStream(const Samples& x, const Samples& y, std::int32_t i1,
+                                std::int32_t i2, Derivatives& d, bool& ok) {
   trap(kSecondDownStream, [&] {
     ok = false;
     write<BackwardSecond>(x, y, i1, i2, Order::kRising, d);
@@ -255,8 +250,8 @@ void SecondDerivativeDownStream(Samples& x, Samples& y, std::int32_t i1, std::in
   });
 }
 
-void SecondDerivativeCentered(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
-                              bool& ok) {
+void SecondDerivativeCentered(const Samples& x, const Samples& y, std::int32_t i1, std::int32_t i2,
+                              Derivatives& d, bool& ok) {
   trap(kSecondCentered, [&] {
     ok = false;
     write<CentredSecond>(x, y, i1, i2, Order::kRising, d);
@@ -264,8 +259,8 @@ void SecondDerivativeCentered(Samples& x, Samples& y, std::int32_t i1, std::int3
   });
 }
 
-void SecondDerivatives(Samples& x, Samples& y, std::int32_t i1, std::int32_t i2, Samples& d,
-                       bool& ok) {
+void SecondDerivatives(const Samples& x, const Samples& y, std::int32_t i1, std::int32_t i2,
+                       Derivatives& d, bool& ok) {
   trap(kSecondDerivatives, [&] {
     ok = false;
     const std::int32_t n = x.upper();

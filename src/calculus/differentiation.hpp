@@ -17,40 +17,40 @@ namespace vqmath63 {
 
 /// Forward differences at points i1 up to min(i2, n - 1), in rising order. A single sample has no
 /// next one: it fails at point 1 (9).
-void FirstDerivativeUpStream(Array1<double>& x, Array1<double>& y, std::int32_t i1, std::int32_t i2,
-                             Array1<double>& d, bool& ok);
+void FirstDerivativeUpStream(const Array1<const double>& x, const Array1<const double>& y,
+                             std::int32_t i1, std::int32_t i2, Array1<double>& d, bool& ok);
 
 /// Backward differences at points i2 down to max(i1, 2), in falling order.
-void FirstDerivativeDownStream(Array1<double>& x, Array1<double>& y, std::int32_t i1,
-                               std::int32_t i2, Array1<double>& d, bool& ok);
+void FirstDerivativeDownStream(const Array1<const double>& x, const Array1<const double>& y,
+                               std::int32_t i1, std::int32_t i2, Array1<double>& d, bool& ok);
 
 /// The slope at point i of the parabola through points i - 1, i, i + 1, from max(i1, 2) up to i2,
 /// or up to n - 1 when i2 + 1 > n.
-void FirstDerivativeCentered(Array1<double>& x, Array1<double>& y, std::int32_t i1, std::int32_t i2,
-                             Array1<double>& d, bool& ok);
+void FirstDerivativeCentered(const Array1<const double>& x, const Array1<const double>& y,
+                             std::int32_t i1, std::int32_t i2, Array1<double>& d, bool& ok);
 
 /// Forward differences at points 1 to i1 when i1 <= 2, backward differences at points n down to i2
 /// when i2 >= n, then centred ones at what lies between; i1 or 2 up to i2 or n - 1. `ok` is that of
 /// the last of the three that was called, and false when none was.
-void FirstDerivatives(Array1<double>& x, Array1<double>& y, std::int32_t i1, std::int32_t i2,
-                      Array1<double>& d, bool& ok);
+void FirstDerivatives(const Array1<const double>& x, const Array1<const double>& y, std::int32_t i1,
+                      std::int32_t i2, Array1<double>& d, bool& ok);
 
 /// Second derivative of the parabola through points i, i + 1, i + 2, for i from i1 up to i2.
-void SecondDerivativeUpStream(Array1<double>& x, Array1<double>& y, std::int32_t i1,
-                              std::int32_t i2, Array1<double>& d, bool& ok);
+void SecondDerivativeUpStream(const Array1<const double>& x, const Array1<const double>& y,
+                              std::int32_t i1, std::int32_t i2, Array1<double>& d, bool& ok);
 
 /// Second derivative of the parabola through points i - 2, i - 1, i, for i from i1 up to i2.
-void SecondDerivativeDownStream(Array1<double>& x, Array1<double>& y, std::int32_t i1,
-                                std::int32_t i2, Array1<double>& d, bool& ok);
+void SecondDerivativeDownStream(const Array1<const double>& x, const Array1<const double>& y,
+                                std::int32_t i1, std::int32_t i2, Array1<double>& d, bool& ok);
 
 /// One twelfth of the second derivative of the parabola through points i - 1, i, i + 1, for i from
 /// i1 up to i2.
-void SecondDerivativeCentered(Array1<double>& x, Array1<double>& y, std::int32_t i1,
-                              std::int32_t i2, Array1<double>& d, bool& ok);
+void SecondDerivativeCentered(const Array1<const double>& x, const Array1<const double>& y,
+                              std::int32_t i1, std::int32_t i2, Array1<double>& d, bool& ok);
 
 /// As FirstDerivatives, with the second derivatives; the forward ones when i1 < 3. Fails for n
 /// below 1 (9).
-void SecondDerivatives(Array1<double>& x, Array1<double>& y, std::int32_t i1, std::int32_t i2,
-                       Array1<double>& d, bool& ok);
+void SecondDerivatives(const Array1<const double>& x, const Array1<const double>& y,
+                       std::int32_t i1, std::int32_t i2, Array1<double>& d, bool& ok);
 
 }  // namespace vqmath63

@@ -26,11 +26,11 @@ std::int32_t ztIntegrate::IntegerationRule() {
   return 0;
 }
 
-void ztIntegrate::put_IntegrationRule(std::int32_t& rule) {
+void ztIntegrate::put_IntegrationRule(const std::int32_t& rule) {
   rule_ = rule;
 }
 
-float ztIntegrate::Integral(Array1<float>& xVals, Array1<float>& yVals) {
+float ztIntegrate::Integral(const Array1<const float>& xVals, const Array1<const float>& yVals) {
   return trap<float>(kIntegral, [&](float& result) {
     switch (rule_) {
       case 2:

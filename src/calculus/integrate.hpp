@@ -24,11 +24,11 @@ class ztIntegrate {
   std::int32_t IntegerationRule();
 
   /// Sets the rule; no value is rejected.
-  void put_IntegrationRule(std::int32_t& rule);
+  void put_IntegrationRule(const std::int32_t& rule);
 
   /// Area under y over x by the instance's rule, samples 1 to the upper bound of xVals. 0 after a
   /// failure, which is reported under the rule's name.
-  float Integral(Array1<float>& xVals, Array1<float>& yVals);
+  float Integral(const Array1<const float>& xVals, const Array1<const float>& yVals);
 
  private:
   void InitIntegrate();

@@ -11,7 +11,7 @@ constexpr Location kTrapezoidal{"ztAnalyse - Integration", "Trapezoidal"};
 constexpr Location kForward{"ztAnalyse - Integration", "Forward"};
 constexpr Location kBackward{"ztAnalyse - Integration", "Backward"};
 
-using Samples = Array1<float>;
+using Samples = Array1<const float>;
 
 // True when both arrays hold all samples that a rule over n points reads.
 bool hold_samples(const Samples& x, const Samples& y, std::int64_t n) {
@@ -33,7 +33,7 @@ float rectangles(const Samples& x, const Samples& y) {
 
 }  // namespace
 
-float Trapezoidal(Samples& x, Samples& y) {
+float Trapezoidal(const Samples& x, const Samples& y) {
   return trap<float>(kTrapezoidal, [&](float& result) {
     const std::int64_t n = x.upper();
     result = speculate(hold_samples(x, y, n), [&](auto mode) {
@@ -49,15 +49,15 @@ float Trapezoidal(Samples& x, Samples& y) {
   });
 }
 
-float Forward(Samples& x, Samples& y) {
+float Forward(const Samples& x, const Samples& y) {
   return trap<float>(kForward, [&](float& result) { result = rectangles<0>(x, y); });
 }
 
-float Backward(Samples& x, Samples& y) {
+float Backward(const Samples& x, const Samples& y) {
   return trap<float>(kBackward, [&](float& result) { result = rectangles<1>(x, y); });
 }
 
-float Simpson(Samples& x, Samples& y) {
+float Simpson(const Samples& x, const Samples& y) {
   return trap<float>(kSimpson, [&](float& result) {
     const std::int64_t n = x.upper();
     if (n % 2 != 1) {  // also every n below 1: the remainder keeps the sign of n

@@ -13,16 +13,16 @@ namespace vqmath63 {
 /// Simpson's one-third rule on a uniform step: h/3 (y1 + 4 y2 + 2 y3 + ... + 4 y(n-1) + yn) with
 /// h = x(2) - x(1); the other abscissae are not read. An even n is handed to Trapezoidal.
 /// n = 1 fails: the rule reads x(2).
-float Simpson(Array1<float>& x, Array1<float>& y);
+float Simpson(const Array1<const float>& x, const Array1<const float>& y);
 
 /// Trapezoidal rule, any spacing: half the sum of (y(i) + y(i+1)) (x(i+1) - x(i)), summed in double
 /// precision. 0 for n below 2.
-float Trapezoidal(Array1<float>& x, Array1<float>& y);
+float Trapezoidal(const Array1<const float>& x, const Array1<const float>& y);
 
 /// Rectangles on each interval's left-hand ordinate, summed in Single. 0 for n below 2.
-float Forward(Array1<float>& x, Array1<float>& y);
+float Forward(const Array1<const float>& x, const Array1<const float>& y);
 
 /// Rectangles on each interval's right-hand ordinate, summed in Single. 0 for n below 2.
-float Backward(Array1<float>& x, Array1<float>& y);
+float Backward(const Array1<const float>& x, const Array1<const float>& y);
 
 }  // namespace vqmath63

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <utility>
@@ -29,6 +31,27 @@ struct Bounds {
   constexpr bool contains(std::int64_t i) const { return i >= lower && i <= upper; }
   friend constexpr bool operator==(const Bounds&, const Bounds&) = default;
 };
+
+namespace detail {
+
+/// Place of an index among the elements, first index fastest; fault 9 outside the bounds.
+inline std::size_t offset(const Bounds& b, std::int64_t i) {
+  if (!b.contains(i)) raise_fault(ErrorNumber::kSubscript);
+  return static_cast<std::size_t>(i - b.lower);
+}
+inline std::size_t offset(const Bounds& rows, const Bounds& columns, std::int64_t row,
+                          std::int64_t column) {
+  if (!rows.contains(row) || !columns.contains(column)) raise_fault(ErrorNumber::kSubscript);
+  return static_cast<std::size_t>((column - columns.lower) * rows.count() + (row - rows.lower));
+}
+
+/// Bounds 1 to `count`.
+inline Bounds from_one(std::size_t count) {
+  if (count > 0x7FFFFFFFU) raise_fault(ErrorNumber::kOutOfMemory);
+  return {1, static_cast<std::int32_t>(count)};
+}
+
+}  // namespace detail
 
 /// What a borrowed array may do when a routine re-dimensions it.
 enum class Resizing {
@@ -131,6 +154,16 @@ class BoundedArray {
     std::swap(resized_, other.resized_);
     std::swap(resizing_, other.resizing_);
   }
+  /// Elements of its own, copies of those that start at `first`.
+  void copy_from(const T* first, const Dimensions& dims) {
+    const std::size_t count = total(dims);
+    owned_ = std::make_unique<T[]>(count);
+    std::copy_n(first, count, owned_.get());
+    data_ = owned_.get();
+    size_ = capacity_ = count;
+    dims_ = dims;
+    allocated_ = resized_ = true;
+  }
   void refuse_if_fixed() const {
     if (resizing_ == Resizing::kRefused) raise_fault(ErrorNumber::kArrayLocked);
   }
@@ -148,13 +181,7 @@ class BoundedArray {
   }
   void copy_from(const BoundedArray& other) {
     resized_ = true;  // what is copied over a borrowed array has to go back to the lender
-    if (!other.allocated_) return;
-    owned_ = std::make_unique<T[]>(other.size_);
-    std::copy_n(other.data_, other.size_, owned_.get());
-    data_ = owned_.get();
-    size_ = capacity_ = other.size_;
-    dims_ = other.dims_;
-    allocated_ = true;
+    if (other.allocated_) copy_from(other.data_, other.dims_);
   }
 
   T* data_ = nullptr;
@@ -167,6 +194,70 @@ class BoundedArray {
   Resizing resizing_ = Resizing::kAllowed;
 };
 
+template <class T>
+class Array1;
+template <class T>
+class Array2;
+
+/// What a routine only reads: the elements of an Array1<T>, of a std::vector<T>, of any other run
+/// of T in memory, addressed with bounds. Borrows, never copies an element; what it is made of has
+/// to outlive it, as a temporary does for the time of the call that it is an argument of:
+///
+///     integrate.Integral(std::vector<float>{0, 1, 2}, y);
+template <class T>
+class Array1<const T> {
+ public:
+  using value_type = T;
+
+  /// Unallocated: asking for a bound is fault 9.
+  Array1() = default;
+  Array1(const Array1<T>& array)  // NOLINT: reads the array
+      : first_(array.data()), allocated_(array.allocated()) {
+    if (allocated_) bounds_ = array.bounds();
+  }
+  /// Elements 1 to n of a vector, a span, a std::array.
+  template <class Range>
+  requires std::convertible_to<const Range&, std::span<const T>> Array1(const Range& range)
+      : Array1(std::span<const T>(range)) {}  // NOLINT: reads the range
+  explicit Array1(std::span<const T> elements)
+      : Array1(elements.data(), detail::from_one(elements.size())) {}
+  /// The elements that start at `first`, with any bounds.
+  Array1(const T* first, Bounds bounds) : first_(first), bounds_(bounds), allocated_(true) {}
+
+  bool allocated() const { return allocated_; }
+  std::size_t size() const { return static_cast<std::size_t>(bounds_.count()); }
+  const T* data() const { return first_; }
+  std::span<const T> elements() const { return {first_, size()}; }
+
+  /// Bounds; fault 9 when unallocated.
+  const Bounds& bounds() const {
+    if (!allocated_) raise_fault(ErrorNumber::kSubscript);
+    return bounds_;
+  }
+  std::int32_t lower() const { return bounds().lower; }
+  std::int32_t upper() const { return bounds().upper; }
+
+  /// Element i; fault 9 outside the bounds.
+  const T& operator()(std::int64_t i) const { return first_[detail::offset(bounds(), i)]; }
+
+  /// True when every index first .. last is inside the bounds (an empty range always is).
+  bool covers(std::int64_t first, std::int64_t last) const {
+    return first > last || (allocated_ && bounds_.contains(first) && bounds_.contains(last));
+  }
+
+ private:
+  const T* first_ = nullptr;
+  Bounds bounds_;
+  bool allocated_ = false;
+};
+
+/// Whether the two share an element.
+template <class T>
+bool overlap(const Array1<T>& a, const Array1<const T>& b) {
+  const std::less<const T*> before;
+  return before(a.data(), b.data() + b.size()) && before(b.data(), a.data() + a.size());
+}
+
 /// A one-dimensional array. Samples are addressed from index 1 up to upper(), whatever lower() is.
 template <class T>
 class Array1 : public BoundedArray<T, 1> {
@@ -178,15 +269,21 @@ class Array1 : public BoundedArray<T, 1> {
   Array1(std::int32_t lower, std::int32_t upper) { this->allocate({{{lower, upper}}}); }
   /// Borrows `elements` as elements 1 to n.
   explicit Array1(std::span<T> elements)
-      : Array1(elements.data(), {1, last_index(elements.size())}) {}
+      : Array1(elements.data(), detail::from_one(elements.size())) {}
+  /// A copy of its own of what the view sees, bounds and all.
+  explicit Array1(const Array1<const T>& view) {
+    if (!view.allocated()) return;
+    this->copy_from(view.data(), {{view.bounds()}});
+  }
 
   /// Borrows the elements that start at `first`, with any bounds.
   Array1(T* first, Bounds bounds, Resizing resizing = Resizing::kAllowed)
       : Base(first, {{bounds}}, resizing) {}
 
   /// Bounds; fault 9 when unallocated.
-  std::int32_t lower() const { return this->dimension(0).lower; }
-  std::int32_t upper() const { return this->dimension(0).upper; }
+  const Bounds& bounds() const { return this->dimension(0); }
+  std::int32_t lower() const { return bounds().lower; }
+  std::int32_t upper() const { return bounds().upper; }
 
   /// Element i; fault 9 outside the bounds.
   T& operator()(std::int64_t i) { return this->data()[offset(i)]; }
@@ -194,35 +291,71 @@ class Array1 : public BoundedArray<T, 1> {
 
   /// True when every index first .. last is inside the bounds (an empty range always is).
   bool covers(std::int64_t first, std::int64_t last) const {
-    if (first > last) return true;
-    if (!this->allocated()) return false;
-    const Bounds& b = this->dimension(0);
-    return b.contains(first) && b.contains(last);
+    return Array1<const T>(*this).covers(first, last);
   }
 
   /// New bounds, all elements zero.
   void redim(std::int32_t lower, std::int32_t upper) { this->allocate({{{lower, upper}}}); }
 
+  /// As redim, in memory of its own; what the array held comes back, for one who still reads it.
+  [[nodiscard]] Array1 replace(std::int32_t lower, std::int32_t upper) {
+    this->refuse_if_fixed();
+    Array1 fresh(lower, upper);
+    this->swap(fresh);
+    return fresh;
+  }
+
   /// A new upper bound, the elements that stay keep their values.
   void redim_preserve(std::int32_t upper) {
-    const Bounds now = this->dimension(0);
-    this->refuse_if_fixed();
-    Array1 fresh(now.lower, upper);
-    const std::size_t kept = std::min(this->size(), fresh.size());
-    std::move(this->data(), this->data() + kept, fresh.data());
-    this->swap(fresh);
+    Array1 old = replace(lower(), upper);
+    std::move(old.data(), old.data() + std::min(old.size(), this->size()), this->data());
   }
 
  private:
-  static std::int32_t last_index(std::size_t count) {
-    if (count > 0x7FFFFFFFU) raise_fault(ErrorNumber::kOutOfMemory);
-    return static_cast<std::int32_t>(count);
+  std::size_t offset(std::int64_t i) const { return detail::offset(bounds(), i); }
+};
+
+/// What a routine only reads of two dimensions: the elements of an Array2<T>, or a run of T in
+/// memory, column after column. Borrows, as Array1<const T>.
+template <class T>
+class Array2<const T> {
+ public:
+  using value_type = T;
+
+  /// Unallocated: asking for a bound is fault 9.
+  Array2() = default;
+  Array2(const Array2<T>& array)  // NOLINT: reads the array
+      : first_(array.data()), allocated_(array.allocated()) {
+    if (!allocated_) return;
+    rows_ = array.rows();
+    columns_ = array.columns();
   }
-  std::size_t offset(std::int64_t i) const {
-    const Bounds& b = this->dimension(0);
-    if (!b.contains(i)) raise_fault(ErrorNumber::kSubscript);
-    return static_cast<std::size_t>(i - b.lower);
+  /// The elements that start at `first`, column after column.
+  Array2(const T* first, Bounds rows, Bounds columns)
+      : first_(first), rows_(rows), columns_(columns), allocated_(true) {}
+
+  bool allocated() const { return allocated_; }
+  const T* data() const { return first_; }
+
+  /// Bounds of the rows and of the columns; fault 9 when unallocated.
+  Bounds rows() const { return checked(rows_); }
+  Bounds columns() const { return checked(columns_); }
+
+  /// Element (row, column); fault 9 outside the bounds.
+  const T& operator()(std::int64_t row, std::int64_t column) const {
+    return first_[detail::offset(checked(rows_), columns_, row, column)];
   }
+
+ private:
+  const Bounds& checked(const Bounds& bounds) const {
+    if (!allocated_) raise_fault(ErrorNumber::kSubscript);
+    return bounds;
+  }
+
+  const T* first_ = nullptr;
+  Bounds rows_;
+  Bounds columns_;
+  bool allocated_ = false;
 };
 
 /// A two-dimensional array addressed (row, column); a column's rows lie side by side in memory.
@@ -254,10 +387,7 @@ class Array2 : public BoundedArray<T, 2> {
 
  private:
   std::size_t offset(std::int64_t row, std::int64_t column) const {
-    const Bounds& r = this->dimension(0);
-    const Bounds& c = this->dimension(1);
-    if (!r.contains(row) || !c.contains(column)) raise_fault(ErrorNumber::kSubscript);
-    return static_cast<std::size_t>((column - c.lower) * r.count() + (row - r.lower));
+    return detail::offset(this->dimension(0), this->dimension(1), row, column);
   }
 };
 

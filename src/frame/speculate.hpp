@@ -18,7 +18,8 @@ struct PlainMode {
   template <class T>
   class Reader {
    public:
-    explicit Reader(const Array1<T>& a) : first_(a.data()), lower_(a.allocated() ? a.lower() : 0) {}
+    explicit Reader(const Array1<const T>& a)
+        : first_(a.data()), lower_(a.allocated() ? a.lower() : 0) {}
     auto operator()(std::int64_t i) const { return Single(first_[i - lower_]); }
 
    private:
@@ -35,11 +36,11 @@ struct CheckedMode {
   template <class T>
   class Reader {
    public:
-    explicit Reader(const Array1<T>& a) : array_(a) {}
+    explicit Reader(const Array1<const T>& a) : array_(a) {}
     auto operator()(std::int64_t i) const { return Single(array_(i)); }
 
    private:
-    const Array1<T>& array_;
+    Array1<const T> array_;
   };
 };
 

@@ -11,7 +11,7 @@ constexpr Location kPlanesFromFaces{"ztGeometry", "PlanesFromFaces"};
 constexpr Location kCubeFaces{"Geometry", "CubeFaces"};
 constexpr Location kCubePlanes{"Geometry", "CubePlanes"};
 
-using Corners = Array2<float>;
+using Corners = Array2<const float>;
 
 Point3D corner(const Corners& corners, std::int64_t k) {
   return {corners(1, k), corners(2, k), corners(3, k)};

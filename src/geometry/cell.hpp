@@ -25,13 +25,13 @@ void PlanesFromFaces(const Array1<Face3D>& faces, Array1<Plane3D>& planes, bool&
 
 /// The n + 2 faces of a cell: top, bottom, then for each corner i and its successor j the side
 /// (bottom i, top i, top j, bottom j).
-void CubeFaces(const Array2<float>& top, const Array2<float>& bottom, Array1<Face3D>& faces,
-               bool& success);
+void CubeFaces(const Array2<const float>& top, const Array2<const float>& bottom,
+               Array1<Face3D>& faces, bool& success);
 
 /// The triangular planes of a cell: 12 for four corners, two for the top, two for the bottom, two
 /// for each side.
-void CubePlanes(const Array2<float>& top, const Array2<float>& bottom, Array1<Plane3D>& planes,
-                bool& success);
+void CubePlanes(const Array2<const float>& top, const Array2<const float>& bottom,
+                Array1<Plane3D>& planes, bool& success);
 
 /// Whether `point` is inside the body that `planes` bound: a ray straight up, to 1000 above the
 /// highest vertex, turns the answer over at every plane that it crosses. A crossing counts within
@@ -52,8 +52,9 @@ bool LineIntersectsWith3DPolygon(const Segment3D& segment, const Array1<Plane3D>
 /// elements 1 to count, and has that size, or that of the points (and zeros) when all or none are
 /// inside. What depends on the cell alone is worked out once: a point outside its extent costs
 /// nanoseconds, an inner one some tens. No allocation per point.
-void PointsInCube(const Array1<float>& X, const Array1<float>& Y, const Array1<float>& Z,
-                  const Array2<float>& top, const Array2<float>& bottom, Array1<Boolean>& in_cell,
+void PointsInCube(const Array1<const float>& X, const Array1<const float>& Y,
+                  const Array1<const float>& Z, const Array2<const float>& top,
+                  const Array2<const float>& bottom, Array1<Boolean>& in_cell,
                   Array1<std::int32_t>& indices, std::int32_t& count, bool& success);
 
 }  // namespace vqmath63

@@ -38,8 +38,8 @@ float ray_end(const Array1<Plane3D>& planes) {
 }
 
 // How many of the points 1 to n can be read from all three arrays.
-std::int32_t common_length(std::int32_t n, const Array1<float>& x, const Array1<float>& y,
-                           const Array1<float>& z) {
+std::int32_t common_length(std::int32_t n, const Array1<const float>& x,
+                           const Array1<const float>& y, const Array1<const float>& z) {
   for (const auto* a : {&x, &y, &z}) n = a->covers(1, 1) ? std::min(n, a->upper()) : 0;
   return n;
 }
@@ -91,8 +91,9 @@ bool LineIntersectsWith3DPolygon(const Segment3D& segment, const Array1<Plane3D>
   });
 }
 
-void PointsInCube(const Array1<float>& X, const Array1<float>& Y, const Array1<float>& Z,
-                  const Array2<float>& top, const Array2<float>& bottom, Array1<Boolean>& in_cell,
+void PointsInCube(const Array1<const float>& X, const Array1<const float>& Y,
+                  const Array1<const float>& Z, const Array2<const float>& top,
+                  const Array2<const float>& bottom, Array1<Boolean>& in_cell,
                   Array1<std::int32_t>& indices, std::int32_t& count, bool& success) {
   trap(kPointsInCube, [&] {
     success = false;

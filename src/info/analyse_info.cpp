@@ -6,7 +6,7 @@
 
 namespace vqmath63 {
 
-std::string ztAnalyseInfo::DLLVersion(std::string& LOGFILE, std::string& StartupMsg,
+std::string ztAnalyseInfo::DLLVersion(std::string& LOGFILE, const std::string& StartupMsg,
                                       bool& qLogToFile) {
   std::string version = product_and_version() + " " + file_date_text(component_file());
   if (LOGFILE.empty()) LOGFILE = std::string(kDefaultLogBaseName) + ".txt";

@@ -13,7 +13,7 @@ class ztAnalyseInfo {
   /// component's file. Hands the log settings to this thread's error sink: whether lines go to
   /// the log file, its path, the version text. An empty LOGFILE becomes "vqmath63.txt". With a
   /// StartupMsg, the sink also receives version text, blank, StartupMsg, ":" and " OK" as a line.
-  std::string DLLVersion(std::string& LOGFILE, std::string& StartupMsg, bool& qLogToFile);
+  std::string DLLVersion(std::string& LOGFILE, const std::string& StartupMsg, bool& qLogToFile);
 
   /// Sends the close-down line and releases this thread's shared companions; not final, the next
   /// call creates what it needs.

@@ -38,7 +38,8 @@ bool on_segment(Single parameter) {
 
 }  // namespace
 
-bool ztMathLib::Point_In_Polygon(float& x0, float& y0, Array1<float>& X, Array1<float>& Y) const {
+bool ztMathLib::Point_In_Polygon(const float& x0, const float& y0, const Array1<const float>& X,
+                                 const Array1<const float>& Y) const {
   return trap<bool>(kPoint_In_Polygon, [&](bool& result) {
     const std::int32_t n = X.upper();
     if (n != Y.upper()) return;
@@ -55,8 +56,9 @@ bool ztMathLib::Point_In_Polygon(float& x0, float& y0, Array1<float>& X, Array1<
   });
 }
 
-void ztMathLib::LineIntersect(float& x1i, float& y1i, float& x2i, float& y2i, float& x1j,
-                              float& y1j, float& x2j, float& y2j, float& xi, float& yi,
+void ztMathLib::LineIntersect(const float& x1i, const float& y1i, const float& x2i,
+                              const float& y2i, const float& x1j, const float& y1j,
+                              const float& x2j, const float& y2j, float& xi, float& yi,
                               bool& qInt) const {
   trap(kLineIntersect, [&] {
     xi = 0.0F;
@@ -89,8 +91,9 @@ void ztMathLib::LineCrossPoint(float& x1i, float& y1i, float& x2i, float& y2i, f
   });
 }
 
-void ztMathLib::GetPointOnLine(float& x1, float& y1, float& Z1, float& x2, float& y2, float& z2,
-                               float& PtZ, bool& qBetweenPoints, float& PtX, float& PtY,
+void ztMathLib::GetPointOnLine(const float& x1, const float& y1, const float& Z1, const float& x2,
+                               const float& y2, const float& z2, const float& PtZ,
+                               const bool& qBetweenPoints, float& PtX, float& PtY,
                                bool& qOK) const {
   trap(kGetPointOnLine, [&] {
     qOK = false;
@@ -109,10 +112,11 @@ void ztMathLib::GetPointOnLine(float& x1, float& y1, float& Z1, float& x2, float
   });
 }
 
-bool ztMathLib::Point_In_Cube(float& x0, float& y0, float& z0, Array2<float>& sTopFace,
-                              Array2<float>& sBottomFace) const {
+bool ztMathLib::Point_In_Cube(const float& x0, const float& y0, const float& z0,
+                              const Array2<const float>& sTopFace,
+                              const Array2<const float>& sBottomFace) const {
   return trap<bool>(kPoint_In_Cube, [&](bool& result) {
-    Array1<float> x(&x0, {1, 1}), y(&y0, {1, 1}), z(&z0, {1, 1});
+    const Array1<const float> x(&x0, {1, 1}), y(&y0, {1, 1}), z(&z0, {1, 1});
     Array1<Boolean> in_cell;
     bool ok = false;
     Points_In_Cube(x, y, z, sTopFace, sBottomFace, in_cell, ok);
@@ -120,9 +124,10 @@ bool ztMathLib::Point_In_Cube(float& x0, float& y0, float& z0, Array2<float>& sT
   });
 }
 
-void ztMathLib::Points_In_Cube(Array1<float>& X, Array1<float>& Y, Array1<float>& Z,
-                               Array2<float>& sTopFace, Array2<float>& sBottomFace,
-                               Array1<Boolean>& qInCube, bool& qOK) const {
+void ztMathLib::Points_In_Cube(const Array1<const float>& X, const Array1<const float>& Y,
+                               const Array1<const float>& Z, const Array2<const float>& sTopFace,
+                               const Array2<const float>& sBottomFace, Array1<Boolean>& qInCube,
+                               bool& qOK) const {
   trap(kPoints_In_Cube, [&] {
     qOK = false;
     Array1<std::int32_t> indices;
@@ -133,10 +138,12 @@ void ztMathLib::Points_In_Cube(Array1<float>& X, Array1<float>& Y, Array1<float>
   });
 }
 
-void ztMathLib::Points_In_CubeIndex(Array1<float>& X, Array1<float>& Y, Array1<float>& Z,
-                                    Array2<float>& sTopFace, Array2<float>& sBottomFace,
-                                    std::int32_t& NumPoints, Array1<std::int32_t>& PointsIndex,
-                                    Array1<Boolean>& qInCube, bool& qOK) const {
+void ztMathLib::Points_In_CubeIndex(const Array1<const float>& X, const Array1<const float>& Y,
+                                    const Array1<const float>& Z,
+                                    const Array2<const float>& sTopFace,
+                                    const Array2<const float>& sBottomFace, std::int32_t& NumPoints,
+                                    Array1<std::int32_t>& PointsIndex, Array1<Boolean>& qInCube,
+                                    bool& qOK) const {
   trap(kPoints_In_CubeIndex, [&] {
     qOK = false;
     bool success = false;
@@ -145,10 +152,10 @@ void ztMathLib::Points_In_CubeIndex(Array1<float>& X, Array1<float>& Y, Array1<f
   });
 }
 
-void ztMathLib::Line_Through_Cube(Array1<float>& X, Array1<float>& Y, Array1<float>& Z,
-                                  Array2<float>& sTopFace, Array2<float>& sBottomFace,
-                                  bool& qInCube, Array2<float>& sIntersectionPoints,
-                                  bool& qOK) const {
+void ztMathLib::Line_Through_Cube(const Array1<const float>& X, const Array1<const float>& Y,
+                                  const Array1<const float>& Z, const Array2<const float>& sTopFace,
+                                  const Array2<const float>& sBottomFace, bool& qInCube,
+                                  Array2<float>& sIntersectionPoints, bool& qOK) const {
   trap(kLine_Through_Cube, [&] {
     qOK = false;
     if (sTopFace.rows().upper != 3 && sBottomFace.rows().upper != 3) return;

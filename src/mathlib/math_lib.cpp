@@ -21,16 +21,18 @@ double trapped(const Location& where, double (*function)(std::int32_t, double), 
 
 }  // namespace
 
-void ztMathLib::Arithmetic(double& dReal1, double& dReal2, std::string& Operation,
+void ztMathLib::Arithmetic(const double& dReal1, const double& dReal2, const std::string& Operation,
                            double& Result) const {
   vqmath63::Arithmetic(dReal1, dReal2, Operation, Result);
 }
 
-float ztMathLib::ArithmeticSingle(float& dReal1, float& dReal2, std::string& Operation) const {
+float ztMathLib::ArithmeticSingle(const float& dReal1, const float& dReal2,
+                                  const std::string& Operation) const {
   return vqmath63::ArithmeticSingle(dReal1, dReal2, Operation);
 }
 
-float ztMathLib::ArithmeticDiff(float& sReal1, float& sReal2, float& Epslon) const {
+float ztMathLib::ArithmeticDiff(const float& sReal1, const float& sReal2,
+                                const float& Epslon) const {
   return vqmath63::ArithmeticDiff(sReal1, sReal2, Epslon);
 }
 

@@ -138,7 +138,7 @@ class ztMathLib {
   /// Radians to degrees. No trap.
   double RTD(double Radians) const;
   /// Degrees to radians.
-  double DTR(double& Degrees) const;
+  double DTR(const double& Degrees) const;
 
   // Combinatorics.
 
@@ -181,11 +181,13 @@ class ztMathLib {
 
   /// Result = dReal1 Operation dReal2; a sum or difference below 1e-15 of the larger operand is 0;
   /// over zero it is 1e308. Result stays as it was for any other operation.
-  void Arithmetic(double& dReal1, double& dReal2, std::string& Operation, double& Result) const;
+  void Arithmetic(const double& dReal1, const double& dReal2, const std::string& Operation,
+                  double& Result) const;
   /// The same in Single, below 1e-6; over zero it is 3.402823E+38; 0 for any other operation.
-  float ArithmeticSingle(float& dReal1, float& dReal2, std::string& Operation) const;
+  float ArithmeticSingle(const float& dReal1, const float& dReal2,
+                         const std::string& Operation) const;
   /// sReal1 - sReal2, 0 when below Epslon (1e-6 unless given) of the larger operand.
-  float ArithmeticDiff(float& sReal1, float& sReal2, float& Epslon) const;
+  float ArithmeticDiff(const float& sReal1, const float& sReal2, const float& Epslon) const;
 
   // Bessel functions (bessel.hpp).
 
@@ -206,13 +208,15 @@ class ztMathLib {
 
   /// PointInPolygon (geometry/polygon.hpp) of (x0, y0) and the vertices (X(i), Y(i)), in about
   /// a nanosecond a vertex. False for X and Y of unequal upper bounds.
-  bool Point_In_Polygon(float& x0, float& y0, Array1<float>& X, Array1<float>& Y) const;
+  bool Point_In_Polygon(const float& x0, const float& y0, const Array1<const float>& X,
+                        const Array1<const float>& Y) const;
   /// Where segment i meets segment j. The ranges of X and Y must meet exactly, and the parameter of
   /// each segment (1 at its first point, 0 at its second) be from -1e-8 to 1: so a crossing just
   /// beyond a second end point counts, one just beyond a first does not. Parallel ones (determinant
   /// below 1e-10) do not cross. Without a crossing qInt is false, xi and yi are 0.
-  void LineIntersect(float& x1i, float& y1i, float& x2i, float& y2i, float& x1j, float& y1j,
-                     float& x2j, float& y2j, float& xi, float& yi, bool& qInt) const;
+  void LineIntersect(const float& x1i, const float& y1i, const float& x2i, const float& y2i,
+                     const float& x1j, const float& y1j, const float& x2j, const float& y2j,
+                     float& xi, float& yi, bool& qInt) const;
   /// Where segment i meets segment j, by the shared maths companion's SegmentCrossPoint: both ends
   /// of both belong to them.
   void LineCrossPoint(float& x1i, float& y1i, float& x2i, float& y2i, float& x1j, float& y1j,
@@ -220,28 +224,34 @@ class ztMathLib {
   /// Where the line from (x1, y1, Z1) to (x2, y2, z2) is at the level PtZ; with qBetweenPoints only
   /// between its ends, these included. A level line has no such point (qOK false), a single point
   /// is one for every level.
-  void GetPointOnLine(float& x1, float& y1, float& Z1, float& x2, float& y2, float& z2, float& PtZ,
-                      bool& qBetweenPoints, float& PtX, float& PtY, bool& qOK) const;
+  void GetPointOnLine(const float& x1, const float& y1, const float& Z1, const float& x2,
+                      const float& y2, const float& z2, const float& PtZ,
+                      const bool& qBetweenPoints, float& PtX, float& PtY, bool& qOK) const;
 
   // Cells, given by the corners of their top and bottom: geometry/cell.hpp.
 
   /// Whether the point is inside the cell; false for corner arrays of the wrong shape too.
-  bool Point_In_Cube(float& x0, float& y0, float& z0, Array2<float>& sTopFace,
-                     Array2<float>& sBottomFace) const;
+  bool Point_In_Cube(const float& x0, const float& y0, const float& z0,
+                     const Array2<const float>& sTopFace,
+                     const Array2<const float>& sBottomFace) const;
   /// Which of the points (X(i), Y(i), Z(i)) are inside the cell: PointsInCube.
-  void Points_In_Cube(Array1<float>& X, Array1<float>& Y, Array1<float>& Z, Array2<float>& sTopFace,
-                      Array2<float>& sBottomFace, Array1<Boolean>& qInCube, bool& qOK) const;
+  void Points_In_Cube(const Array1<const float>& X, const Array1<const float>& Y,
+                      const Array1<const float>& Z, const Array2<const float>& sTopFace,
+                      const Array2<const float>& sBottomFace, Array1<Boolean>& qInCube,
+                      bool& qOK) const;
   /// The same, with the indices of the points inside and their number.
-  void Points_In_CubeIndex(Array1<float>& X, Array1<float>& Y, Array1<float>& Z,
-                           Array2<float>& sTopFace, Array2<float>& sBottomFace,
-                           std::int32_t& NumPoints, Array1<std::int32_t>& PointsIndex,
-                           Array1<Boolean>& qInCube, bool& qOK) const;
+  void Points_In_CubeIndex(const Array1<const float>& X, const Array1<const float>& Y,
+                           const Array1<const float>& Z, const Array2<const float>& sTopFace,
+                           const Array2<const float>& sBottomFace, std::int32_t& NumPoints,
+                           Array1<std::int32_t>& PointsIndex, Array1<Boolean>& qInCube,
+                           bool& qOK) const;
   /// Where the segment from (X(1), Y(1), Z(1)) to (X(2), Y(2), Z(2)) meets the cell's surface:
   /// sIntersectionPoints (1 to 3, 1 to number of crossings), in the order of the cell's triangles;
   /// as it was when there is none. qInCube tells whether there is one, not whether an end is
   /// inside.
-  void Line_Through_Cube(Array1<float>& X, Array1<float>& Y, Array1<float>& Z,
-                         Array2<float>& sTopFace, Array2<float>& sBottomFace, bool& qInCube,
+  void Line_Through_Cube(const Array1<const float>& X, const Array1<const float>& Y,
+                         const Array1<const float>& Z, const Array2<const float>& sTopFace,
+                         const Array2<const float>& sBottomFace, bool& qInCube,
                          Array2<float>& sIntersectionPoints, bool& qOK) const;
 };
 

@@ -105,7 +105,7 @@ double ztMathLib::RTD(double Radians) const {
   return (Double(Radians) * kDegreesPerRadian).value();
 }
 
-double ztMathLib::DTR(double& Degrees) const {
+double ztMathLib::DTR(const double& Degrees) const {
   return trap<double>(
       kDTR, [&](double& result) { result = (Double(Degrees) * kRadiansPerDegree).value(); });
 }

@@ -29,10 +29,10 @@ std::int32_t previous(std::int32_t i) {
 
 // The arguments of a live-oil factor, and the two curves that bracket the data point.
 struct LiveOil {
-  const Array1<float>& primary;
-  const Array1<std::int32_t>& map;
-  const Array1<float>& secondary;
-  const Array1<float>& value;
+  Array1<const float> primary;
+  Array1<const std::int32_t> map;
+  Array1<const float> secondary;
+  Array1<const float> value;
   std::int32_t curves;
   std::int32_t entries;
   float data_primary;
@@ -129,12 +129,11 @@ class LiveFactor {
 
 }  // namespace
 
-void ztPetroleum::GetVolumeCorrectionLive(Array1<float>& dPrimary,
-                                          Array1<std::int32_t>& iMapPrimary, std::int32_t& nPrimary,
-                                          Array1<float>& dSecondary, Array1<float>& dValue,
-                                          std::int32_t& nVal, float& dDataPrimary,
-                                          float& dDataSecondary, float& /*dNull*/, float& dB,
-                                          bool& qOK) {
+void ztPetroleum::GetVolumeCorrectionLive(
+    Array1<float>& dPrimary, const Array1<const std::int32_t>& iMapPrimary,
+    const std::int32_t& nPrimary, const Array1<const float>& dSecondary,
+    const Array1<const float>& dValue, const std::int32_t& nVal, float& dDataPrimary,
+    const float& dDataSecondary, const float& /*dNull*/, float& dB, bool& qOK) {
   trap(kLive, [&] {
     qOK = false;
     std::int32_t i = 1;
@@ -152,9 +151,10 @@ void ztPetroleum::GetVolumeCorrectionLive(Array1<float>& dPrimary,
   });
 }
 
-void ztPetroleum::GetVolumeCorrectionDead(Array1<float>& dTable1, Array1<float>& dTable2,
-                                          std::int32_t& nTable, float& dData1, float& dB,
-                                          bool& qOK) {
+void ztPetroleum::GetVolumeCorrectionDead(const Array1<const float>& dTable1,
+                                          const Array1<const float>& dTable2,
+                                          const std::int32_t& nTable, const float& dData1,
+                                          float& dB, bool& qOK) {
   trap(kDead, [&] {
     qOK = false;
     // Before a table of any size is made of it.
@@ -178,9 +178,11 @@ void ztPetroleum::GetVolumeCorrectionDead(Array1<float>& dTable1, Array1<float>&
   });
 }
 
-void ztPetroleum::GetWaterVolumeCorrection(Array1<float>& dTable1, Array1<float>& dTable2,
-                                           Array1<float>& dTable3, std::int32_t& /*nTable*/,
-                                           float& dData1, float& dB, bool& qOK) {
+void ztPetroleum::GetWaterVolumeCorrection(const Array1<const float>& dTable1,
+                                           const Array1<const float>& dTable2,
+                                           const Array1<const float>& dTable3,
+                                           const std::int32_t& /*nTable*/, const float& dData1,
+                                           float& dB, bool& qOK) {
   trap(kWater, [&] {
     qOK = false;
     const Single above = Single(dData1) - Single(dTable1(1));

@@ -32,24 +32,28 @@ class ztPetroleum {
   /// Double precision throughout; dB, 1.000001 times the saturation value and the differences of
   /// neighbouring abscissae must fit a Single (6). Index outside an array: 9. O(log nPrimary +
   /// length of the two curves), no allocation.
-  void GetVolumeCorrectionLive(Array1<float>& dPrimary, Array1<std::int32_t>& iMapPrimary,
-                               std::int32_t& nPrimary, Array1<float>& dSecondary,
-                               Array1<float>& dValue, std::int32_t& nVal, float& dDataPrimary,
-                               float& dDataSecondary, float& dNull, float& dB, bool& qOK);
+  void GetVolumeCorrectionLive(Array1<float>& dPrimary,
+                               const Array1<const std::int32_t>& iMapPrimary,
+                               const std::int32_t& nPrimary, const Array1<const float>& dSecondary,
+                               const Array1<const float>& dValue, const std::int32_t& nVal,
+                               float& dDataPrimary, const float& dDataSecondary, const float& dNull,
+                               float& dB, bool& qOK);
 
   /// Dead oil: the factor dTable2 over dTable1 (pressure, say; ascending), entries 1 to nTable,
   /// interpolated at dData1 by the thread's mathematical companion; qOK is true whether or not the
   /// companion says that it could. nTable below 1, or a table shorter than it: 9. O(nTable).
-  void GetVolumeCorrectionDead(Array1<float>& dTable1, Array1<float>& dTable2, std::int32_t& nTable,
-                               float& dData1, float& dB, bool& qOK);
+  void GetVolumeCorrectionDead(const Array1<const float>& dTable1,
+                               const Array1<const float>& dTable2, const std::int32_t& nTable,
+                               const float& dData1, float& dB, bool& qOK);
 
   /// Water: Bw (1 + X + X^2 / 2) with X = C (dData1 - P), where P = dTable1(1) is the reference
   /// pressure, Bw = dTable2(1) the factor there and C = dTable3(1) the compressibility; formed
   /// through two reciprocals, every step stored as Single. No other element is read and nTable has
   /// no effect. A factor of 0: 11.
-  void GetWaterVolumeCorrection(Array1<float>& dTable1, Array1<float>& dTable2,
-                                Array1<float>& dTable3, std::int32_t& nTable, float& dData1,
-                                float& dB, bool& qOK);
+  void GetWaterVolumeCorrection(const Array1<const float>& dTable1,
+                                const Array1<const float>& dTable2,
+                                const Array1<const float>& dTable3, const std::int32_t& nTable,
+                                const float& dData1, float& dB, bool& qOK);
 };
 
 }  // namespace vqmath63

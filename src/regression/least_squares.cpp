@@ -44,7 +44,8 @@ double scale_down(std::vector<double>& values) {
 }
 
 // No samples when one of them is a NaN: nothing fits it.
-Samples take_samples(const Array1<float>& x, const Array1<float>& y, const Array1<float>& weights) {
+Samples take_samples(const Array1<const float>& x, const Array1<const float>& y,
+                     const Array1<const float>& weights) {
   Samples s;
   const std::int32_t n = x.upper();
   for (std::int32_t i = 1; i <= n; ++i) {
@@ -217,7 +218,8 @@ Row shift_back(const Row& in_t, std::size_t count, const Samples& s) {
 
 }  // namespace
 
-void LeastSquares(Array1<float>& x, Array1<float>& y, Array1<float>& weights, std::int32_t order,
+void LeastSquares(const Array1<const float>& x, const Array1<const float>& y,
+                  const Array1<const float>& weights, std::int32_t order,
                   Array1<float>& coefficients, bool& ok) {
   trap(kLeastSquares, [&] {
     ok = false;

@@ -27,7 +27,8 @@ inline constexpr std::int32_t kMostCoefficients = 42;
 /// negative weight, an infinite sample (5), a coefficient beyond Single (6).
 ///
 /// Cost: O(n order^2); 5 Doubles of memory a sample.
-void LeastSquares(Array1<float>& x, Array1<float>& y, Array1<float>& weights, std::int32_t order,
+void LeastSquares(const Array1<const float>& x, const Array1<const float>& y,
+                  const Array1<const float>& weights, std::int32_t order,
                   Array1<float>& coefficients, bool& ok);
 
 }  // namespace vqmath63

@@ -33,7 +33,8 @@ float logarithm(float value) {
 
 }  // namespace
 
-void FitaLine(Array1<float>& x, Array1<float>& y, std::int32_t type, Line& line, bool& ok) {
+void FitaLine(const Array1<const float>& x, const Array1<const float>& y, std::int32_t type,
+              Line& line, bool& ok) {
   trap(kFitaLine, [&] {
     ok = false;
     const std::int32_t n = x.upper();
@@ -55,7 +56,7 @@ void FitaLine(Array1<float>& x, Array1<float>& y, std::int32_t type, Line& line,
   });
 }
 
-void FitLine(Array1<float>& x, Array1<float>& y, Line& line, bool& ok) {
+void FitLine(const Array1<const float>& x, const Array1<const float>& y, Line& line, bool& ok) {
   trap(kFitLine, [&] {
     ok = false;
     const Double n = static_cast<double>(x.upper());

@@ -37,7 +37,7 @@ class WorkingSystem {
   float& right_side(std::size_t i) { return rows_[i][n_]; }
   void exchange(std::size_t i, std::size_t j) { std::swap(rows_[i], rows_[j]); }
 
-  void load(const Array2<float>& A, const Array1<float>& b) {
+  void load(const Array2<const float>& A, const Array1<const float>& b) {
     const Bounds rows = A.rows();
     const Bounds columns = A.columns();
     const auto last = static_cast<std::int64_t>(n_);
@@ -130,8 +130,8 @@ bool solve(WorkingSystem& system) {
 
 }  // namespace
 
-void MatrixEquation(Array2<float>& A, Array1<float>& b, Array1<float>& x, bool& singular,
-                    bool& ok) {
+void MatrixEquation(const Array2<const float>& A, const Array1<const float>& b, Array1<float>& x,
+                    bool& singular, bool& ok) {
   trap(kMatrixEquation, [&] {
     singular = false;
     ok = false;

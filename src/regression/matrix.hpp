@@ -18,6 +18,7 @@ namespace vqmath63 {
 /// small (9; a short x has been written as far as it goes), a value beyond Single (6).
 ///
 /// O(n^3); up to n = 16 no allocation.
-void MatrixEquation(Array2<float>& A, Array1<float>& b, Array1<float>& x, bool& singular, bool& ok);
+void MatrixEquation(const Array2<const float>& A, const Array1<const float>& b, Array1<float>& x,
+                    bool& singular, bool& ok);
 
 }  // namespace vqmath63

@@ -70,8 +70,8 @@ void ztRegression::setRegressionMethod(bool& ok) {
   });
 }
 
-void ztRegression::fit_polynomial(Array1<float>& xA, Array1<float>& yA,
-                                  Array1<float>& weights) const {
+void ztRegression::fit_polynomial(const Array1<const float>& xA, const Array1<const float>& yA,
+                                  const Array1<const float>& weights) const {
   Array1<float> coefficients;
   // More coefficients than a fit can have are refused before their list, of any size, is looked at.
   if (order_ <= kMostCoefficients) coefficients.redim(1, order_);
@@ -79,8 +79,8 @@ void ztRegression::fit_polynomial(Array1<float>& xA, Array1<float>& yA,
   LeastSquares(xA, yA, weights, order_, coefficients, ok);
 }
 
-void ztRegression::Regression(Array1<float>& xA, Array1<float>& yA, Array1<float>& weights,
-                              bool& qOK) {
+void ztRegression::Regression(const Array1<const float>& xA, const Array1<const float>& yA,
+                              const Array1<const float>& weights, bool& qOK) {
   trap(kRegression, [&] {
     qOK = false;
     Line line;

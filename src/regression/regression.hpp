@@ -35,7 +35,8 @@ class ztRegression {
   /// Fits samples 1 to the upper bound of xA and keeps the line in A, B and R; `weights` is for the
   /// polynomial fit only. qOK is true after a fit that failed as well, with zero for what it did
   /// not reach. With a polynomial order below 1 the call itself fails (9), and A, B and R stay.
-  void Regression(Array1<float>& xA, Array1<float>& yA, Array1<float>& weights, bool& qOK);
+  void Regression(const Array1<const float>& xA, const Array1<const float>& yA,
+                  const Array1<const float>& weights, bool& qOK);
 
   /// Intercept, slope and correlation coefficient of the last Regression.
   float get_A() const { return line_.intercept; }
@@ -45,7 +46,8 @@ class ztRegression {
  private:
   void InitRegression();
   void setRegressionMethod(bool& ok);
-  void fit_polynomial(Array1<float>& xA, Array1<float>& yA, Array1<float>& weights) const;
+  void fit_polynomial(const Array1<const float>& xA, const Array1<const float>& yA,
+                      const Array1<const float>& weights) const;
 
   std::string text_;
   std::int32_t type_ = 0;

@@ -10,7 +10,7 @@
 namespace vqmath63 {
 namespace {
 
-std::span<const float> samples(const Array1<float>& x) {
+std::span<const float> samples(const Array1<const float>& x) {
   const std::int32_t n = x.upper();
   if (n < 1 || !x.covers(1, n)) raise_fault(ErrorNumber::kSubscript);
   return {&x(1), static_cast<std::size_t>(n)};
@@ -48,20 +48,20 @@ constexpr std::greater<float> kBySmaller;
 
 }  // namespace
 
-float maximum_of(const Array1<float>& x) {
+float maximum_of(const Array1<const float>& x) {
   return *kept(samples(x), kByLarger);
 }
 
-float minimum_of(const Array1<float>& x) {
+float minimum_of(const Array1<const float>& x) {
   return *kept(samples(x), kBySmaller);
 }
 
-std::int32_t index_of_maximum(const Array1<float>& x) {
+std::int32_t index_of_maximum(const Array1<const float>& x) {
   const auto values = samples(x);
   return index_in(values, kept(values, kByLarger));
 }
 
-std::int32_t index_of_minimum(const Array1<float>& x) {
+std::int32_t index_of_minimum(const Array1<const float>& x) {
   const auto values = samples(x);
   return index_in(values, kept(values, kBySmaller));
 }

@@ -12,10 +12,10 @@ namespace vqmath63 {
 // 0 the first counts. Fault 9 for an unallocated array, an upper bound below 1 or a missing
 // element 1.
 
-float maximum_of(const Array1<float>& x);
-float minimum_of(const Array1<float>& x);
+float maximum_of(const Array1<const float>& x);
+float minimum_of(const Array1<const float>& x);
 /// Index of the kept element, from 1.
-std::int32_t index_of_maximum(const Array1<float>& x);
-std::int32_t index_of_minimum(const Array1<float>& x);
+std::int32_t index_of_maximum(const Array1<const float>& x);
+std::int32_t index_of_minimum(const Array1<const float>& x);
 
 }  // namespace vqmath63

@@ -15,7 +15,7 @@ constexpr Location kTTest{"ztStatistics", "t_Test"};
 constexpr Location kConfidenceLimit{"ztStatistics", "ConfidenceLimit"};
 constexpr Location kConfidenceInterval{"ztStatistics", "ConfidenceInterval"};
 
-using Samples = Array1<float>;
+using Samples = Array1<const float>;
 
 [[noreturn]] void refuse() {
   raise_fault(ErrorNumber::kInvalidCall);
@@ -97,8 +97,9 @@ Interval confidence(const Samples& x, double level) {
 
 }  // namespace
 
-void ztStatistics::ChiSquared(Samples& xObserved, Samples& xExpected, std::int32_t& nConstraints,
-                              float& ChiSq, float& Probability, bool& qOK) {
+void ztStatistics::ChiSquared(const Samples& xObserved, const Samples& xExpected,
+                              const std::int32_t& nConstraints, float& ChiSq, float& Probability,
+                              bool& qOK) {
   trap(kChiSquared, [&] {
     qOK = false;
     const ChiSquare result =
@@ -112,8 +113,9 @@ void ztStatistics::ChiSquared(Samples& xObserved, Samples& xExpected, std::int32
   });
 }
 
-void ztStatistics::Chi2Squared(Samples& xA, Samples& yA, std::int32_t& nConstraints, float& ChiSq,
-                               float& Probability, bool& qOK) {
+void ztStatistics::Chi2Squared(const Samples& xA, const Samples& yA,
+                               const std::int32_t& nConstraints, float& ChiSq, float& Probability,
+                               bool& qOK) {
   trap(kChi2Squared, [&] {
     qOK = false;
     const ChiSquare result = chi_square(xA, yA, nConstraints, [](Double a, Double b) {
@@ -128,7 +130,8 @@ void ztStatistics::Chi2Squared(Samples& xA, Samples& yA, std::int32_t& nConstrai
   });
 }
 
-void ztStatistics::t_Test(Samples& xA, Samples& yA, float& t, float& Probability, bool& qOK) {
+void ztStatistics::t_Test(const Samples& xA, const Samples& yA, float& t, float& Probability,
+                          bool& qOK) {
   trap(kTTest, [&] {
     qOK = false;
     const Moments x = moments(xA);
@@ -145,14 +148,14 @@ void ztStatistics::t_Test(Samples& xA, Samples& yA, float& t, float& Probability
   });
 }
 
-float ztStatistics::ConfidenceLimit(Samples& xA, double& dLevel) {
+float ztStatistics::ConfidenceLimit(const Samples& xA, const double& dLevel) {
   return trap<float>(kConfidenceLimit, [&](float& result) {
     result = to_single(confidence(xA, dLevel).half_width.value());
   });
 }
 
-void ztStatistics::ConfidenceInterval(Samples& xA, double& dLevel, float& xLower, float& xUpper,
-                                      bool& qOK) {
+void ztStatistics::ConfidenceInterval(const Samples& xA, const double& dLevel, float& xLower,
+                                      float& xUpper, bool& qOK) {
   trap(kConfidenceInterval, [&] {
     qOK = false;
     const Interval interval = confidence(xA, dLevel);

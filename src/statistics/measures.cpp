@@ -34,20 +34,20 @@ float root_of(Double square) {
 
 }  // namespace
 
-float ztStatistics::Maximum(Array1<float>& xA) {
+float ztStatistics::Maximum(const Array1<const float>& xA) {
   return trap<float>(kMaximum, [&](float& result) { result = maximum_of(xA); });
 }
 
-float ztStatistics::Minimum(Array1<float>& xA) {
+float ztStatistics::Minimum(const Array1<const float>& xA) {
   return trap<float>(kMinimum, [&](float& result) { result = minimum_of(xA); });
 }
 
-std::int32_t ztStatistics::Index_of_Maximum_Of_X(Array1<float>& xA) {
+std::int32_t ztStatistics::Index_of_Maximum_Of_X(const Array1<const float>& xA) {
   return trap<std::int32_t>(kIndexOfMaximum,
                             [&](std::int32_t& result) { result = index_of_maximum(xA); });
 }
 
-std::int32_t ztStatistics::Index_Of_Minimum_Of_X(Array1<float>& xA) {
+std::int32_t ztStatistics::Index_Of_Minimum_Of_X(const Array1<const float>& xA) {
   return trap<std::int32_t>(kIndexOfMinimum,
                             [&](std::int32_t& result) { result = index_of_minimum(xA); });
 }
@@ -71,24 +71,24 @@ bool ztStatistics::Normalise(Array1<float>& xA) {
   });
 }
 
-float ztStatistics::SumOfX(Array1<float>& xA) {
+float ztStatistics::SumOfX(const Array1<const float>& xA) {
   return trap<float>(kSumOfX, [&](float& result) { result = sum_of(xA); });
 }
 
-float ztStatistics::SumOfX2(Array1<float>& xA) {
+float ztStatistics::SumOfX2(const Array1<const float>& xA) {
   return trap<float>(kSumOfX2, [&](float& result) { result = sum_of_squares(xA); });
 }
 
-float ztStatistics::SumofAbsX(Array1<float>& xA) {
+float ztStatistics::SumofAbsX(const Array1<const float>& xA) {
   return trap<float>(kSumofAbsX, [&](float& result) { result = sum_of_magnitudes(xA); });
 }
 
-float ztStatistics::SumOfXY(Array1<float>& xA, Array1<float>& yA) {
+float ztStatistics::SumOfXY(const Array1<const float>& xA, const Array1<const float>& yA) {
   return trap<float>(kSumOfXY, [&](float& result) { result = sum_of_products(xA, yA); });
 }
 
-float ztStatistics::SumListX(Array1<std::int32_t>& iList, std::int32_t& nList,
-                             Array1<float>& xArray) {
+float ztStatistics::SumListX(const Array1<const std::int32_t>& iList, const std::int32_t& nList,
+                             const Array1<const float>& xArray) {
   return trap<float>(kSumListX, [&](float& result) {
     result = kListTooLong;
     const std::int64_t m = xArray.upper();
@@ -110,14 +110,14 @@ float ztStatistics::SumListX(Array1<std::int32_t>& iList, std::int32_t& nList,
   });
 }
 
-float ztStatistics::average(Array1<float>& xA) {
+float ztStatistics::average(const Array1<const float>& xA) {
   return trap<float>(kAverage, [&](float& result) {
     const Double n = xA.upper();
     result = to_single((Double(SumOfX(xA)) / n).value());
   });
 }
 
-float ztStatistics::Variance(Array1<float>& xA) {
+float ztStatistics::Variance(const Array1<const float>& xA) {
   return trap<float>(kVariance, [&](float& result) {
     const Double r = Single(Double(1.0) / Double(xA.upper()));
     const Double squares = SumOfX2(xA);
@@ -126,7 +126,7 @@ float ztStatistics::Variance(Array1<float>& xA) {
   });
 }
 
-float ztStatistics::SigmaN(Array1<float>& xA) {
+float ztStatistics::SigmaN(const Array1<const float>& xA) {
   return trap<float>(kSigmaN, [&](float& result) {
     const Double n = xA.upper();
     const Double squares = SumOfX2(xA);
@@ -135,7 +135,7 @@ float ztStatistics::SigmaN(Array1<float>& xA) {
   });
 }
 
-float ztStatistics::SigmaN1(Array1<float>& xA) {
+float ztStatistics::SigmaN1(const Array1<const float>& xA) {
   return trap<float>(kSigmaN1, [&](float& result) {
     const std::int32_t count = xA.upper();
     if (count <= 1) return;
@@ -146,7 +146,7 @@ float ztStatistics::SigmaN1(Array1<float>& xA) {
   });
 }
 
-float ztStatistics::Cov(Array1<float>& xA, Array1<float>& yA) {
+float ztStatistics::Cov(const Array1<const float>& xA, const Array1<const float>& yA) {
   return trap<float>(kCov, [&](float& result) {
     const std::int64_t n = xA.upper();
     if (yA.upper() != n) return;
@@ -166,7 +166,8 @@ float ztStatistics::Cov(Array1<float>& xA, Array1<float>& yA) {
   });
 }
 
-float ztStatistics::SumOfSquareDifferences(Array1<float>& xA, Array1<float>& yA) {
+float ztStatistics::SumOfSquareDifferences(const Array1<const float>& xA,
+                                           const Array1<const float>& yA) {
   return trap<float>(kSumOfSquareDifferences, [&](float& result) {
     const std::int64_t n = xA.upper();
     if (yA.upper() != n) return;

@@ -20,6 +20,7 @@ constexpr Location kMaskValuesXY{"ztAnalysis", "MaskValuesXY"};
 constexpr Location kMaskValuesXYZ{"ztAnalysis", "MaskValuesXYZ"};
 
 using Samples = Array1<float>;
+using ReadSamples = Array1<const float>;
 
 // Column by column: the nulls of one leave it, then their rows leave the others. True on success;
 // `rows` is the number left.
@@ -49,11 +50,11 @@ bool remove_null_rows(float& null, std::span<Samples* const> columns, std::int32
 
 }  // namespace
 
-void ztStatistics::RemoveNulls(float& xNull, Samples& xA, Samples& xANew, std::int32_t& nANew,
-                               bool& qOK) {
+void ztStatistics::RemoveNulls(float& xNull, const ReadSamples& xA, Samples& xANew,
+                               std::int32_t& nANew, bool& qOK) {
   trap(kRemoveNulls, [&] {
     qOK = false;
-    xANew = xA;
+    xANew = Samples(xA);
     Array1<std::int32_t> list;
     std::int32_t removed = 0;
     bool ok = false;
@@ -62,34 +63,37 @@ void ztStatistics::RemoveNulls(float& xNull, Samples& xA, Samples& xANew, std::i
   });
 }
 
-void ztStatistics::RemoveNullsXY(float& xNull, Samples& xA, Samples& xB, Samples& xANew,
-                                 Samples& xBNew, std::int32_t& NewLength, bool& qOK) {
+void ztStatistics::RemoveNullsXY(float& xNull, const ReadSamples& xA, const ReadSamples& xB,
+                                 Samples& xANew, Samples& xBNew, std::int32_t& NewLength,
+                                 bool& qOK) {
   trap(kRemoveNullsXY, [&] {
     qOK = false;
     NewLength = xA.upper();
     if (NewLength != xB.upper()) return;
-    xANew = xA;
-    xBNew = xB;
+    Samples a(xA), b(xB);  // both read before the first is written: either may be one of the new
+    xANew = std::move(a);
+    xBNew = std::move(b);
     qOK = remove_null_rows(xNull, std::array{&xANew, &xBNew}, NewLength);
   });
 }
 
-void ztStatistics::RemoveNullsXYZ(float& xNull, Samples& xA, Samples& xB, Samples& xC,
-                                  Samples& xANew, Samples& xBNew, Samples& xCNew,
-                                  std::int32_t& NewLength, bool& qOK) {
+void ztStatistics::RemoveNullsXYZ(float& xNull, const ReadSamples& xA, const ReadSamples& xB,
+                                  const ReadSamples& xC, Samples& xANew, Samples& xBNew,
+                                  Samples& xCNew, std::int32_t& NewLength, bool& qOK) {
   trap(kRemoveNullsXYZ, [&] {
     qOK = false;
     NewLength = xA.upper();
     if (NewLength != xB.upper() || NewLength != xC.upper()) return;
-    xANew = xA;
-    xBNew = xB;
-    xCNew = xC;
+    Samples a(xA), b(xB), c(xC);  // all read before the first is written: any may be one of the new
+    xANew = std::move(a);
+    xBNew = std::move(b);
+    xCNew = std::move(c);
     qOK = remove_null_rows(xNull, std::array{&xANew, &xBNew, &xCNew}, NewLength);
   });
 }
 
-void ztStatistics::RemoveNullValues(float& dNull, std::int32_t& iNull, Samples& dX, Samples& dY,
-                                    std::int32_t& nRows, bool& qOK) {
+void ztStatistics::RemoveNullValues(float& dNull, const std::int32_t& iNull, Samples& dX,
+                                    Samples& dY, std::int32_t& nRows, bool& qOK) {
   trap(kRemoveNullValues, [&] {
     qOK = false;
     const std::int32_t rows = dX.upper();
@@ -109,8 +113,8 @@ void ztStatistics::RemoveNullValues(float& dNull, std::int32_t& iNull, Samples& 
   });
 }
 
-void ztStatistics::RemoveNullValuesXYZ(float& dNull, std::int32_t& iNull, Samples& dX, Samples& dY,
-                                       Samples& dZ, std::int32_t& nRows, bool& qOK) {
+void ztStatistics::RemoveNullValuesXYZ(float& dNull, const std::int32_t& iNull, Samples& dX,
+                                       Samples& dY, Samples& dZ, std::int32_t& nRows, bool& qOK) {
   trap(kRemoveNullValuesXYZ, [&] {
     qOK = false;
     const std::int32_t rows = dX.upper();
@@ -149,7 +153,7 @@ void ztStatistics::mask_rows(Array1<Boolean>& mask, Samples& first,
 }
 
 void ztStatistics::MaskValuesXY(Array1<Boolean>& qMask, Samples& dX, Samples& dY,
-                                std::int32_t& nRows, bool& qOK, bool& /*qFlag*/) {
+                                std::int32_t& nRows, bool& qOK, const bool& /*qFlag*/) {
   trap(kMaskValuesXY, [&] {
     qOK = false;
     if (dX.upper() != dY.upper()) return;
@@ -159,7 +163,7 @@ void ztStatistics::MaskValuesXY(Array1<Boolean>& qMask, Samples& dX, Samples& dY
 }
 
 void ztStatistics::MaskValuesXYZ(Array1<Boolean>& qMask, Samples& dX, Samples& dY, Samples& dZ,
-                                 std::int32_t& nRows, bool& qOK, bool& /*qFlag*/) {
+                                 std::int32_t& nRows, bool& qOK, const bool& /*qFlag*/) {
   trap(kMaskValuesXYZ, [&] {
     qOK = false;
     if (dX.upper() != dY.upper() || dX.upper() != dZ.upper()) return;

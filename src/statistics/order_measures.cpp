@@ -17,7 +17,7 @@ constexpr Location kQuartile{"ztStatistics", "Quartiles"};
 // Elements 1 to n without a check at each of them; fault 9 when one is missing.
 class Elements {
  public:
-  Elements(const Array1<float>& array, std::int64_t n) : first_(&array(1)) { array(n); }
+  Elements(const Array1<const float>& array, std::int64_t n) : first_(&array(1)) { array(n); }
   float operator()(std::int64_t i) const { return first_[i - 1]; }
 
  private:
@@ -55,7 +55,7 @@ Bin fullest_bin(const Elements& sorted, std::int64_t n, Single width) {
 
 }  // namespace
 
-Array1<float> ztStatistics::sorted_copy(const Array1<float>& x, bool& ok) {
+Array1<float> ztStatistics::sorted_copy(const Array1<const float>& x, bool& ok) {
   const std::int32_t n = x.upper();
   if (n < 1 || !x.covers(1, n)) raise_fault(ErrorNumber::kSubscript);
   Array1<float> work(1, n);
@@ -67,7 +67,7 @@ Array1<float> ztStatistics::sorted_copy(const Array1<float>& x, bool& ok) {
   return work;
 }
 
-float ztStatistics::Median(Array1<float>& xA) {
+float ztStatistics::Median(const Array1<const float>& xA) {
   return trap<float>(kMedian, [&](float& result) {
     const std::int64_t n = xA.upper();
     bool ok = false;
@@ -84,7 +84,7 @@ float ztStatistics::Median(Array1<float>& xA) {
   });
 }
 
-float ztStatistics::Mode(Array1<float>& xA) {
+float ztStatistics::Mode(const Array1<const float>& xA) {
   return trap<float>(kMode, [&](float& result) {
     const std::int64_t n = xA.upper();
     bool ok = false;
@@ -115,7 +115,7 @@ float ztStatistics::Mode(Array1<float>& xA) {
   });
 }
 
-float ztStatistics::ModeBin(Array1<float>& dSort) {
+float ztStatistics::ModeBin(const Array1<const float>& dSort) {
   return trap<float>(kModeBin, [&](float& result) {
     const std::int64_t n = dSort.upper();
     if (n < 1) raise_fault(ErrorNumber::kInvalidCall);  // the logarithm of n
@@ -140,7 +140,7 @@ float ztStatistics::ModeBin(Array1<float>& dSort) {
   });
 }
 
-float ztStatistics::Quartile(Array1<float>& xA, std::int32_t& ithQuartile) {
+float ztStatistics::Quartile(const Array1<const float>& xA, const std::int32_t& ithQuartile) {
   return trap<float>(kQuartile, [&](float& result) {
     const std::int32_t which = ithQuartile;
     if (which < 1 || which > 3) return;
@@ -157,7 +157,7 @@ float ztStatistics::Quartile(Array1<float>& xA, std::int32_t& ithQuartile) {
     const std::int32_t first = which == 1 ? 1 : h;
     const std::int32_t last = which == 1 ? h : n;
     work(last);  // in bounds, whatever the companion did
-    Array1<float> half(&work(first), Bounds{1, last - first + 1});
+    const Array1<const float> half(&work(first), Bounds{1, last - first + 1});
     result = Median(half);
   });
 }

@@ -75,7 +75,7 @@ Counts count(std::span<const float> samples, const Limits& limits, std::int32_t 
 
 }  // namespace
 
-void ztSample::setLimits(float& xLower, float& xUpper, bool& qOK) {
+void ztSample::setLimits(const float& xLower, const float& xUpper, bool& qOK) {
   trap(kSetLimits, [&] {
     qOK = xLower < xUpper;
     if (!qOK) return;
@@ -85,8 +85,8 @@ void ztSample::setLimits(float& xLower, float& xUpper, bool& qOK) {
   });
 }
 
-void ztSample::BinVector(Array1<float>& xA, std::int32_t& nBins, Array1<float>& xBin,
-                         Array1<float>& xCount, bool& qOK) {
+void ztSample::BinVector(const Array1<const float>& xA, const std::int32_t& nBins,
+                         Array1<float>& xBin, Array1<float>& xCount, bool& qOK) {
   trap(kBinVector, [&] {
     qOK = false;
     const std::int32_t n = xA.upper();

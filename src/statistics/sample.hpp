@@ -12,7 +12,7 @@ class ztSample {
  public:
   /// Sets the limits for all later calls. qOK False, and the old limits stay, unless
   /// xLower < xUpper.
-  void setLimits(float& xLower, float& xUpper, bool& qOK);
+  void setLimits(const float& xLower, const float& xUpper, bool& qOK);
 
   /// Counts elements 1 to the upper bound of xA into nBins equal bins between the limits, by
   /// default the smallest and the largest sample: xBin(1 .. nBins) the centres of the bins,
@@ -21,8 +21,8 @@ class ztSample {
   /// into the first bin of width 0. Errors, with the arrays unchanged and qOK False: 5 for nBins
   /// below 1, for samples without a number when no limits are set and for limits whose distance is
   /// infinite; 9 for an unallocated array or one without elements from 1. O(n + nBins).
-  void BinVector(Array1<float>& xA, std::int32_t& nBins, Array1<float>& xBin, Array1<float>& xCount,
-                 bool& qOK);
+  void BinVector(const Array1<const float>& xA, const std::int32_t& nBins, Array1<float>& xBin,
+                 Array1<float>& xCount, bool& qOK);
 
  private:
   bool limits_set_ = false;

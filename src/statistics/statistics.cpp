@@ -55,7 +55,7 @@ bool ztStatistics::InitStatistics() {
   });
 }
 
-void ztStatistics::BasicStatistics(Array1<float>& xA, bool& qOK) {
+void ztStatistics::BasicStatistics(const Array1<const float>& xA, bool& qOK) {
   trap(kBasicStatistics, [&] {
     qOK = false;
     const std::int32_t n = xA.upper();
@@ -71,7 +71,7 @@ void ztStatistics::BasicStatistics(Array1<float>& xA, bool& qOK) {
   });
 }
 
-void ztStatistics::Statistics(Array1<float>& xA, bool& qOK) {
+void ztStatistics::Statistics(const Array1<const float>& xA, bool& qOK) {
   trap(kStatistics, [&] {
     qOK = false;
     bool ok = false;
@@ -83,7 +83,8 @@ void ztStatistics::Statistics(Array1<float>& xA, bool& qOK) {
   });
 }
 
-void ztStatistics::BasicStatisticsPairs(Array1<float>& xA, Array1<float>& yA, bool& qOK) {
+void ztStatistics::BasicStatisticsPairs(const Array1<const float>& xA,
+                                        const Array1<const float>& yA, bool& qOK) {
   trap(kBasicStatisticsPairs, [&] {
     qOK = false;
     const std::int32_t n = xA.upper();
@@ -109,7 +110,8 @@ void ztStatistics::BasicStatisticsPairs(Array1<float>& xA, Array1<float>& yA, bo
   });
 }
 
-void ztStatistics::StatisticsPairs(Array1<float>& xA, Array1<float>& yA, bool& qOK) {
+void ztStatistics::StatisticsPairs(const Array1<const float>& xA, const Array1<const float>& yA,
+                                   bool& qOK) {
   trap(kStatisticsPairs, [&] {
     qOK = false;
     bool ok = false;

@@ -54,129 +54,133 @@ class ztStatistics {
   /// Sums, mean, extremes and both standard deviations of x. The deviations come from the sums, as
   /// s = sum of squares - sum^2 / n, which is taken as 0 where it is below 1e-15 of the sum of
   /// squares: sqrt|s/n| and sqrt|s/(n-1)| (0 for n = 1). qOK tells success.
-  void BasicStatistics(Array1<float>& xA, bool& qOK);
+  void BasicStatistics(const Array1<const float>& xA, bool& qOK);
 
   /// BasicStatistics, then Median and Mode when it did well. O(n) with the built-in sort.
-  void Statistics(Array1<float>& xA, bool& qOK);
+  void Statistics(const Array1<const float>& xA, bool& qOK);
 
   /// The same pass over two arrays at once, and the sum of their products. Means and deviations use
   /// one reciprocal of n, rounded to Single. xSigmaN1 receives the n-1 form, xSigmaN is not
   /// touched, and only y's s is ever taken as 0.
-  void BasicStatisticsPairs(Array1<float>& xA, Array1<float>& yA, bool& qOK);
+  void BasicStatisticsPairs(const Array1<const float>& xA, const Array1<const float>& yA,
+                            bool& qOK);
 
   /// BasicStatisticsPairs, then Median and Mode of both arrays. qOK True says nothing about the
   /// first step.
-  void StatisticsPairs(Array1<float>& xA, Array1<float>& yA, bool& qOK);
+  void StatisticsPairs(const Array1<const float>& xA, const Array1<const float>& yA, bool& qOK);
 
   // Measures of one call, which leave the kept summary alone. 0 after a failure, unless said.
 
   /// Extremes; of equal samples the first counts, and a NaN counts as element 1 only.
-  float Maximum(Array1<float>& xA);
-  float Minimum(Array1<float>& xA);
+  float Maximum(const Array1<const float>& xA);
+  float Minimum(const Array1<const float>& xA);
   /// Index of the extreme, from 1; the first of ties.
-  std::int32_t Index_of_Maximum_Of_X(Array1<float>& xA);
-  std::int32_t Index_Of_Minimum_Of_X(Array1<float>& xA);
+  std::int32_t Index_of_Maximum_Of_X(const Array1<const float>& xA);
+  std::int32_t Index_Of_Minimum_Of_X(const Array1<const float>& xA);
 
   /// Multiplies x in place by the reciprocal (a Single) of its largest signed value, so that
   /// samples without a positive one change sign. True, also for a Maximum of 0, when nothing is
   /// changed; False after a failure, with the samples before the failing one scaled.
   bool Normalise(Array1<float>& xA);
 
-  float SumOfX(Array1<float>& xA);
-  float SumOfX2(Array1<float>& xA);
-  float SumofAbsX(Array1<float>& xA);
-  float SumOfXY(Array1<float>& xA, Array1<float>& yA);
+  float SumOfX(const Array1<const float>& xA);
+  float SumOfX2(const Array1<const float>& xA);
+  float SumofAbsX(const Array1<const float>& xA);
+  float SumOfXY(const Array1<const float>& xA, const Array1<const float>& yA);
 
   /// xArray(1), whatever iList(1) holds, plus xArray(iList(k)) for k = 2 to nList where iList(k) is
   /// an index from 1 to the upper bound; other entries are skipped. -32768 without a message for an
   /// upper bound below nList, and after a failure.
-  float SumListX(Array1<std::int32_t>& iList, std::int32_t& nList, Array1<float>& xArray);
+  float SumListX(const Array1<const std::int32_t>& iList, const std::int32_t& nList,
+                 const Array1<const float>& xArray);
 
   /// SumOfX / n.
-  float average(Array1<float>& xA);
+  float average(const Array1<const float>& xA);
   /// (SumOfX2 - SumOfX^2 r) r, r = 1/n rounded to Single.
-  float Variance(Array1<float>& xA);
+  float Variance(const Array1<const float>& xA);
   /// sqrt|(SumOfX2 - SumOfX^2 / n) / n|; SigmaN1 divides by n - 1 and is 0 for n = 1.
-  float SigmaN(Array1<float>& xA);
-  float SigmaN1(Array1<float>& xA);
+  float SigmaN(const Array1<const float>& xA);
+  float SigmaN1(const Array1<const float>& xA);
   /// Sum of (x(i) - average x) (y(i) - average y), divided by n. 0 without a message for unequal
   /// upper bounds.
-  float Cov(Array1<float>& xA, Array1<float>& yA);
+  float Cov(const Array1<const float>& xA, const Array1<const float>& yA);
 
   /// Middle sample in ascending order, mean of the middle two for even n. NaN counts as largest.
   /// When the sort companion says that it failed: the first sample. O(n) with the built-in sort.
-  float Median(Array1<float>& xA);
+  float Median(const Array1<const float>& xA);
 
   /// The value that a counter of value changes ends with over the ascending samples: each sample
   /// that differs from the current value counts one, and takes its place once more than the best
   /// count so far have gone by (so the mode of 1, 2, 2, 2, 5 is 1). ModeBin of them when that never
   /// happened. The first sample when the sort companion says that it failed.
-  float Mode(Array1<float>& xA);
+  float Mode(const Array1<const float>& xA);
 
   /// Mean of the fullest bin over ascending samples: n/2, n/4, ... 2 bins are tried until one holds
   /// more than one sample. 0 when none does. O(n log n).
-  float ModeBin(Array1<float>& dSort);
+  float ModeBin(const Array1<const float>& dSort);
 
   /// Median of the lower (1) or upper (3) half of the ascending samples, or of them all (2); 0 for
   /// any other number. The middle sample of an odd n belongs to both halves; of an even n the upper
   /// half begins with sample n/2, so that it has n/2 + 1. 0 when the sort companion fails.
-  float Quartile(Array1<float>& xA, std::int32_t& ithQuartile);
+  float Quartile(const Array1<const float>& xA, const std::int32_t& ithQuartile);
 
   // Rows without nulls. qOK tells success; xNull equal to NaN removes the NaN. Arrays of different
   // upper bounds give qOK False without a message, and nothing is changed but NewLength. When no
   // row is left, the count is 0 and the resulting arrays have bounds 1 to 1.
 
   /// xANew, a copy of xA without its nulls; nANew their number.
-  void RemoveNulls(float& xNull, Array1<float>& xA, Array1<float>& xANew, std::int32_t& nANew,
-                   bool& qOK);
+  void RemoveNulls(float& xNull, const Array1<const float>& xA, Array1<float>& xANew,
+                   std::int32_t& nANew, bool& qOK);
   /// Copies of the arrays without the rows in which one of them is null; NewLength is the number of
   /// rows left.
-  void RemoveNullsXY(float& xNull, Array1<float>& xA, Array1<float>& xB, Array1<float>& xANew,
-                     Array1<float>& xBNew, std::int32_t& NewLength, bool& qOK);
-  void RemoveNullsXYZ(float& xNull, Array1<float>& xA, Array1<float>& xB, Array1<float>& xC,
-                      Array1<float>& xANew, Array1<float>& xBNew, Array1<float>& xCNew,
-                      std::int32_t& NewLength, bool& qOK);
+  void RemoveNullsXY(float& xNull, const Array1<const float>& xA, const Array1<const float>& xB,
+                     Array1<float>& xANew, Array1<float>& xBNew, std::int32_t& NewLength,
+                     bool& qOK);
+  void RemoveNullsXYZ(float& xNull, const Array1<const float>& xA, const Array1<const float>& xB,
+                      const Array1<const float>& xC, Array1<float>& xANew, Array1<float>& xBNew,
+                      Array1<float>& xCNew, std::int32_t& NewLength, bool& qOK);
   /// The same in place. With iNull = 0 the rows are only counted.
-  void RemoveNullValues(float& dNull, std::int32_t& iNull, Array1<float>& dX, Array1<float>& dY,
-                        std::int32_t& nRows, bool& qOK);
-  void RemoveNullValuesXYZ(float& dNull, std::int32_t& iNull, Array1<float>& dX, Array1<float>& dY,
-                           Array1<float>& dZ, std::int32_t& nRows, bool& qOK);
+  void RemoveNullValues(float& dNull, const std::int32_t& iNull, Array1<float>& dX,
+                        Array1<float>& dY, std::int32_t& nRows, bool& qOK);
+  void RemoveNullValuesXYZ(float& dNull, const std::int32_t& iNull, Array1<float>& dX,
+                           Array1<float>& dY, Array1<float>& dZ, std::int32_t& nRows, bool& qOK);
   /// Keeps the rows whose mask entry is True, in place; nRows is their number. When none is kept,
   /// only dX is emptied. A mask shorter than the data is error 9. qFlag is ignored.
   void MaskValuesXY(Array1<Boolean>& qMask, Array1<float>& dX, Array1<float>& dY,
-                    std::int32_t& nRows, bool& qOK, bool& qFlag);
+                    std::int32_t& nRows, bool& qOK, const bool& qFlag);
   void MaskValuesXYZ(Array1<Boolean>& qMask, Array1<float>& dX, Array1<float>& dY,
-                     Array1<float>& dZ, std::int32_t& nRows, bool& qOK, bool& qFlag);
+                     Array1<float>& dZ, std::int32_t& nRows, bool& qOK, const bool& qFlag);
 
   // Tests and intervals. Results are written, and qOK becomes True, only when all is worked out.
 
   /// Sum of (x(i) - y(i))^2. 0 without a message for unequal upper bounds.
-  float SumOfSquareDifferences(Array1<float>& xA, Array1<float>& yA);
+  float SumOfSquareDifferences(const Array1<const float>& xA, const Array1<const float>& yA);
 
   /// Chi squared of observed counts against expected ones, sum of (o - e)^2 / e, with
   /// n - nConstraints degrees of freedom; Probability is the chance of a larger value. Error 5 for
   /// an expected count <= 0 or no degree of freedom. Source: Pearson, Phil. Mag. 50 (1900).
-  void ChiSquared(Array1<float>& xObserved, Array1<float>& xExpected, std::int32_t& nConstraints,
-                  float& ChiSq, float& Probability, bool& qOK);
+  void ChiSquared(const Array1<const float>& xObserved, const Array1<const float>& xExpected,
+                  const std::int32_t& nConstraints, float& ChiSq, float& Probability, bool& qOK);
   /// Chi squared of two sets of counts of equal effort, sum of (x - y)^2 / (x + y). A bin empty in
   /// both sets takes no part and leaves one degree of freedom less; error 5 for other counts whose
   /// sum is <= 0, or no degree of freedom.
-  void Chi2Squared(Array1<float>& xA, Array1<float>& yA, std::int32_t& nConstraints, float& ChiSq,
-                   float& Probability, bool& qOK);
+  void Chi2Squared(const Array1<const float>& xA, const Array1<const float>& yA,
+                   const std::int32_t& nConstraints, float& ChiSq, float& Probability, bool& qOK);
 
   /// Student's t for two samples of equal variance, each over its own n, with nx + ny - 2 degrees
   /// of freedom; Probability is the chance of a larger |t|. Moments in double precision. Error 5
   /// without a degree of freedom or for samples that are all the same; error 11 for samples
   /// without spread and different means. Source: Student, Biometrika 6 (1908).
-  void t_Test(Array1<float>& xA, Array1<float>& yA, float& t, float& Probability, bool& qOK);
+  void t_Test(const Array1<const float>& xA, const Array1<const float>& yA, float& t,
+              float& Probability, bool& qOK);
 
   /// Half width of the confidence interval of the mean, q s / sqrt(n): s the n-1 standard
   /// deviation (in double precision), q the two-sided Student quantile at level dLevel in (0, 1)
   /// with n - 1 degrees of freedom. Error 5 outside (0, 1) and for n < 2.
-  float ConfidenceLimit(Array1<float>& xA, double& dLevel);
+  float ConfidenceLimit(const Array1<const float>& xA, const double& dLevel);
   /// The interval itself: mean -/+ half width.
-  void ConfidenceInterval(Array1<float>& xA, double& dLevel, float& xLower, float& xUpper,
-                          bool& qOK);
+  void ConfidenceInterval(const Array1<const float>& xA, const double& dLevel, float& xLower,
+                          float& xUpper, bool& qOK);
 
  private:
   // What is kept of one array.
@@ -191,7 +195,7 @@ class ztStatistics {
 
   bool InitStatistics();
   // Elements 1 to n, sorted by the instance's companion; ok is its flag.
-  Array1<float> sorted_copy(const Array1<float>& x, bool& ok);
+  Array1<float> sorted_copy(const Array1<const float>& x, bool& ok);
   // Applies the mask to the first of the arrays and, if some but not all rows stay, to the others.
   void mask_rows(Array1<Boolean>& mask, Array1<float>& first,
                  std::initializer_list<Array1<float>*> others, std::int32_t& rows);

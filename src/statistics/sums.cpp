@@ -6,7 +6,7 @@
 namespace vqmath63 {
 namespace {
 
-using Samples = Array1<float>;
+using Samples = Array1<const float>;
 
 bool hold_samples(const Samples& x, std::int64_t n) {
   return n >= 1 && x.covers(1, n);

@@ -14,13 +14,13 @@ namespace vqmath63 {
 // step in index order; each term is rounded to Single first.
 
 /// x(1) + ... + x(n).
-float sum_of(const Array1<float>& x);
+float sum_of(const Array1<const float>& x);
 /// Sum of x(i) x(i).
-float sum_of_squares(const Array1<float>& x);
+float sum_of_squares(const Array1<const float>& x);
 /// Sum of |x(i)|.
-float sum_of_magnitudes(const Array1<float>& x);
+float sum_of_magnitudes(const Array1<const float>& x);
 /// Sum of x(i) y(i).
-float sum_of_products(const Array1<float>& x, const Array1<float>& y);
+float sum_of_products(const Array1<const float>& x, const Array1<const float>& y);
 
 /// What one pass over an array gives.
 struct Summary {
@@ -44,7 +44,7 @@ struct PairSummary {
 };
 
 /// One pass; extremes start at element 1 and are replaced by strictly larger or smaller ones only.
-Summary summary_of(const Array1<float>& x);
-PairSummary summary_of(const Array1<float>& x, const Array1<float>& y);
+Summary summary_of(const Array1<const float>& x);
+PairSummary summary_of(const Array1<const float>& x, const Array1<const float>& y);
 
 }  // namespace vqmath63

@@ -113,6 +113,16 @@ struct Sample {
   }
   double Quotient(double x, double y) { return x / y; }
 
+  // The same with arguments that are only read.
+  std::string JoinRead(const double& d, const float& f, const std::int32_t& n, const bool& b,
+                       const Date& t, const std::string& s) {
+    return Join(d, f, n, b, t, s);
+  }
+  float ReadSingles(const Array1<const float>& xA, const Array2<const float>& xT) {
+    seen = xA.data();
+    return (xA.allocated() ? xA(xA.upper()) : -1.0F) + (xT.allocated() ? xT(1, 0) : -1.0F);
+  }
+
  private:
   template <class T>
   static void append(std::string& text, T x) {
@@ -152,7 +162,9 @@ inline constexpr auto kSample = table<Sample>(
     method<&Sample::Table>        (21, "Table",         {arg("xT"), arg("act")}, ""),
     method<&Sample::Both>         (22, "Both",          {arg("xA"), arg("xB"), arg("which")}, ""),
     method<&Sample::Fail>         (23, "Fail",          {arg("number"), arg("sWhere")}, ""),
-    method<&Sample::Quotient>     (24, "Quotient",      {arg("x"), arg("y")}, "")
+    method<&Sample::Quotient>     (24, "Quotient",      {arg("x"), arg("y")}, ""),
+    method<&Sample::JoinRead>     (25, "JoinRead",      {optional_arg("d", 1.5), optional_arg("f", 2.5), optional_arg("n", 7.0), optional_arg("b", true), optional_arg("t", 36526.0), optional_arg("s", "psi")}, ""),
+    method<&Sample::ReadSingles>  (26, "ReadSingles",   {arg("xA"), arg("xT")}, "")
     // clang-format on
 );
 
@@ -184,6 +196,8 @@ struct ISample : IDispatch {
   virtual HRESULT VQ_API Both(SAFEARRAY**, SAFEARRAY**, LONG, VARIANT_BOOL*) = 0;
   virtual HRESULT VQ_API Fail(LONG, BSTR*, float*) = 0;
   virtual HRESULT VQ_API Quotient(double, double, double*) = 0;
+  virtual HRESULT VQ_API JoinRead(double*, float*, LONG*, VARIANT_BOOL*, DATE*, BSTR*, BSTR*) = 0;
+  virtual HRESULT VQ_API ReadSingles(SAFEARRAY**, SAFEARRAY**, float*) = 0;
 };
 
 class BoundaryTest : public ::testing::Test {

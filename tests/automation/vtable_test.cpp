@@ -97,6 +97,44 @@ TEST_F(VtableTest, null_pointers_are_refused_and_stand_for_missing_optional_argu
   EXPECT_EQ(ascii(characters(*to)), "0 0 0 0 0 ");
 }
 
+TEST_F(VtableTest, what_is_only_read_is_neither_copied_nor_written_back) {
+  Value out = bare(VT_BSTR);
+  BSTR* const to = &out.v.bstrVal;
+  EXPECT_EQ(object->JoinRead(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, to), S_OK);
+  EXPECT_EQ(ascii(characters(*to)), "1.5 2.5 7 1 36526 psi");
+  SysFreeString(*to);
+  const Value words = text(u"bar");
+  double d = 1;
+  VARIANT_BOOL own_true = 1;  // a host's own form of True: written back it would be the usual one
+  BSTR s = words.v.bstrVal;
+  EXPECT_EQ(object->JoinRead(&d, nullptr, nullptr, &own_true, nullptr, &s, to), S_OK);
+  EXPECT_EQ(ascii(characters(*to)), "1 2.5 7 1 36526 bar");
+  EXPECT_EQ(own_true, 1);
+  EXPECT_EQ(s, words.v.bstrVal);
+
+  Value xs = array(VT_R4, 0, {3, 5}), table = array(VT_R4, 0, {1, 2, 3, 4}, 2);
+  xs.v.parray->fFeatures |= FADF_FIXEDSIZE;
+  SAFEARRAY* none = nullptr;
+  float sum = 0;
+  EXPECT_EQ(object->ReadSingles(&xs.v.parray, &table.v.parray, &sum), S_OK);
+  EXPECT_EQ(sum, 7.0F);
+  EXPECT_EQ(Sample::seen, xs.v.parray->pvData);
+  EXPECT_EQ(xs.v.parray->cLocks, 0U);
+  EXPECT_EQ(object->ReadSingles(&none, &none, &sum), S_OK);
+  EXPECT_EQ(sum, -2.0F);
+  EXPECT_EQ(object->ReadSingles(&xs.v.parray, nullptr, &sum), E_POINTER);
+  EXPECT_EQ(object->ReadSingles(&xs.v.parray, &xs.v.parray, &sum), error_code(13));
+
+  const ClassInfo& info = class_info<kSample>();
+  for (const MemberInfo& member : info.members) {
+    const std::string_view name = member.name;
+    const bool reads = name == "JoinRead" || name == "ReadSingles";
+    for (const ArgumentInfo& argument : member.arguments) {
+      EXPECT_EQ(argument.type.read_only, reads) << name << " " << argument.name;
+    }
+  }
+}
+
 TEST_F(VtableTest, failures_carry_the_same_words_on_both_roads_and_leave_nothing_stale) {
   each_row("automation.tsv", "failures", 6, [&](const TableRow& row) {
     const LONG number = row["number"];

@@ -17,15 +17,16 @@ class DifferentiationTest : public CompanionTest {};
 
 using Values = std::vector<double>;
 
-using Member = void (ztDifferentiate::*)(Array1<double>&, Array1<double>&, Array1<double>&, bool&);
+using Curve = Array1<const double>;
+using Member = void (ztDifferentiate::*)(const Curve&, const Curve&, Array1<double>&, bool&);
 constexpr std::pair<const char*, Member> kMembers[] = {
     {"FirstDerivative", &ztDifferentiate::FirstDerivative},
     {"SecondDerivative", &ztDifferentiate::SecondDerivative},
     {"FirstDerivativeForwards", &ztDifferentiate::FirstDerivativeForwards},
     {"FirstDerivativeBackwards", &ztDifferentiate::FirstDerivativeBackwards}};
 
-using Routine = void (*)(Array1<double>&, Array1<double>&, std::int32_t, std::int32_t,
-                         Array1<double>&, bool&);
+using Routine = void (*)(const Curve&, const Curve&, std::int32_t, std::int32_t, Array1<double>&,
+                         bool&);
 constexpr std::pair<const char*, Routine> kRoutines[] = {
     {"FirstDerivativeUpStream", FirstDerivativeUpStream},
     {"FirstDerivativeDownStream", FirstDerivativeDownStream},
@@ -96,6 +97,25 @@ TEST_F(DifferentiationTest, failures_keep_what_was_written_before) {
     EXPECT_EQ(taken(), routine_lines(row["error"], row["routine"]));
     expect_values(d, row["want"]);
   });
+}
+
+TEST_F(DifferentiationTest, derivatives_in_place_of_the_samples_are_those_of_the_samples) {
+  for (const auto& [name, member] : {kMembers[1], kMembers[2], kMembers[3]}) {
+    for (const bool over_x : {true, false}) {
+      for (const std::int32_t lower : {0, 1}) {
+        Array1<double> x = samples_of<double>({0, 1, 3, 7}, lower);
+        Array1<double> y = samples_of<double>({0, 1, 9, 49}, lower);
+        Array1<double> want;
+        bool ok = false;
+        (ztDifferentiate().*member)(x, y, want, ok);
+        ASSERT_TRUE(ok) << name;
+        Array1<double>& d = over_x ? x : y;
+        (ztDifferentiate().*member)(x, y, d, ok);
+        EXPECT_TRUE(ok) << name;
+        EXPECT_EQ(contents(d), contents(want)) << name;
+      }
+    }
+  }
 }
 
 TEST_F(DifferentiationTest, a_fault_deep_in_a_long_curve_stops_there) {

@@ -15,7 +15,7 @@ class IntegrationTest : public CompanionTest {};
 
 struct Rule {
   const char* name;
-  float (*integrate)(Array1<float>&, Array1<float>&);
+  float (*integrate)(const Array1<const float>&, const Array1<const float>&);
 };
 // In the order of the results in the tables below.
 constexpr Rule kRules[] = {{"Trapezoidal", Trapezoidal},

@@ -3,7 +3,9 @@
 
 #include <limits>
 #include <numeric>
+#include <utility>
 
+#include "arrays.hpp"
 #include "companion_fixture.hpp"
 
 namespace vqmath63 {
@@ -70,7 +72,64 @@ TEST(Array1, a_fixed_array_refuses_every_resizing) {
   EXPECT_EQ(fault_of([&] { a.redim_preserve(2); }), 10);
   EXPECT_EQ(fault_of([&] { a.erase(); }), 10);
   EXPECT_EQ(fault_of([&] { a = Array1<float>(1, 2); }), 10);
+  EXPECT_EQ(fault_of([&] { (void)a.replace(1, 2); }), 10);
   EXPECT_EQ(contents(a), (Values{1, 2, 3}));
+}
+
+TEST(Array1, what_is_only_read_is_seen_where_it_stands) {
+  const auto at = [](const Array1<const float>& view) { return view.data(); };
+  const Values kept{1, 2, 3};
+  const std::array<float, 3> fixed{1, 2, 3};
+  const float plain[] = {1, 2, 3};
+  Array1<float> owner(0, 2);
+  EXPECT_EQ(at(kept), kept.data());
+  EXPECT_EQ(at(std::span<const float>(kept)), kept.data());
+  EXPECT_EQ(at(fixed), fixed.data());
+  EXPECT_EQ(at(plain), plain);
+  EXPECT_EQ(at(owner), owner.data());
+  EXPECT_EQ(at(std::as_const(owner)), owner.data());
+
+  const auto sum = [](const Array1<const float>& view) {
+    float total = 0;
+    for (std::int32_t i = 1; i <= view.upper(); ++i) total += view(i);
+    return total;
+  };
+  EXPECT_EQ(sum(Values{1, 2, 4}), 7.0F);  // a temporary lives through the call
+  EXPECT_EQ(sum(Values{}), 0.0F);
+
+  const Array1<const float> view = owner;
+  EXPECT_EQ(view.bounds(), (Bounds{0, 2}));
+  EXPECT_TRUE(view.covers(0, 2));
+  EXPECT_FALSE(view.covers(0, 3));
+  EXPECT_EQ(fault_of([&] { view(3); }), 9);
+  Array1<float> copy(view);
+  copy(1) = 5;
+  EXPECT_EQ(copy.bounds(), (Bounds{0, 2}));
+  EXPECT_EQ(view(1), 0.0F);
+
+  const Array1<const float> none = Array1<const float>(std::as_const(copy = Array1<float>()));
+  EXPECT_FALSE(none.allocated());
+  EXPECT_FALSE(none.covers(1, 1));
+  EXPECT_EQ(fault_of([&] { none.upper(); }), 9);
+  EXPECT_EQ(fault_of([&] { none(1); }), 9);
+  EXPECT_FALSE(Array1<float>(none).allocated());
+
+  const float lent[] = {11, 21, 12, 22};
+  const Array2<const float> table(lent, {1, 2}, {0, 1});
+  EXPECT_EQ(&table(2, 0), lent + 1);
+  EXPECT_EQ(fault_of([&] { table(1, 2); }), 9);
+  const Array2<float> unset;
+  EXPECT_EQ(fault_of([&] { Array2<const float>(unset).columns(); }), 9);
+}
+
+TEST(Array1, a_replaced_array_gives_back_what_it_held) {
+  Array1<float> a = array_of<float>({1, 2});
+  const float* const held = a.data();
+  const Array1<float> before = a.replace(0, 0);
+  EXPECT_EQ(before.data(), held);
+  EXPECT_EQ(contents(before), (Values{1, 2}));
+  EXPECT_EQ(contents(a), (Values{0}));
+  EXPECT_TRUE(a.was_resized());
 }
 
 TEST(Array2, rows_of_a_column_lie_side_by_side) {

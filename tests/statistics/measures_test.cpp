@@ -14,17 +14,18 @@ namespace vqmath63 {
 namespace {
 
 using A = Array1<float>;
+using Read = Array1<const float>;
 using Z = ztStatistics;
 constexpr float kMax = std::numeric_limits<float>::max();
 
 using Measure = std::function<double(Z&, A&, A&)>;
 
 // Measures of the first array, and of both.
-template <class R>
-Measure of_one(R (Z::*f)(A&)) {
+template <class R, class X>
+Measure of_one(R (Z::*f)(X&)) {
   return [f](Z& z, A& x, A&) { return (z.*f)(x); };
 }
-Measure of_two(float (Z::*f)(A&, A&)) {
+Measure of_two(float (Z::*f)(const Read&, const Read&)) {
   return [f](Z& z, A& x, A& y) { return (z.*f)(x, y); };
 }
 Measure quartile(std::int32_t k) {

@@ -68,6 +68,19 @@ TEST_F(NullRemovalTest, one_array_and_a_nan_null) {
   expect_done(1, {{5}}, {&kept});
 }
 
+TEST_F(NullRemovalTest, results_may_take_the_place_of_any_input) {
+  const Columns in = {{1, N, 3}, {4, 5, N}, {7, 8, 9}};
+  A a = samples(in[0]), b = samples(in[1]), c = samples(in[2]);
+  z.RemoveNullsXYZ(null, a, b, c, c, a, b, rows, ok);
+  expect_done(1, {{1}, {4}, {7}}, {&c, &a, &b});
+  A d = samples(in[0]), e = samples(in[1]);
+  z.RemoveNullsXY(null, d, e, e, d, rows, ok);
+  expect_done(1, {{1}, {4}}, {&e, &d});
+  A f = samples(in[0]);
+  z.RemoveNulls(null, f, f, rows, ok);
+  expect_done(2, {{1, 3}}, {&f});
+}
+
 TEST_F(NullRemovalTest, unequal_bounds_change_nothing_and_say_nothing) {
   A two = samples({1, N}), three = samples({1, 2, N}), a, b, c;
   Array1<Boolean> mask = array_of<Boolean>({true, false, true});

@@ -77,7 +77,7 @@ TEST_F(OrderMeasuresTest, mode_bin_moves_by_one_width_and_drops_the_open_bin) {
 TEST_F(OrderMeasuresTest, bad_arrays_are_one_line_and_zero) {
   struct Routine {
     const char* name;
-    float (ztStatistics::*call)(A&);
+    float (ztStatistics::*call)(const Array1<const float>&);
     const char* numbers;  // unallocated, 0 to 0, 2 to 3
   } const routines[] = {{"Median", &ztStatistics::Median, "999"},
                         {"Mode", &ztStatistics::Mode, "999"},
