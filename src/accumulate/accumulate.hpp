@@ -50,7 +50,8 @@ class ztAccumulate {
   void put_ProductionProfile(bool value) { production_profile_ = value; }
 
   /// Accumulates dArr (time column and series, one sample a row) into dAccumulate, one row per
-  /// reporting period; see AccumulateData. Unless RateArray was set, every series is a rate.
+  /// reporting period; see AccumulateData. Unless RateArray was set, every series is a rate. NaN:
+  /// as a time error 5; in a series it is in the periods that its sample reaches into.
   void Accumulate(const Array2<const float>& dArr, Array2<float>& dAccumulate, bool& qOK);
 
  private:

@@ -9,7 +9,7 @@ namespace vqmath63 {
 /// of three points inside, one-sided ones at the ends. Samples 1 to n, n being the upper bound of
 /// xVals; a derivative comes in units of y over x (x squared). Keeps nothing between calls. qOK is
 /// true when every point was reached; a failure is reported under the name of the formula that met
-/// it, and what was written by then stays. O(n).
+/// it, and what was written by then stays. O(n). NaN: in the points whose formula reads it.
 class ztDifferentiate {
  public:
   ztDifferentiate();

@@ -27,7 +27,8 @@ class ztIntegrate {
   void put_IntegrationRule(const std::int32_t& rule);
 
   /// Area under y over x by the instance's rule, samples 1 to the upper bound of xVals. 0 after a
-  /// failure, which is reported under the rule's name.
+  /// failure, which is reported under the rule's name. NaN: flows to the area, unless the rule does
+  /// not read it (Simpson reads two abscissae).
   float Integral(const Array1<const float>& xVals, const Array1<const float>& yVals);
 
  private:

@@ -10,7 +10,8 @@ namespace vqmath63 {
 /// Formation volume factors. Tables are addressed from index 1; each abscissa shares its unit with
 /// the data point, and the factor dB comes in the unit of the tabulated factors (the water
 /// compressibility is per unit of its table's abscissa). Keeps nothing between calls. qOK is false
-/// on entry and true when dB was set; a failure is reported and leaves dB as it was.
+/// on entry and true when dB was set; a failure is reported and leaves dB as it was. NaN: flows to
+/// dB where the search meets it, and qOK is true.
 class ztPetroleum {
  public:
   /// Live oil. Curve p, of primary value dPrimary(p) (dissolved gas, say; ascending), stands in
@@ -25,7 +26,7 @@ class ztPetroleum {
   /// outside the table extend its end interval; where two bracketing primaries are equal, the lower
   /// curve alone counts, and a table of one curve is read from that curve.
   ///
-  /// Limits that hosts have come to know: the entry nVal is never read as a point of the last
+  /// Limits kept on purpose: the entry nVal is never read as a point of the last
   /// curve, and the upper curve's search for a segment compares the segment's far end with the
   /// lower curve's abscissa (the chord serves where that finds none). dNull has no effect.
   ///

@@ -35,6 +35,7 @@ class ztRegression {
   /// Fits samples 1 to the upper bound of xA and keeps the line in A, B and R; `weights` is for the
   /// polynomial fit only. qOK is true after a fit that failed as well, with zero for what it did
   /// not reach. With a polynomial order below 1 the call itself fails (9), and A, B and R stay.
+  /// NaN: flows to A, B and R; of an exponential fit a y of NaN stops the fit and leaves zeros.
   void Regression(const Array1<const float>& xA, const Array1<const float>& yA,
                   const Array1<const float>& weights, bool& qOK);
 

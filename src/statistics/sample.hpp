@@ -10,8 +10,8 @@ namespace vqmath63 {
 /// Counts samples into equal bins. The limits are the instance's own, or the sample's.
 class ztSample {
  public:
-  /// Sets the limits for all later calls. qOK False, and the old limits stay, unless
-  /// xLower < xUpper.
+  /// Sets the limits for all later calls. qOK False, and the old limits stay, unless xLower <
+  /// xUpper. NaN: refused like limits in the wrong order.
   void setLimits(const float& xLower, const float& xUpper, bool& qOK);
 
   /// Counts elements 1 to the upper bound of xA into nBins equal bins between the limits, by
