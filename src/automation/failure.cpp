@@ -1,5 +1,6 @@
 #include "automation/failure.hpp"
 
+#include <cstdio>
 #include <new>
 
 #include "automation/text.hpp"
@@ -45,6 +46,12 @@ HRESULT set_failure(const ClassInfo* info, HRESULT result, const char* text) noe
   }
   creator->Release();
   return result;
+}
+
+HRESULT refuse_null_result(const ClassInfo& info, const char* member) noexcept {
+  char text[128];
+  std::snprintf(text, sizeof text, "Invalid pointer: no place for the result of %s", member);
+  return set_failure(&info, E_POINTER, text);
 }
 
 HRESULT failure_in_flight(const ClassInfo& info) noexcept {

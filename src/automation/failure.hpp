@@ -35,6 +35,9 @@ HRESULT failure_in_flight(const ClassInfo& info) noexcept;
 /// Sets this thread's error info and returns `result`.
 HRESULT set_failure(const ClassInfo* info, HRESULT result, const char* text) noexcept;
 
+/// E_POINTER with error info: the host has given no place for the result of `member`.
+HRESULT refuse_null_result(const ClassInfo& info, const char* member) noexcept;
+
 /// Takes this thread's error info away; false when there is none.
 bool take_failure(IErrorInfo** error) noexcept;
 

@@ -76,8 +76,7 @@ struct Thunk<kTable, kRow, R (C::*)(A...)> : ThunkBase<kTable, kRow, C, R, A...>
 
   static HRESULT VQ_API call(void* self, typename Param<A>::Abi... a, ResultAbi* result) noexcept {
     if (result == nullptr) {
-      return set_failure(&class_info<kTable>(), E_POINTER,
-                         "Invalid pointer: no place for the result");
+      return refuse_null_result(class_info<kTable>(), std::get<kRow>(kTable.rows).name);
     }
     *result = ResultAbi{};
     const HRESULT outcome = Thunk::run(

@@ -86,7 +86,7 @@ TEST_F(VtableTest, arrays_are_looked_at_before_they_are_borrowed) {
 TEST_F(VtableTest, null_pointers_are_refused_and_stand_for_missing_optional_arguments) {
   Value out = bare(VT_BSTR);
   EXPECT_EQ(object->EchoDouble(1, nullptr), E_POINTER);
-  EXPECT_EQ(error_words(), u"Invalid pointer: no place for the result");
+  EXPECT_EQ(error_words(), u"Invalid pointer: no place for the result of EchoDouble");
   EXPECT_EQ(object->ChangeDouble(nullptr), E_POINTER);
   EXPECT_EQ(error_words(), u"Invalid pointer: argument 'x' of ChangeDouble is a null reference");
   BSTR* const to = &out.v.bstrVal;

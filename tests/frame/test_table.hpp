@@ -1,7 +1,9 @@
 // Tables of cases in tests/data: one row a line, fields between tabs, read by their headings.
 #pragma once
 
+#if __has_include(<gtest/gtest.h>)
 #include <gtest/gtest.h>
+#endif
 
 #include <algorithm>
 #include <charconv>
@@ -122,6 +124,7 @@ inline std::vector<TableRow> table_rows(const std::string& file, const std::stri
   return rows;
 }
 
+#ifdef GTEST_TEST
 /// Checks every row of a table, of which there have to be `count`; a failure tells its file, line
 /// and first field.
 inline void each_row(const std::string& file, const std::string& table, std::size_t count,
@@ -137,5 +140,6 @@ inline void each_row(const std::string& file, const std::string& table, std::siz
     }
   }
 }
+#endif
 
 }  // namespace vqmath63

@@ -1,0 +1,171 @@
+// The component and its reference page held to tests/data/interface.tsv.
+#include <cinttypes>
+
+#include "component_host.hpp"
+#include "interface_table.hpp"
+
+namespace vqmath63::component::test {
+namespace {
+
+using namespace automation::test;
+
+constexpr std::size_t kInherited = 7;  // IUnknown and IDispatch
+
+GUID guid_of(const std::string& text) {
+  GUID guid{};
+  unsigned n[8] = {};
+  EXPECT_EQ(text.size(), 36U);
+  std::sscanf(text.c_str(), "%8" SCNx32 "-%4hx-%4hx-%2x%2x-%2x%2x%2x%2x%2x%2x", &guid.Data1,
+              &guid.Data2, &guid.Data3, &n[0], &n[1], &n[2], &n[3], &n[4], &n[5], &n[6], &n[7]);
+  std::copy(std::begin(n), std::end(n), guid.Data4);
+  return guid;
+}
+
+std::u16string wide(const std::string& text) {
+  return {text.begin(), text.end()};
+}
+
+std::u16string programmatic_id(const InterfaceClass& of) {
+  return u"vq140Analyse." + wide(of.name);
+}
+
+// An instance, made by its class id and asked for the interface that the table promises.
+Instance<IDispatch> make(const InterfaceClass& of) {
+  CLSID clsid{};
+  EXPECT_EQ(CLSIDFromProgID(programmatic_id(of).c_str(), &clsid), S_OK);
+  EXPECT_EQ(clsid, guid_of(of.clsid)) << "class id of " << of.name;
+  return {programmatic_id(of).c_str(), guid_of(of.iid)};
+}
+
+// The lines of a description, each without its help.
+std::vector<std::string> described(const OLECHAR* id, std::size_t help) {
+  Value all;
+  all.v.vt = VT_BSTR;
+  EXPECT_EQ(VqDescribe(id, &all.v.bstrVal), S_OK);
+  std::vector<std::string> lines;
+  for (const std::string& line : split(ascii(characters(all.v.bstrVal)), '\n')) {
+    std::string kept;
+    const std::vector<std::string> fields = split(line, '\t');
+    for (std::size_t k = 0; k < fields.size(); ++k) {
+      if (k != help) kept.append(fields[k]).append("|");
+    }
+    lines.push_back(kept);
+  }
+  return lines;
+}
+
+TEST(InterfaceTest, classes_and_members_are_described_as_the_table_has_them) {
+  std::vector<std::string> classes;
+  for (const InterfaceClass& of : interface_table()) {
+    classes.push_back("vq140Analyse." + of.name + "|" + of.name + "|");
+    std::vector<std::string> members;
+    for (const InterfaceMember& member : of.members) {
+      EXPECT_EQ(static_cast<std::size_t>(member.slot), kInherited + members.size()) << member.name;
+      std::string line = member.kind + "|" + member.name + "|" + std::to_string(member.id) + "|" +
+                         member.result + "|";
+      for (const InterfaceArgument& argument : member.arguments) {
+        line += argument.name + "|" + argument.type + (argument.by_ref ? "|in,out|" : "|in|");
+        line += argument.optional ? "optional=" + argument.fallback + "|" : "required|";
+      }
+      members.push_back(line);
+    }
+    EXPECT_EQ(described(programmatic_id(of).c_str(), 4), members) << of.name;
+  }
+  EXPECT_EQ(described(nullptr, 2), classes);
+}
+
+TEST(InterfaceTest, names_have_the_ids_of_the_table) {
+  std::size_t members = 0;
+  for (const InterfaceClass& of : interface_table()) {
+    const Instance<IDispatch> object = make(of);
+    for (const InterfaceMember& member : of.members) {
+      std::vector<std::u16string> names{wide(member.name)};
+      std::vector<DISPID> want{member.id}, ids;
+      for (const InterfaceArgument& argument : member.arguments) {
+        want.push_back(static_cast<DISPID>(names.size()) - 1);
+        names.push_back(wide(argument.name));
+      }
+      std::vector<OLECHAR*> asked;
+      for (std::u16string& name : names) asked.push_back(name.data());
+      ids.resize(asked.size());
+      EXPECT_EQ(object->GetIDsOfNames(IID_NULL, asked.data(), static_cast<UINT>(asked.size()), 0,
+                                      ids.data()),
+                S_OK);
+      EXPECT_EQ(ids, want) << of.name << "." << member.name;
+      ++members;
+    }
+  }
+  EXPECT_GE(members, 175U);
+}
+
+// Who is at a slot tells by its name that it was given nothing: every argument and the place for
+// the result are null. Those by value that have no result do their work with zeros.
+std::string called_with_nothing(void* object, int slot) {
+  using Slot = HRESULT (*)(void*, void*, void*, void*, void*, void*, void*, void*, void*, void*,
+                           void*, void*, void*, double, double, double);
+  const Slot function = (*static_cast<Slot**>(object))[slot];
+  const HRESULT hr = function(object, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                              nullptr, nullptr, nullptr, nullptr, nullptr, 0.0, 0.0, 0.0);
+  return hr == S_OK ? "" : ascii(error_words());
+}
+
+TEST(InterfaceTest, each_slot_of_the_vtable_is_the_member_of_its_row) {
+  const Lines close_down;
+  std::size_t told = 0;
+  for (const InterfaceClass& of : interface_table()) {
+    const Instance<IDispatch> object = make(of);
+    for (const InterfaceMember& member : of.members) {
+      const bool by_ref = std::any_of(member.arguments.begin(), member.arguments.end(),
+                                      [](const InterfaceArgument& a) { return a.by_ref; });
+      std::string want;
+      if (!member.result.empty()) {
+        want = "no place for the result of " + member.name;
+      } else if (by_ref) {
+        want = "' of " + member.name + " is a null reference";
+      }
+      if (!want.empty()) ++told;
+      const std::string words = called_with_nothing(object.object, member.slot);
+      EXPECT_TRUE(want.empty() ? words.empty() : words.ends_with(want))
+          << of.name << "." << member.name << " at slot " << member.slot << ": " << words;
+    }
+  }
+  EXPECT_GE(told, 163U);  // all but the settings by value and CloseDown
+}
+
+// A member as the reference page declares it.
+std::string declaration(const InterfaceMember& member) {
+  std::string text = member.kind == "get"    ? "Property Get "
+                     : member.kind == "let"  ? "Property Let "
+                     : member.result.empty() ? "Sub "
+                                             : "Function ";
+  text += member.name + "(";
+  for (const InterfaceArgument& argument : member.arguments) {
+    const std::size_t brackets = std::min(argument.type.find('('), argument.type.size());
+    if (text.back() != '(') text += ", ";
+    if (argument.optional) text += "[";
+    text += (argument.by_ref ? "ByRef " : "ByVal ") + argument.name;
+    text += argument.type.substr(brackets) + " As " + argument.type.substr(0, brackets);
+    if (argument.optional) text += " = " + argument.fallback + "]";
+  }
+  return text + ")" + (member.result.empty() ? "" : " As " + member.result);
+}
+
+TEST(InterfaceTest, the_reference_page_declares_the_members_of_the_table) {
+  std::ifstream page(VQ_DOCS "/reference.md");
+  std::vector<std::string> got, want;
+  for (std::string line; std::getline(page, line);) {
+    const bool member = line.starts_with("| ") && line.find("| `") != line.npos;
+    if (line.starts_with("## zt")) got.push_back(line);
+    if (member) got.push_back(line.substr(0, line.find("` |")));
+  }
+  for (const InterfaceClass& of : interface_table()) {
+    want.push_back("## " + of.name);
+    for (const InterfaceMember& member : of.members) {
+      want.push_back("| " + std::to_string(member.id) + " | `" + declaration(member));
+    }
+  }
+  EXPECT_EQ(got, want) << "write it anew by: vqgenerate reference > docs/reference.md";
+}
+
+}  // namespace
+}  // namespace vqmath63::component::test
