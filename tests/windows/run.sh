@@ -92,6 +92,7 @@ wine regsvr32 /s /u "$dll" >/dev/null 2>&1
 wine regsvr32 /s /u /n /i:user "$dll" >/dev/null 2>&1
 run "early_bound, unregistered" "$clients/early_bound.exe" "$table" \
   "$(windows_path "$build/src/vqmath63.manifest")"
+run "type library" "$clients/type_library.exe" "$dll"
 expect ok "register" regsvr32 /s "$dll"
 run "registry: machine" "$clients/registry.exe" machine "$dll"
 run "by_name.vbs" cscript //nologo "$scripts\\by_name.vbs" "$table"

@@ -1,0 +1,182 @@
+// The type library inside the component, as hosts that compile against it read it, held to
+// tests/data/interface.tsv. Argument: the path of the component.
+#include "check.hpp"
+#include "component/interface_table.hpp"
+
+namespace {
+
+using namespace vqmath63::component::test;
+
+GUID guid_of(const std::string& text) {
+  GUID guid{};
+  const std::string braced = "{" + text + "}";
+  CLSIDFromString(std::wstring(braced.begin(), braced.end()).c_str(), &guid);
+  return guid;
+}
+
+std::string type_name(VARTYPE vt) {
+  switch (vt) {
+    case VT_R4:
+      return "Single";
+    case VT_R8:
+      return "Double";
+    case VT_I4:
+      return "Long";
+    case VT_BOOL:
+      return "Boolean";
+    case VT_DATE:
+      return "Date";
+    case VT_BSTR:
+      return "String";
+    default:
+      return "type " + std::to_string(vt);
+  }
+}
+
+// As the table writes it, but for the number of dimensions, which the library does not tell.
+std::string type_text(const TYPEDESC& type) {
+  if (type.vt == VT_PTR) return "ref " + type_text(*type.lptdesc);
+  if (type.vt == VT_SAFEARRAY) return type_name(type.lptdesc->vt) + "()";
+  return type_name(type.vt);
+}
+
+std::string default_text(const PARAMDESC& parameter) {
+  if ((parameter.wParamFlags & PARAMFLAG_FHASDEFAULT) == 0) return " without default";
+  const VARIANT& value = parameter.pparamdescex->varDefaultValue;
+  std::string text = " " + type_name(value.vt) + "=";
+  char digits[32];
+  std::snprintf(digits, sizeof digits, "%g", static_cast<double>(value.fltVal));
+  if (value.vt == VT_R4) return text + digits;
+  if (value.vt == VT_BOOL && value.boolVal == VARIANT_TRUE) return text + "True";
+  const std::wstring words = value.vt == VT_BSTR && value.bstrVal != nullptr ? value.bstrVal : L"";
+  return text + '"' + std::string(words.begin(), words.end()) + '"';
+}
+
+// Type, use and default of a parameter.
+std::string parameter_text(const ELEMDESC& parameter) {
+  constexpr struct {
+    USHORT flag;
+    const char* word;
+  } kUses[] = {{PARAMFLAG_FIN, " in"},
+               {PARAMFLAG_FOUT, " out"},
+               {PARAMFLAG_FRETVAL, " result"},
+               {PARAMFLAG_FOPT, " optional"}};
+  std::string text = type_text(parameter.tdesc);
+  for (const auto& use : kUses) {
+    if ((parameter.paramdesc.wParamFlags & use.flag) != 0) text += use.word;
+  }
+  const bool optional = (parameter.paramdesc.wParamFlags & PARAMFLAG_FOPT) != 0;
+  return optional ? text + default_text(parameter.paramdesc) : text;
+}
+
+std::string wanted_text(const InterfaceArgument& argument) {
+  std::string type = argument.type.substr(0, argument.type.find('('));
+  std::string text = (argument.by_ref ? "ref " : "") + type;
+  if (type != argument.type) text += "()";
+  text += argument.by_ref ? " in out" : " in";
+  return argument.optional ? text + " optional " + type + "=" + argument.fallback : text;
+}
+
+void same(const std::string& got, const std::string& wanted, const std::string& what) {
+  checks.that(got == wanted, what + ": '" + got + "', wanted '" + wanted + "'");
+}
+
+// The library keeps one spelling of each name, that of its first use.
+void same_name(const Text& got, const std::string& wanted, const std::string& what) {
+  checks.that(_stricmp(got.ascii().c_str(), wanted.c_str()) == 0,
+              what + ": '" + got.ascii() + "', wanted '" + wanted + "'");
+}
+
+void check_member(ITypeInfo* info, UINT index, const InterfaceMember& member,
+                  const std::string& of) {
+  FUNCDESC* function = nullptr;
+  const std::string what = of + "." + member.name;
+  checks.result(info->GetFuncDesc(index, &function), S_OK, what);
+  if (function == nullptr) return;
+  const INVOKEKIND kind = member.kind == "get"   ? INVOKE_PROPERTYGET
+                          : member.kind == "let" ? INVOKE_PROPERTYPUT
+                                                 : INVOKE_FUNC;
+  checks.that(function->memid == member.id, what + ": id");
+  checks.that(function->invkind == kind, what + ": " + member.kind);
+  checks.that(static_cast<std::size_t>(function->oVft) ==
+                  static_cast<std::size_t>(member.slot) * sizeof(void*),
+              what + ": slot");
+  Text name, help;
+  info->GetDocumentation(function->memid, &name.text, &help.text, nullptr, nullptr);
+  same_name(name, member.name, what);
+  checks.that(SysStringLen(help.text) > 0, what + ": help text");
+
+  std::vector<std::string> wanted;
+  for (const InterfaceArgument& argument : member.arguments) {
+    wanted.push_back(wanted_text(argument));
+  }
+  if (!member.result.empty()) wanted.push_back("ref " + member.result + " out result");
+  checks.that(static_cast<std::size_t>(function->cParams) == wanted.size(), what + ": arguments");
+  for (std::size_t k = 0; k < wanted.size() && static_cast<SHORT>(k) < function->cParams; ++k) {
+    same(parameter_text(function->lprgelemdescParam[k]), wanted[k],
+         what + ", argument " + std::to_string(k + 1));
+  }
+  BSTR names[17] = {};
+  UINT count = 0;
+  info->GetNames(function->memid, names, 17, &count);
+  for (UINT k = 0; k < count; ++k) {
+    Text taken;
+    taken.text = names[k];
+    // The value of a property let has no name in there.
+    if (k == 0 || k > member.arguments.size() || kind == INVOKE_PROPERTYPUT) continue;
+    same_name(taken, member.arguments[k - 1].name, what);
+  }
+  checks.that(kind == INVOKE_PROPERTYPUT || count > member.arguments.size(), what + ": names");
+  info->ReleaseFuncDesc(function);
+}
+
+void check_class(ITypeLib* library, const InterfaceClass& of) {
+  Holder<ITypeInfo> creatable, dispatch, vtable;
+  HREFTYPE reference = 0;
+  TYPEATTR* attributes = nullptr;
+  checks.result(library->GetTypeInfoOfGuid(guid_of(of.clsid), creatable.place()), S_OK,
+                of.name + ": class id");
+  if (creatable.get() == nullptr) return;
+  Text name;
+  creatable->GetDocumentation(MEMBERID_NIL, &name.text, nullptr, nullptr, nullptr);
+  same(name.ascii(), of.name, "class");
+  creatable->GetTypeAttr(&attributes);
+  checks.that(attributes->typekind == TKIND_COCLASS, of.name + ": creatable");
+  creatable->ReleaseTypeAttr(attributes);
+  creatable->GetRefTypeOfImplType(0, &reference);
+  creatable->GetRefTypeInfo(reference, dispatch.place());
+  // Of a dual interface the library gives the dispatch view first; its vtable view is type -1.
+  dispatch->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference);
+  dispatch->GetRefTypeInfo(reference, vtable.place());
+  if (!checks.that(vtable.get() != nullptr, of.name + ": dual interface")) return;
+  vtable->GetTypeAttr(&attributes);
+  checks.that(IsEqualGUID(attributes->guid, guid_of(of.iid)), of.name + ": interface id");
+  const UINT members = attributes->cFuncs;
+  vtable->ReleaseTypeAttr(attributes);
+  checks.that(members == of.members.size(), of.name + ": members " + std::to_string(members));
+  for (UINT k = 0; k < members && k < of.members.size(); ++k) {
+    check_member(vtable.get(), k, of.members[k], of.name);
+  }
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  if (count != 2) return 2;
+  CoInitialize(nullptr);
+  {
+    Holder<ITypeLib> library;
+    const std::string path = words[1];
+    checks.result(LoadTypeLibEx(std::wstring(path.begin(), path.end()).c_str(), REGKIND_NONE,
+                                library.place()),
+                  S_OK, "type library");
+    const std::vector<InterfaceClass> classes = interface_table();
+    checks.that(classes.size() == 9, "nine classes");
+    if (library.get() != nullptr) {
+      for (const InterfaceClass& of : classes) check_class(library.get(), of);
+      checks.that(library->GetTypeInfoCount() == 2 * classes.size(), "nothing but the classes");
+    }
+  }
+  CoUninitialize();
+  return checks.close();
+}
