@@ -59,6 +59,7 @@ inline std::vector<InterfaceClass> interface_table() {
     const auto of = std::find_if(classes.begin(), classes.end(), [&](const InterfaceClass& c) {
       return c.name == row["class"].text;
     });
+    if (of == classes.end()) throw std::invalid_argument("no class " + row["class"].text);
     of->members.push_back(member);
   }
   return classes;
