@@ -3,13 +3,25 @@
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <iostream>
+#include <map>
 
-#include "host/csv.hpp"
+#include "host/data/csv.hpp"
 #include "host/failure.hpp"
 #include "host/text.hpp"
 
 namespace vqmath63::host {
 namespace {
+
+struct Entry {
+  const char* help;
+  RegisteredCommand::Declare declare;
+};
+
+// By name. Files register themselves while the program starts, in any order.
+std::multimap<std::string, Entry>& registered() {
+  static std::multimap<std::string, Entry> commands;
+  return commands;
+}
 
 // Every value is taken as text and converted here, whatever the locale.
 template <class Take>
@@ -104,17 +116,21 @@ Command& Command::does(Work work) {
   return *this;
 }
 
+RegisteredCommand::RegisteredCommand(const char* name, const char* help, Declare declare) {
+  registered().emplace(name, Entry{help, declare});
+}
+
 CommandLine::CommandLine(const char* program, const char* description, const char* notes)
     : app_(std::make_unique<CLI::App>(description, program)) {
   app_->footer(notes);
   app_->require_subcommand(0, 1);
+  for (const auto& [name, entry] : registered()) {
+    Command command(app_->add_subcommand(name, entry.help), &chosen_);
+    entry.declare(command);
+  }
 }
 
 CommandLine::~CommandLine() = default;
-
-Command CommandLine::add(const char* name, const char* help) {
-  return {app_->add_subcommand(name, help), &chosen_};
-}
 
 void CommandLine::add_option(const char* name, const char* help, Work work) {
   app_->add_flag_callback(

@@ -50,7 +50,17 @@ class Command {
   Work* chosen_;
 };
 
-/// The program's command line.
+/// A command of the program. A file commands/*_command.cpp is one, and has one such object:
+///
+///   const RegisteredCommand kRegistered{"fit", "Fit a line to two columns of a file", &declare};
+///
+/// where declare(Command&) says what its line holds and what is done.
+struct RegisteredCommand {
+  using Declare = void (*)(Command& command);
+  RegisteredCommand(const char* name, const char* help, Declare declare);
+};
+
+/// The program's command line, with all registered commands in alphabetical order.
 class CommandLine {
  public:
   CommandLine(const char* program, const char* description, const char* notes);
@@ -58,7 +68,6 @@ class CommandLine {
   CommandLine(const CommandLine&) = delete;
   CommandLine& operator=(const CommandLine&) = delete;
 
-  Command add(const char* name, const char* help);
   /// An option of the program itself that asks for work, as --version does.
   void add_option(const char* name, const char* help, Work work);
 

@@ -1,21 +1,28 @@
 // vqhost: the command-line host of the component.
 #include <iostream>
 
-#include "host/commands.hpp"
+#include "host/client/dispatch_client.hpp"
+#include "host/client/message_sink.hpp"
+#include "host/command_line.hpp"
+#include "host/data/values.hpp"
 #include "host/failure.hpp"
 
 namespace {
 
 using namespace vqmath63::host;
 
-constexpr AddCommand kCommands[] = {add_classes,       add_members,    add_call,    add_table,
-                                    add_accumulate,    add_statistics, add_fit,     add_derivative,
-                                    add_volume_factor, add_inside,     add_crossing};
-
 constexpr const char* kNotes =
     "Example: vqhost accumulate wells.csv --period quarter\n"
     "Exit status: 0 done, 1 the work failed, 2 the command line is wrong.\n"
     "'vqhost COMMAND --help' tells more of a command.";
+
+std::string version_text() {
+  const MessageSink sink;
+  std::vector<Argument> arguments;
+  arguments.push_back({Value::boolean(false), "qLogToFile"});  // asking starts no log
+  DispatchObject info = DispatchObject::create("ztAnalyseInfo");
+  return value_text(info.get("DLLVersion", std::move(arguments)).get(), true);
+}
 
 int run(int argc, char** argv) {
   CommandLine program("vqhost", "Uses the classes of the component vqmath63 by name.", kNotes);
@@ -23,7 +30,6 @@ int run(int argc, char** argv) {
     std::cout << version_text() << '\n';
     return kSuccess;
   });
-  for (const AddCommand add : kCommands) add(program);
   return program.parse(argc, argv)();
 }
 

@@ -1,10 +1,11 @@
 // CSV files as people have them: what is read, and what is said where they cannot be read.
-#include "host/csv.hpp"
+#include "host/data/csv.hpp"
 
 #include <gtest/gtest.h>
 
+#include "host/client/dispatch_client.hpp"
+#include "host/data/moment.hpp"
 #include "host/failure.hpp"
-#include "host/moment.hpp"
 
 namespace vqmath63::host {
 namespace {

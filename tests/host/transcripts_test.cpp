@@ -1,37 +1,28 @@
-// The program vqhost as a user meets it: runs the transcripts of tests/data/vqhost.
+// The program vqhost as a user meets it: runs every transcript of tests/data/vqhost.
 //
-// A transcript writes files ("file NAME" and lines after "| ") and runs command lines ("$ "). What
-// follows one is expected of it: its exit status ("= ", 0 when not said), texts that the output has
-// one after the other ("> ") and the messages ("! "), with \n for a line's end. Without messages
-// nothing is said; without texts a command that fails prints nothing.
+// A transcript writes files ("file NAME" and lines after "| ") and runs command lines: "$ " and the
+// words after vqhost, with the exit status in front of the blank where it is not 0, "$2 fit". What
+// follows one is expected of it: texts that the output has one after the other ("> ") and the
+// messages ("! "), with \n for a line's end. Without messages nothing is said; without texts a
+// command that fails prints nothing.
 #include "host/vqhost_program.hpp"
 
 namespace vqmath63::host {
 namespace {
 
-struct Transcript {
-  const char* name;
-  int commands;
-};
-
-struct Command {
-  std::string arguments;
-  int status = 0;
-  std::vector<std::string> out;
-  std::vector<std::string> err;
-};
-
-class VqhostTranscript : public Vqhost, public testing::WithParamInterface<Transcript> {
+class Transcript : public Vqhost, public testing::WithParamInterface<std::string> {
  protected:
-  void expect(const Command& command) const {
-    const Outcome outcome = run(command.arguments);
-    EXPECT_EQ(outcome.status, command.status) << outcome.err;
-    expect_in_order(outcome.out, command.out, "the output");
-    expect_in_order(outcome.err, command.err, "the error stream");
-    if (command.err.empty()) {
+  void expect(const std::string& line, const std::vector<std::string>& out,
+              const std::vector<std::string>& err) const {
+    const auto words = line.find(' ');
+    const Outcome outcome = run(line.substr(words));
+    EXPECT_EQ(outcome.status, words == 1 ? 0 : std::stoi(line.substr(1))) << outcome.err;
+    expect_in_order(outcome.out, out, "the output");
+    expect_in_order(outcome.err, err, "the error stream");
+    if (err.empty()) {
       EXPECT_EQ(outcome.err, "");
     }
-    if (command.out.empty() && command.status != 0) {
+    if (out.empty() && words > 1) {
       EXPECT_EQ(outcome.out, "");
     }
   }
@@ -44,15 +35,25 @@ std::string unescaped(std::string text) {
   return text;
 }
 
-TEST_P(VqhostTranscript, Holds) {
-  const std::string path = std::string(VQ_TEST_DATA "/vqhost/") + GetParam().name + ".txt";
+std::vector<std::string> transcripts() {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(VQ_TEST_DATA "/vqhost")) {
+    names.push_back(entry.path().stem());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+TEST_P(Transcript, Holds) {
+  const std::string path = std::string(VQ_TEST_DATA "/vqhost/") + GetParam() + ".txt";
   const auto lines = lines_of(contents(path));
+  std::size_t i = 0;
+  const auto starts = [&](const char* mark) {
+    return i < lines.size() && lines[i].starts_with(mark);
+  };
   int commands = 0;
-  for (std::size_t i = 0; i < lines.size();) {
+  while (i < lines.size()) {
     SCOPED_TRACE(path + ":" + std::to_string(i + 1) + ": " + lines[i]);
-    const auto starts = [&](const char* mark) {
-      return i < lines.size() && lines[i].starts_with(mark);
-    };
     if (starts("# ")) {
       ++i;
     } else if (starts("file ")) {
@@ -61,37 +62,40 @@ TEST_P(VqhostTranscript, Holds) {
       for (; starts("| "); ++i) text += lines[i].substr(2) + "\n";
       write(name, text);
     } else {
-      ASSERT_TRUE(starts("$"));
-      Command command;
-      command.arguments = lines[i++].substr(1);
-      for (; starts("= ") || starts("> ") || starts("! "); ++i) {
-        const std::string text = lines[i].substr(2);
-        if (starts("= ")) command.status = std::stoi(text);
-        if (starts("> ")) command.out.push_back(unescaped(text));
-        if (starts("! ")) command.err.push_back(unescaped(text));
+      ASSERT_TRUE(starts("$ ") || starts("$1 ") || starts("$2 "));
+      const std::string& line = lines[i++];
+      std::vector<std::string> out;
+      std::vector<std::string> err;
+      for (; starts("> ") || starts("! "); ++i) {
+        (starts("> ") ? out : err).push_back(unescaped(lines[i].substr(2)));
       }
-      expect(command);
+      expect(line, out, err);
       ++commands;
     }
   }
-  EXPECT_EQ(commands, GetParam().commands);
+  EXPECT_GT(commands, 0);
 }
 
-constexpr Transcript kTranscripts[] = {
-    {"calls_and_accumulation", 77},
-    {"cells", 24},
-    {"crossing", 17},
-    {"derivative", 10},
-    {"fit", 21},
-    {"inside", 20},
-    {"statistics", 25},
-    {"table", 30},
-    {"volume_factor", 29},
-    {"volume_factor_tables", 16},
-};
+INSTANTIATE_TEST_SUITE_P(Vqhost, Transcript, testing::ValuesIn(transcripts()),
+                         [](const auto& each) { return each.param; });
 
-INSTANTIATE_TEST_SUITE_P(Vqhost, VqhostTranscript, testing::ValuesIn(kTranscripts),
-                         [](const auto& each) { return std::string(each.param.name); });
+// Each command is in some transcript, and its help ends with an example.
+TEST_F(Vqhost, EveryCommandHasATranscriptAndAnExample) {
+  std::string all;
+  for (const std::string& name : transcripts()) {
+    all += contents(std::string(VQ_TEST_DATA "/vqhost/") + name + ".txt");
+  }
+  const auto help = lines_of(run("--help").out);
+  auto line = std::find(help.begin(), help.end(), "Subcommands:");
+  int commands = 0;
+  while (line != help.end() && (++line)->starts_with("  ")) {
+    const std::string name = line->substr(2, line->find(' ', 2) - 2);
+    EXPECT_NE(all.find("\n$ " + name + " "), std::string::npos) << name;
+    EXPECT_NE(run(name + " --help").out.find("xample"), std::string::npos) << name;
+    ++commands;
+  }
+  EXPECT_GE(commands, 11);
+}
 
 }  // namespace
 }  // namespace vqmath63::host

@@ -1,0 +1,122 @@
+// A component's objects by name: owners of VARIANTs and IDispatch references, and calls with them.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "automation/text.hpp"
+#include "automation/types.hpp"
+#include "host/failure.hpp"
+
+namespace vqmath63::host {
+
+/// A call by name failed; the text is the component's own where it gave one.
+struct AutomationError : WorkError {
+  using WorkError::WorkError;
+};
+
+using automation::utf16;
+using automation::utf8;
+
+/// The text of a BSTR, which is freed.
+std::string taken_text(BSTR text);
+
+/// Between counts of days since 1899-12-30, with the time of day as their fraction, and automation
+/// dates: the same from that day on, while before it an automation date's fraction is unsigned.
+double automation_date(double days);
+double day_count(double automation_date);
+
+/// Owns a VARIANT and what it holds. A new one is empty.
+class Value {
+ public:
+  Value() { VariantInit(&variant_); }
+  ~Value() { VariantClear(&variant_); }
+  Value(Value&& other) noexcept : variant_(other.variant_) { VariantInit(&other.variant_); }
+  Value& operator=(Value&& other) noexcept;
+
+  static Value number(double value);
+  static Value whole_number(std::int32_t value);
+  static Value boolean(bool value);
+  /// A count of days.
+  static Value date(double days);
+  static Value text(std::string_view utf8);
+  /// Takes over the array, whose elements are of type `element`.
+  static Value array(VARTYPE element, SAFEARRAY* array);
+  /// A copy of another value.
+  static Value copy(const Value& from);
+  /// What stands for an argument that was left out.
+  static Value missing();
+  /// Refers to `target` (VT_BYREF | VT_VARIANT), which must outlive the result.
+  static Value reference(Value& target);
+  /// Refers to the caller's own array variable, which must outlive the result.
+  static Value array_reference(VARTYPE element, SAFEARRAY** place);
+  static Value boolean_reference(VARIANT_BOOL* place);
+
+  const VARIANT& get() const { return variant_; }
+  VARIANT* put() { return &variant_; }
+  bool is_empty() const { return variant_.vt == VT_EMPTY; }
+
+ private:
+  VARIANT variant_;
+};
+
+/// Owns a safe array, or none.
+class ArrayOwner {
+ public:
+  explicit ArrayOwner(SAFEARRAY* array = nullptr) : array_(array) {}
+  ~ArrayOwner();
+  ArrayOwner(ArrayOwner&& other) noexcept : array_(other.release()) {}
+  ArrayOwner& operator=(ArrayOwner&&) = delete;
+
+  SAFEARRAY* get() const { return array_; }
+  SAFEARRAY** place() { return &array_; }
+  SAFEARRAY* release();
+
+ private:
+  SAFEARRAY* array_;
+};
+
+/// A new array with lower bounds 1: of `rows` elements, or of rows x columns where `columns` is not
+/// 0. WorkError when there is no memory for it.
+SAFEARRAY* new_array(VARTYPE element, std::size_t rows, std::size_t columns = 0);
+
+/// An argument of a call; with a name it is passed by that name.
+struct Argument {
+  Value value;
+  std::string name{};
+};
+
+/// An object of the component, used by name.
+class DispatchObject {
+ public:
+  /// Creates an object of a class: "ztAccumulate", or its whole programmatic id.
+  static DispatchObject create(const std::string& class_name);
+
+  DispatchObject(DispatchObject&& other) noexcept : object_(other.object_) {
+    other.object_ = nullptr;
+  }
+  DispatchObject& operator=(DispatchObject&&) = delete;
+  ~DispatchObject();
+
+  /// Calls a method.
+  Value call(const std::string& member, std::vector<Argument> arguments);
+  /// Calls a method whose last argument is the flag qOK, which is added here; what it says.
+  bool succeeds(const std::string& member, std::vector<Argument> arguments);
+  /// Reads a property.
+  Value get(const std::string& property, std::vector<Argument> arguments = {});
+  /// Sets a property.
+  void put(const std::string& property, Value value);
+
+ private:
+  explicit DispatchObject(IDispatch* object) : object_(object) {}
+  Value invoke(const std::string& member, WORD flags, std::vector<Argument>& arguments);
+
+  IDispatch* object_;
+};
+
+/// "vq140Analyse." and the class name, unless that is there already.
+std::string programmatic_id(const std::string& class_name);
+
+}  // namespace vqmath63::host

@@ -1,0 +1,112 @@
+// The command that accumulates a dated production table onto reporting periods.
+#include <iostream>
+#include <memory>
+
+#include "host/client/message_sink.hpp"
+#include "host/command_line.hpp"
+#include "host/commands/accumulation.hpp"
+#include "host/commands/period_table.hpp"
+#include "host/commands/production.hpp"
+#include "host/data/moment.hpp"
+#include "host/data/output.hpp"
+#include "host/failure.hpp"
+#include "host/text.hpp"
+
+namespace vqmath63::host {
+namespace {
+
+constexpr const char* kNotes =
+    "The file has a header and, row by row in ascending time, a first column of dates (YYYY-MM-DD\n"
+    "or YYYY-MM-DD hh:mm) or of numbers, then series. A rate is the mean of the interval that "
+    "ends\n"
+    "at its row. Of each period the table has the mean of a rate and the last value of a\n"
+    "cumulative series. Only what the rows cover is reported. Times and values are Singles of 24\n"
+    "bits: period ends are shown as the roundest clock time within that precision (20 seconds at\n"
+    "ten years).\n"
+    "Period words: minute, hour, day, week, month, bi-monthly, quarter, half-year, year.\n"
+    "Examples: vqhost accumulate samples/field_wells.csv --start 2015-01-01 --period quarter\n"
+    "            --cumulative field_oil_cum\n"
+    "          vqhost accumulate history.csv --time month --start-data 2023-01-31 -o out.csv";
+
+struct Options {
+  ProductionChoice data;
+  std::optional<std::string> data_period;
+  std::string columns;
+  std::string cumulative;
+  std::optional<std::string> start_data;
+  std::optional<std::string> start;
+  PeriodSettings periods;
+  std::string output;
+};
+
+std::optional<double> moment_option(const std::optional<std::string>& text, const char* option) {
+  if (!text) return std::nullopt;
+  const auto moment = parse_moment(*text);
+  if (moment) return moment;
+  throw UsageError(std::string(option) + ": " + in_quotes(*text) +
+                   " is not a date (YYYY-MM-DD or \"YYYY-MM-DD hh:mm\")");
+}
+
+int run(Options options) {
+  check_output(options.output, options.data.path);
+  options.data.start_data = moment_option(options.start_data, "--start-data");
+  const auto start = moment_option(options.start, "--start");
+  if (!options.columns.empty()) options.data.columns = split(options.columns, ',');
+  if (!options.cumulative.empty()) options.data.cumulative = split(options.cumulative, ',');
+  options.data.from_row = static_cast<std::size_t>(options.periods.from_row);
+
+  const Production production = read_production(options.data);
+  options.periods.data_period = options.data_period.value_or("day");
+  const std::string& word = options.periods.data_period;
+  if (production.dated && !same_letters(word, "day") && !same_letters(word, "days")) {
+    throw UsageError("--time " + word + ": the first column of " + options.data.path +
+                     " holds dates, which need no period word");
+  }
+  for (const std::string& name : production.left_out) {
+    std::cerr << "vqhost: column '" << name << "' holds no numbers and is left out\n";
+  }
+  const MessageSink sink;
+  options.periods.start = start.value_or(production.start_data);
+  const Accumulated accumulated = accumulate(production, options.periods);
+  if (options.output.empty()) {
+    print_table(std::cout, production, accumulated);
+  } else if (options.output == "-") {
+    print_csv(std::cout, production, accumulated);
+  } else {
+    write_file(options.output,
+               counted(accumulated.periods(), "period") + " of " +
+                   std::to_string(production.names.size()) + " series",
+               [&](std::ostream& out) { print_csv(out, production, accumulated); });
+  }
+  return kSuccess;
+}
+
+void declare(Command& command) {
+  const auto options = std::make_shared<Options>();
+  Options& o = *options;
+  o.periods.period = "month";
+  command.argument("FILE", o.data.path, "CSV file with a header; - reads the standard input")
+      .option("--time,--data-period", "WORD", o.data_period,
+              "Period word in which a first column of numbers counts (default day)")
+      .option("--start-data", "DATE", o.start_data,
+              "Moment of time 0 (default: the first date; needed with numbers)")
+      .option("--start", "DATE", o.start, "Start of reporting (default: the same)")
+      .option("--period", "WORD", o.periods.period, "Reporting period word (default month)")
+      .count("--frequency", o.periods.frequency, "Periods per row (default 1)")
+      .option("--columns", "COL,...", o.columns,
+              "Series by header or number (default: all columns of numbers)")
+      .option("--cumulative", "COL,...", o.cumulative,
+              "Series that are cumulative values; all others are rates")
+      .count("--from-row", o.periods.from_row, "First row used (default 1)")
+      .option("--empty-as", "VALUE", o.data.empty_as, "Value of missing cells (default: an error)")
+      .option("-o,--output", "OUT.csv", o.output,
+              "Write CSV to this file; - is the standard output")
+      .notes(kNotes)
+      .does([options] { return run(*options); });
+}
+
+const RegisteredCommand kRegistered{
+    "accumulate", "Accumulate a dated production table onto calendar periods", &declare};
+
+}  // namespace
+}  // namespace vqmath63::host

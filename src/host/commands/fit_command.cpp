@@ -1,0 +1,247 @@
+// The command that fits a line to two columns of a file, and says it in words.
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cmath>
+#include <iostream>
+#include <limits>
+#include <memory>
+
+#include "host/client/message_sink.hpp"
+#include "host/command_line.hpp"
+#include "host/data/columns.hpp"
+#include "host/data/moment.hpp"
+#include "host/data/values.hpp"
+#include "host/failure.hpp"
+#include "host/text.hpp"
+
+namespace vqmath63::host {
+namespace {
+
+constexpr const char* kNotes =
+    "Types: linear        y = A + B x\n"
+    "       logarithmic   y = A + B ln x\n"
+    "       exponential   ln y = A + B x\n"
+    "       power         ln y = A + B ln x\n"
+    "       polynomial    the line of power: ztRegression keeps no polynomial coefficients\n"
+    "Words in any letter case; L, E and P are linear, exponential and polynomial, as for the\n"
+    "property RegressionType. That property takes every word in L as linear, so that for a\n"
+    "logarithmic fit this command hands ln x to a linear one. R is the correlation coefficient.\n"
+    "Values are Singles of 24 bits, and so are the sums: an x with a large offset, such as a year\n"
+    "with fractions, wants that taken off first. Dates count in days from the first one on.\n"
+    "Example: vqhost fit samples/field_wells.csv --x date --y W-1 --type exponential --skip";
+
+struct Type {
+  const char* word;
+  const char* letter;    // by which the property knows it
+  const char* property;  // what RegressionType is set to
+  bool log_x;
+  bool log_y;
+};
+constexpr Type kTypes[] = {{"linear", "L", "Linear", false, false},
+                           {"logarithmic", "", "Linear", true, false},
+                           {"exponential", "E", "Exponential", false, true},
+                           {"power", "", "Power", true, true},
+                           {"polynomial", "P", "Polynomial", true, true}};
+
+struct Options {
+  std::string path;
+  std::string x = "1";
+  std::string y = "2";
+  std::string type = "linear";
+  bool skip = false;
+};
+
+const Type& type_of(const std::string& word) {
+  std::string words;
+  for (const Type& type : kTypes) {
+    if (same_letters(word, type.word) || (!word.empty() && same_letters(word, type.letter))) {
+      return type;
+    }
+    words += (words.empty() ? "" : ", ") + std::string(type.word);
+  }
+  throw UsageError("--type: " + in_quotes(word) + " is none of " + words);
+}
+
+// The samples: no gaps, only values above 0 where a logarithm is taken, and days from the first
+// date on; `first_date` is that date.
+Columns read_samples(const Options& options, const Type& type, double& first_date) {
+  Columns data(CsvFile(options.path), {options.x, options.y}, true);
+  if (!options.skip) data.refuse_gaps(kSkipHint);
+  if (data.dated(0)) {
+    first_date = data[0][0];
+    for (const double date : data[0]) first_date = std::fmin(first_date, date);
+    for (double& date : data[0]) date -= first_date;
+  }
+  for (std::size_t row = 0; row < data.rows(); ++row) {
+    for (const std::size_t c : {std::size_t{0}, std::size_t{1}}) {
+      // It is the Single whose logarithm is taken.
+      if (!(c == 0 ? type.log_x : type.log_y) || data.single(row, c) > 0.0F) continue;
+      if (!options.skip && !std::isnan(data[c][row])) {
+        data.refuse(row, c,
+                    number_text(data[c][row]) + " is not above 0, and the " + type.word +
+                        " fit takes its logarithm" + kSkipHint);
+      }
+      data[c][row] = std::numeric_limits<double>::quiet_NaN();
+    }
+  }
+  data.leave_gaps_out();
+  return data;
+}
+
+struct Line {
+  float a;
+  float b;
+  float r;
+};
+
+// Fits through the component, which takes Singles and their logarithms itself, but for the one
+// logarithm that its property RegressionType cannot ask for.
+Line fit(const Columns& data, const Type& type) {
+  ArrayOwner x = data.singles(0);
+  ArrayOwner y = data.singles(1);
+  ArrayOwner weights(new_array(VT_R4, data.rows()));
+  std::fill_n(static_cast<float*>(weights.get()->pvData), data.rows(), 1.0F);
+  if (type.log_x && !type.log_y) {
+    float* values = static_cast<float*>(x.get()->pvData);
+    for (std::size_t i = 0; i < data.rows(); ++i) {
+      values[i] = static_cast<float>(std::log(static_cast<double>(values[i])));
+    }
+  }
+  const MessageSink sink;
+  DispatchObject object = DispatchObject::create("ztRegression");
+  object.put("RegressionType", Value::text(type.property));
+  std::vector<Argument> arguments;
+  arguments.push_back({Value::array_reference(VT_R4, x.place())});
+  arguments.push_back({Value::array_reference(VT_R4, y.place())});
+  arguments.push_back({Value::array_reference(VT_R4, weights.place())});
+  // The flag qOK does not tell of the fit itself.
+  if (!object.succeeds("Regression", std::move(arguments)) || sink.errors() > 0) {
+    throw WorkError("the fit failed: its sums leave the range of a Single");
+  }
+  return {object.get("A").get().fltVal, object.get("B").get().fltVal, object.get("R").get().fltVal};
+}
+
+// The same line's slope in double precision.
+struct Check {
+  double slope;
+  double unit;  // what slopes are compared in: a thousandth of the mean counts as spread
+};
+
+Check check_line(const Columns& data, const Type& type) {
+  std::vector<double> values[2] = {data[0], data[1]};
+  double mean[2] = {};
+  for (const int c : {0, 1}) {
+    for (double& value : values[c]) {
+      if (c == 0 ? type.log_x : type.log_y) value = std::log(value);
+      mean[c] += value / static_cast<double>(data.rows());
+    }
+  }
+  double xx = 0.0;
+  double xy = 0.0;
+  double yy = 0.0;
+  for (std::size_t i = 0; i < data.rows(); ++i) {
+    const double x = values[0][i] - mean[0];
+    const double y = values[1][i] - mean[1];
+    xx += x * x;
+    xy += x * y;
+    yy += y * y;
+  }
+  const double floor = 1e-3 * std::fabs(mean[1]) * std::sqrt(static_cast<double>(data.rows()));
+  return {xy / xx, (std::sqrt(yy) + floor) / std::sqrt(xx)};
+}
+
+// Six digits, enough for a line in words.
+std::string short_text(double value) {
+  constexpr int kDigits = 6;
+  char text[40];
+  return {text,
+          std::to_chars(text, text + sizeof text, value, std::chars_format::general, kDigits).ptr};
+}
+
+// A column's name as it stands in a formula.
+std::string variable(const std::string& name) {
+  const bool plain = std::all_of(name.begin(), name.end(), [](unsigned char c) {
+    return std::isalnum(c) != 0 || c == '_' || c >= 0x80;
+  });
+  return plain ? name : in_quotes(name);
+}
+
+// "A + B x" with the signs of both.
+std::string sum_text(float a, float b, const std::string& x) {
+  return short_text(a) + (b < 0.0F ? " - " : " + ") + short_text(std::fabs(b)) + " " + x;
+}
+
+std::string line_text(const Type& type, const Line& line, const std::string& x,
+                      const std::string& y) {
+  if (!type.log_y) return y + " = " + sum_text(line.a, line.b, type.log_x ? "ln " + x : x);
+  const double factor = std::exp(static_cast<double>(line.a));
+  if (!std::isnormal(factor)) {
+    return "ln " + y + " = " + sum_text(line.a, line.b, type.log_x ? "ln " + x : x);
+  }
+  const std::string power = short_text(line.b);
+  return y + " = " + short_text(factor) +
+         (type.log_x ? " * " + x + "^" + (line.b < 0.0F ? "(" + power + ")" : power)
+                     : " * exp(" + power + " " + x + ")");
+}
+
+int run(const Options& options) {
+  const Type& type = type_of(options.type);
+  double first_date = 0.0;
+  const Columns data = read_samples(options, type, first_date);
+  if (data.rows() < 2) {
+    throw WorkError(data.path() + ": a fit needs 2 rows; there is " +
+                    (data.rows() == 1 ? "1" : "none"));
+  }
+  std::size_t row = 1;
+  while (row < data.rows() && data.single(row, 0) == data.single(0, 0)) ++row;
+  if (row == data.rows()) {
+    throw WorkError(data.path() + ": the values of " + in_quotes(data.name(0)) +
+                    " are all the same: there is no line");
+  }
+  const Line line = fit(data, type);
+  constexpr float kMostR = 1.001F;
+  constexpr double kToTell = 1e-3;
+  constexpr double kToFail = 0.1;
+  const Check check = check_line(data, type);
+  const double error = std::fabs(line.b - check.slope) / check.unit;
+  if (error > kToFail || !(std::fabs(line.r) <= kMostR)) {
+    throw WorkError(
+        "the fit failed: what the values vary by is lost in sums of Singles; take an "
+        "offset off them");
+  }
+  const std::string x = variable(data.name(0));
+  const std::string y = variable(data.name(1));
+  const std::string left = (type.log_y ? "ln " : "") + y;
+  std::cout << type.word << " fit, " << counted(data.rows(), "row") << ": " << left << " = A + B "
+            << (type.log_x ? "ln " : "") << x << "\nA  " << plain_text(line.a) << "\nB  "
+            << plain_text(line.b) << "\nR  " << plain_text(line.r) << '\n'
+            << line_text(type, line, x, y) << '\n';
+  if (data.dated(0)) {
+    std::cout << "with " << x << " in days since " << exact_moment_text(first_date) << '\n';
+  }
+  if (error > kToTell) {
+    std::cerr << "vqhost: sums of Singles lose digits here: in double precision B is "
+              << short_text(check.slope) << "; take an offset off the values\n";
+  }
+  return kSuccess;
+}
+
+void declare(Command& command) {
+  const auto options = std::make_shared<Options>();
+  Options& o = *options;
+  command.argument("FILE", o.path, "CSV file with a header; - reads the standard input")
+      .option("--x", "COL", o.x, "Column of the abscissae, by header or number (default 1)")
+      .option("--y", "COL", o.y, "Column of the ordinates (default 2)")
+      .option("--type", "WORD", o.type,
+              "linear (default), logarithmic, exponential, power or polynomial")
+      .flag("--skip", o.skip,
+            "Leave rows out in which a value is missing, or is not above 0 and has no logarithm")
+      .notes(kNotes)
+      .does([options] { return run(*options); });
+}
+
+const RegisteredCommand kRegistered{"fit", "Fit a line to two columns of a file", &declare};
+
+}  // namespace
+}  // namespace vqmath63::host

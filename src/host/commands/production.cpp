@@ -1,0 +1,96 @@
+#include "host/commands/production.hpp"
+
+#include <algorithm>
+
+#include "host/data/columns.hpp"
+#include "host/data/moment.hpp"
+#include "host/data/values.hpp"
+#include "host/failure.hpp"
+
+namespace vqmath63::host {
+namespace {
+
+std::vector<std::size_t> indices_of(const CsvFile& file, const std::vector<std::string>& names) {
+  std::vector<std::size_t> indices;
+  for (const std::string& name : names) {
+    const std::size_t index = file.column(name);
+    if (index == 0) throw UsageError("column '" + name + "' is the time, not a series");
+    if (std::find(indices.begin(), indices.end(), index) == indices.end()) {
+      indices.push_back(index);
+    }
+  }
+  return indices;
+}
+
+void check_times(const CsvFile& file, const CsvTable& table, std::size_t from_row) {
+  const CsvColumn& times = table.columns[0];
+  const auto text = [&](double time) {
+    return times.kind == CellKind::kDate ? exact_moment_text(time) : number_text(time);
+  };
+  for (std::size_t i = from_row; i < times.values.size(); ++i) {
+    if (times.values[i] >= times.values[i - 1]) continue;
+    throw WorkError(file.place(table.lines[i], 0) + text(times.values[i]) +
+                    " lies before the time of the row above, " + text(times.values[i - 1]));
+  }
+}
+
+}  // namespace
+
+Production read_production(const ProductionChoice& choice) {
+  const CsvFile file(choice.path);
+  std::vector<std::size_t> series = indices_of(file, choice.columns);
+  const std::vector<std::size_t> cumulative = indices_of(file, choice.cumulative);
+  const bool all_columns = series.empty();
+  CsvReading reading;
+  reading.empty_as = choice.empty_as;
+  reading.wants.assign(file.headers().size(), all_columns ? Want::kNumbersIfAny : Want::kNothing);
+  reading.wants[0] = Want::kTimes;
+  for (const std::size_t c : cumulative) {
+    if (!all_columns && std::find(series.begin(), series.end(), c) == series.end()) {
+      series.push_back(c);
+    }
+    reading.wants[c] = Want::kNumbers;
+  }
+  for (const std::size_t c : series) reading.wants[c] = Want::kNumbers;
+  CsvTable table = read_rows(file, reading);
+
+  Production production;
+  CsvColumn& times = table.columns[0];
+  production.dated = times.kind == CellKind::kDate;
+  if (!production.dated && !choice.start_data) {
+    throw UsageError("the first column of " + file.path() +
+                     " holds numbers: --start-data DATE must say which moment its time 0 is");
+  }
+  check_times(file, table, choice.from_row);
+  for (std::size_t c = 1; all_columns && c < table.columns.size(); ++c) {
+    if (table.columns[c].values.empty()) {
+      production.left_out.push_back(file.headers()[c]);
+    } else {
+      series.push_back(c);
+    }
+  }
+  if (series.empty()) throw WorkError(file.path() + ": no column of numbers follows the time");
+
+  production.rows = table.lines.size();
+  production.start_data = choice.start_data.value_or(times.values[0]);
+  if (production.dated) {
+    for (double& time : times.values) time -= production.start_data;
+  }
+  production.first_time = times.values[std::min(choice.from_row, production.rows) - 1];
+  production.last_time = times.values.back();
+
+  *production.table.place() = new_array(VT_R4, production.rows, series.size() + 1);
+  float* out = static_cast<float*>(production.table.get()->pvData);
+  series.insert(series.begin(), 0);
+  for (const std::size_t c : series) {
+    for (std::size_t i = 0; i < production.rows; ++i) *out++ = single_at(file, table, c, i);
+    table.columns[c].values = {};
+    if (c == 0) continue;
+    production.names.push_back(file.headers()[c]);
+    production.rates.push_back(std::find(cumulative.begin(), cumulative.end(), c) ==
+                               cumulative.end());
+  }
+  return production;
+}
+
+}  // namespace vqmath63::host

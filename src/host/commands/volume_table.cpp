@@ -1,0 +1,321 @@
+#include "host/commands/volume_table.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+#include "host/data/columns.hpp"
+#include "host/data/values.hpp"
+#include "host/failure.hpp"
+#include "host/text.hpp"
+
+namespace vqmath63::host {
+namespace {
+
+// Enough for any fluid, and too few for a file that is no table of one.
+constexpr std::size_t kMostRows = 100'000;
+
+Columns read_table(const std::string& path, const std::string& given,
+                   const std::vector<std::string>& names) {
+  CsvFile file(path);
+  const std::vector<std::string> chosen = columns_or(file, "--columns", given, names);
+  Columns table(std::move(file), chosen, false);
+  table.refuse_gaps();
+  if (table.rows() > kMostRows) {
+    throw WorkError(table.path() + ": " + counted(table.rows(), "row") + " are more than the " +
+                    std::to_string(kMostRows) + " of a table");
+  }
+  const auto factor =
+      static_cast<std::size_t>(std::find(names.begin(), names.end(), "factor") - names.begin());
+  for (std::size_t row = 0; row < table.rows(); ++row) {
+    for (std::size_t c = 0; c < table.count(); ++c) table.single(row, c);  // does it fit?
+    if (!(table.single(row, factor) > 0.0F)) {
+      table.refuse(row, factor, "a factor of " + table.text(row, factor) + " is not above 0");
+    }
+  }
+  return table;
+}
+
+std::vector<float> singles_of(const Columns& table, std::size_t c) {
+  std::vector<float> values;
+  for (std::size_t row = 0; row < table.rows(); ++row) values.push_back(table.single(row, c));
+  return values;
+}
+
+void refuse_pressure(const Columns& table, std::size_t row, std::size_t c, const char* where) {
+  table.refuse(row, c,
+               "a pressure of " + table.text(row, c) + " is not above the " +
+                   table.text(row - 1, c) + " of the row before" + where);
+}
+
+// A list that is lent to calls.
+template <class T>
+struct List {
+  VARTYPE element;
+  std::vector<T> values;
+  ArrayOwner array{nullptr};
+
+  List(VARTYPE type, std::vector<T> from)
+      : element(type), values(std::move(from)), array(new_array(type, values.size())) {
+    std::copy(values.begin(), values.end(), static_cast<T*>(array.get()->pvData));
+  }
+  Argument lent() { return {Value::array_reference(element, array.place())}; }
+  Argument count() const { return {Value::whole_number(static_cast<std::int32_t>(values.size()))}; }
+};
+
+// Calls a method of ztPetroleum whose last arguments are the factor and qOK.
+std::optional<float> ask(DispatchObject& petroleum, const char* method,
+                         std::vector<Argument> arguments) {
+  Value factor;
+  arguments.push_back({Value::reference(factor)});
+  if (!petroleum.succeeds(method, std::move(arguments))) return std::nullopt;
+  return factor.get().fltVal;
+}
+
+std::string range_text(float first, float last) {
+  return plain_text(first) + " to " + plain_text(last);
+}
+
+// The entries of a live-oil table laid end to end, and where each curve begins, from 1.
+struct Curves {
+  std::vector<float> primary;
+  std::vector<std::int32_t> starts;
+};
+
+Curves curves_of(const Columns& table) {
+  Curves curves;
+  for (std::size_t row = 0; row < table.rows(); ++row) {
+    const float primary = table.single(row, 0);
+    if (row == 0 || primary > curves.primary.back()) {
+      curves.primary.push_back(primary);
+      curves.starts.push_back(static_cast<std::int32_t>(row + 1));
+    } else if (primary < curves.primary.back()) {
+      table.refuse(row, 0,
+                   "a primary value of " + table.text(row, 0) + " stands after one of " +
+                       table.text(row - 1, 0) + ": curves must ascend, with their rows together");
+    } else if (!(table.single(row, 1) > table.single(row - 1, 1))) {
+      refuse_pressure(table, row, 1, ", in the same curve");
+    }
+  }
+  if (curves.starts.back() == static_cast<std::int32_t>(table.rows())) {
+    table.refuse(table.rows() - 1, 0,
+                 "the last curve has one row and needs two: the last row of a table is never read "
+                 "as a point of its curve");
+  }
+  return curves;
+}
+
+class LiveOil : public VolumeTable {
+ public:
+  explicit LiveOil(const Columns& table) : LiveOil(table, curves_of(table)) {}
+
+  std::optional<float> factor(const Point& point) override {
+    std::vector<Argument> arguments;
+    arguments.push_back(primary_.lent());
+    arguments.push_back(starts_.lent());
+    arguments.push_back(primary_.count());
+    arguments.push_back(pressure_.lent());
+    arguments.push_back(factor_.lent());
+    arguments.push_back(pressure_.count());
+    arguments.push_back({Value::number(point.primary)});
+    arguments.push_back({Value::number(point.pressure)});
+    arguments.push_back({Value::number(0.0)});  // the null value, which has no effect
+    return ask(petroleum_, "GetVolumeCorrectionLive", std::move(arguments));
+  }
+
+  Story story(const Point& point) const override {
+    const Place at = place(point);
+    const std::string saturation = plain_text(static_cast<float>(at.saturation));
+    Story story;
+    if (at.saturated) {
+      story.emplace_back("state", "saturated: the saturation pressure is " + saturation);
+    } else {
+      story.emplace_back("state", "undersaturated, " + plain_text(static_cast<float>(at.above)) +
+                                      " above the saturation pressure " + saturation);
+    }
+    const std::string lower = plain_text(primary_.values[at.lower]);
+    const std::string upper = plain_text(primary_.values[at.upper]);
+    story.emplace_back("curves", at.lower == at.upper ? lower : lower + " and " + upper);
+    if (outside_primary(point)) {
+      story.emplace_back("note", "the curves go from " +
+                                     range_text(primary_.values.front(), primary_.values.back()) +
+                                     (at.lower == at.upper ? ": the only one is taken"
+                                                           : ": the nearest two are extended"));
+    }
+    if (at.beyond_lower) story.emplace_back("note", beyond(at.lower));
+    if (at.beyond_upper && at.upper != at.lower) story.emplace_back("note", beyond(at.upper));
+    return story;
+  }
+
+  bool outside(const Point& point) const override {
+    const Place at = place(point);
+    return outside_primary(point) || at.beyond_lower || at.beyond_upper;
+  }
+
+ private:
+  LiveOil(const Columns& table, Curves curves)
+      : primary_(VT_R4, std::move(curves.primary)),
+        starts_(VT_I4, std::move(curves.starts)),
+        pressure_(VT_R4, singles_of(table, 1)),
+        factor_(VT_R4, singles_of(table, 2)) {}
+
+  // Where a point lies, by the rules of GetVolumeCorrectionLive; curves count from 0.
+  struct Place {
+    std::size_t lower = 0;
+    std::size_t upper = 0;
+    double saturation = 0.0;
+    double above = 0.0;  // the saturation pressure
+    bool saturated = false;
+    bool beyond_lower = false;  // the points of a curve that has a share in the factor
+    bool beyond_upper = false;
+  };
+
+  Place place(const Point& point) const {
+    const std::vector<float>& primary = primary_.values;
+    Place at;
+    double t = 0.0;
+    if (primary.size() > 1) {
+      const auto above = std::upper_bound(primary.begin(), primary.end(), point.primary);
+      const auto index = std::max<std::ptrdiff_t>(above - primary.begin() - 1, 0);
+      at.lower = std::min(static_cast<std::size_t>(index), primary.size() - 2);
+      at.upper = at.lower + 1;
+      const double low = primary[at.lower];
+      t = (point.primary - low) / (primary[at.upper] - low);
+    }
+    const double low = pressure_.values[first(at.lower)];
+    at.saturation = low + t * (pressure_.values[first(at.upper)] - low);
+    at.above = point.pressure - at.saturation;
+    // A hair above saturation counts as saturated.
+    at.saturated = static_cast<float>(at.saturation * 1.000001) >= point.pressure;
+    const auto beyond = [&](std::size_t curve, double share) {
+      return !at.saturated && share != 0.0 &&
+             pressure_.values[first(curve)] + at.above > pressure_.values[last(curve)];
+    };
+    at.beyond_lower = beyond(at.lower, 1.0 - t);
+    at.beyond_upper = beyond(at.upper, t);
+    return at;
+  }
+
+  // The entries from 0 that are read of a curve; the last one of the table never is.
+  std::size_t first(std::size_t curve) const {
+    return static_cast<std::size_t>(starts_.values[curve]) - 1;
+  }
+  std::size_t last(std::size_t curve) const {
+    return curve + 1 == starts_.values.size() ? pressure_.values.size() - 2 : first(curve + 1) - 1;
+  }
+
+  bool outside_primary(const Point& point) const {
+    return point.primary < primary_.values.front() || point.primary > primary_.values.back();
+  }
+
+  std::string beyond(std::size_t curve) const {
+    const float begin = pressure_.values[first(curve)];
+    const float end = pressure_.values[last(curve)];
+    std::string text = "the curve of " + plain_text(primary_.values[curve]) + " is read from " +
+                       range_text(begin, end) + ": ";
+    text += begin == end ? "its factor stays" : "its chord is extended";
+    if (curve + 1 == starts_.values.size()) text += " (the table's last row is no point of it)";
+    return text;
+  }
+
+  DispatchObject petroleum_ = DispatchObject::create("ztPetroleum");
+  List<float> primary_;
+  List<std::int32_t> starts_;
+  List<float> pressure_;
+  List<float> factor_;
+};
+
+class DeadOil : public VolumeTable {
+ public:
+  explicit DeadOil(const Columns& table)
+      : pressure_(VT_R4, singles_of(table, 0)), factor_(VT_R4, singles_of(table, 1)) {
+    if (table.rows() < 2) {
+      table.refuse(0, 0, "the table has one row and needs two to interpolate between");
+    }
+    for (std::size_t row = 1; row < table.rows(); ++row) {
+      if (!(pressure_.values[row] > pressure_.values[row - 1])) {
+        refuse_pressure(table, row, 0, "");
+      }
+    }
+  }
+
+  std::optional<float> factor(const Point& point) override {
+    std::vector<Argument> arguments;
+    arguments.push_back(pressure_.lent());
+    arguments.push_back(factor_.lent());
+    arguments.push_back(pressure_.count());
+    arguments.push_back({Value::number(point.pressure)});
+    return ask(petroleum_, "GetVolumeCorrectionDead", std::move(arguments));
+  }
+
+  Story story(const Point& point) const override {
+    const std::vector<float>& x = pressure_.values;
+    const auto above = std::upper_bound(x.begin() + 1, x.end() - 1, point.pressure);
+    Story story{{"rows", "at " + plain_text(above[-1]) + " and " + plain_text(above[0])}};
+    if (outside(point)) {
+      story.emplace_back("note", "the table goes from " + range_text(x.front(), x.back()) +
+                                     ": its nearest two rows are extended");
+    }
+    return story;
+  }
+
+  bool outside(const Point& point) const override {
+    return point.pressure < pressure_.values.front() || point.pressure > pressure_.values.back();
+  }
+
+ private:
+  DispatchObject petroleum_ = DispatchObject::create("ztPetroleum");
+  List<float> pressure_;
+  List<float> factor_;
+};
+
+class Water : public VolumeTable {
+ public:
+  explicit Water(const Columns& table)
+      : pressure_(VT_R4, singles_of(table, 0)),
+        factor_(VT_R4, singles_of(table, 1)),
+        compressibility_(VT_R4, singles_of(table, 2)) {
+    if (table.rows() > 1) {
+      table.refuse(1, 0, "a water table has one row, the reference; this is another one");
+    }
+  }
+
+  std::optional<float> factor(const Point& point) override {
+    std::vector<Argument> arguments;
+    arguments.push_back(pressure_.lent());
+    arguments.push_back(factor_.lent());
+    arguments.push_back(compressibility_.lent());
+    arguments.push_back(pressure_.count());
+    arguments.push_back({Value::number(point.pressure)});
+    return ask(petroleum_, "GetWaterVolumeCorrection", std::move(arguments));
+  }
+
+  Story story(const Point&) const override {
+    return {{"reference", plain_text(factor_.values[0]) + " at " + plain_text(pressure_.values[0])},
+            {"compressibility", number_text(compressibility_.values[0])}};
+  }
+
+  bool outside(const Point&) const override { return false; }
+
+ private:
+  DispatchObject petroleum_ = DispatchObject::create("ztPetroleum");
+  List<float> pressure_;
+  List<float> factor_;
+  List<float> compressibility_;
+};
+
+}  // namespace
+
+std::unique_ptr<VolumeTable> read_live_oil(const std::string& path, const std::string& columns) {
+  return std::make_unique<LiveOil>(read_table(path, columns, {"primary", "pressure", "factor"}));
+}
+
+std::unique_ptr<VolumeTable> read_dead_oil(const std::string& path, const std::string& columns) {
+  return std::make_unique<DeadOil>(read_table(path, columns, {"pressure", "factor"}));
+}
+
+std::unique_ptr<VolumeTable> read_water(const std::string& path, const std::string& columns) {
+  return std::make_unique<Water>(
+      read_table(path, columns, {"pressure", "factor", "compressibility"}));
+}
+
+}  // namespace vqmath63::host
