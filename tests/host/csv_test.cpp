@@ -248,9 +248,9 @@ TEST(Csv, TellsProgressOfLongFiles) {
 }
 
 TEST(Csv, QuotesFieldsThatNeedIt) {
-  EXPECT_EQ(csv_field("W-1"), "W-1");
-  EXPECT_EQ(csv_field("oil, net"), "\"oil, net\"");
-  EXPECT_EQ(csv_field("a \"b\""), "\"a \"\"b\"\"\"");
+  std::string line;
+  for (const char* text : {"W-1", "oil, net", "a \"b\""}) add_csv_field(line += '/', text);
+  EXPECT_EQ(line, "/W-1/\"oil, net\"/\"a \"\"b\"\"\"");
 }
 
 TEST(Moment, ReadsAndWritesIsoTexts) {

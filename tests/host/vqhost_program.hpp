@@ -65,10 +65,10 @@ class Vqhost : public testing::Test {
     std::ofstream(folder_ / name, std::ios::binary) << text;
   }
 
-  // Runs the program in the folder of the test's files.
-  Outcome run(const std::string& arguments) const {
-    const std::string command =
-        "cd '" + folder_.string() + "' && '" VQHOST_PATH "' </dev/null 2>err.txt " + arguments;
+  // Runs the program in the folder of the test's files, after other words of the shell.
+  Outcome run(const std::string& arguments, const std::string& before = {}) const {
+    const std::string command = "cd '" + folder_.string() + "' && " + before +
+                                " '" VQHOST_PATH "' </dev/null 2>err.txt " + arguments;
     Outcome outcome;
     std::FILE* pipe = popen(command.c_str(), "r");
     if (pipe == nullptr) return outcome;

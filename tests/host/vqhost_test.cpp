@@ -41,6 +41,25 @@ TEST_F(Vqhost, RefusesATableOfTooManyRows) {
                   "errors");
 }
 
+TEST_F(Vqhost, WritesAFileWholeOrLeavesWhatWasThere) {
+  std::string csv = "x,y\n";
+  for (int i = 0; i < 5000; ++i) csv += std::to_string(i) + ",1\n";
+  write("long.csv", csv);
+  write("old.csv", "old\n");
+  fs::create_symlink("old.csv", folder_ / "out.csv");
+  const char* const full_disk = "trap '' XFSZ; ulimit -f 16;";
+  const Outcome refused = run("derivative long.csv -o out.csv", full_disk);
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(refused.err, "vqhost: out.csv: cannot be written\n");
+  EXPECT_EQ(contents(folder_ / "old.csv"), "old\n");
+  EXPECT_EQ(run("derivative long.csv -o out.csv").out, "out.csv: 5000 rows\n");
+  EXPECT_TRUE(fs::is_symlink(folder_ / "out.csv"));
+  EXPECT_EQ(lines_of(contents(folder_ / "old.csv")).size(), 5001U);
+  EXPECT_EQ(run("derivative long.csv -o /dev/full").err, "vqhost: /dev/full: cannot be written\n");
+  const auto files = std::distance(fs::directory_iterator(folder_), fs::directory_iterator());
+  EXPECT_EQ(files, 4);  // with err.txt: nothing is left lying about
+}
+
 // 100 x 100, its bottom at 0, its top from 10 (south) to 14 (north), on a map.
 const char* const kFar =
     "x,y,z\n431000,6712000,10\n431100,6712000,10\n431100,6712100,14\n431000,6712100,14\n"

@@ -68,16 +68,7 @@ int run(Options options) {
   const MessageSink sink;
   options.periods.start = start.value_or(production.start_data);
   const Accumulated accumulated = accumulate(production, options.periods);
-  if (options.output.empty()) {
-    print_table(std::cout, production, accumulated);
-  } else if (options.output == "-") {
-    print_csv(std::cout, production, accumulated);
-  } else {
-    write_file(options.output,
-               counted(accumulated.periods(), "period") + " of " +
-                   std::to_string(production.names.size()) + " series",
-               [&](std::ostream& out) { print_csv(out, production, accumulated); });
-  }
+  put_periods(options.output, production, accumulated);
   return kSuccess;
 }
 

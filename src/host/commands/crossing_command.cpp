@@ -134,9 +134,10 @@ class Surface {
   DispatchObject functions_;
 };
 
-void add_rows(TextRows& rows, const std::vector<Crossing>& crossings, const std::string& number) {
+void add_rows(std::vector<Texts>& rows, const std::vector<Crossing>& crossings,
+              const std::string& number) {
   for (const Crossing& crossing : crossings) {
-    auto& row = rows.emplace_back();
+    Texts& row = rows.emplace_back();
     if (!number.empty()) row.push_back(number);
     for (const double c : crossing.point) row.push_back(coordinate_text(c));
     row.push_back(plain_text(static_cast<float>(crossing.position)));
@@ -152,9 +153,11 @@ void say(const Options& options, const std::string& summary) {
   }
 }
 
-void put(const Options& options, TextRows rows) {
-  if (options.output.empty() && rows.size() == 1) return;
-  put_rows(options.output, std::move(rows), std::vector<Align>(5, Align::kPoint));
+void put(const Options& options, const Texts& names, const std::vector<Texts>& rows) {
+  if (for_reading(options.output) && rows.empty()) return;
+  std::vector<TableColumn> columns;
+  for (const std::string& name : names) columns.push_back({name, Align::kPoint});
+  put_table(options.output, std::move(columns), rows);
 }
 
 std::string ends_text(bool first, bool last) {
@@ -172,9 +175,9 @@ void one_segment(Surface& surface, const Options& options) {
     say(options, "the segment meets " + counted(crossings.size(), "triangle") +
                      " of the cell's surface; " + ends);
   }
-  TextRows rows{{"x", "y", "z", "position"}};
+  std::vector<Texts> rows;
   add_rows(rows, crossings, "");
-  put(options, std::move(rows));
+  put(options, {"x", "y", "z", "position"}, rows);
 }
 
 std::vector<Segment> read_segments(const Options& options) {
@@ -207,7 +210,7 @@ std::vector<Segment> read_segments(const Options& options) {
 
 void many_segments(Surface& surface, const Options& options) {
   const auto segments = read_segments(options);
-  TextRows rows{{"segment", "x", "y", "z", "position"}};
+  std::vector<Texts> rows;
   std::size_t meeting = 0;
   for (std::size_t i = 0; i < segments.size(); ++i) {
     const auto crossings = surface.crossings(segments[i]);
@@ -216,7 +219,7 @@ void many_segments(Surface& surface, const Options& options) {
   }
   say(options, std::to_string(meeting) + " of " + counted(segments.size(), "segment") +
                    (meeting == 1 ? " meets" : " meet") + " the cell's surface");
-  put(options, std::move(rows));
+  put(options, {"segment", "x", "y", "z", "position"}, rows);
 }
 
 void check_options(const Options& options) {

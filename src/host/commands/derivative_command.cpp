@@ -70,16 +70,20 @@ int run(const Options& options) {
   const double* values = static_cast<const double*>(result.get()->pvData);
   const std::string& x = data.name(0);
   const std::string& y = data.name(1);
-  TextRows rows{{x, y, second ? "d2(" + y + ")/d(" + x + ")2" : "d(" + y + ")/d(" + x + ")"}};
-  for (std::size_t i = 0; i < data.rows(); ++i) {
-    rows.push_back({data.text(i, 0), data.text(i, 1), plain_text(values[i])});
-  }
   if (second && data.rows() > 2) {
     std::cerr << "vqhost: all rows but the first and the last hold a twelfth of the second "
                  "derivative, as the component gives it\n";
   }
-  put_rows(options.output, std::move(rows),
-           {data.dated(0) ? Align::kLeft : Align::kPoint, Align::kPoint, Align::kPoint});
+  const std::string name = second ? "d2(" + y + ")/d(" + x + ")2" : "d(" + y + ")/d(" + x + ")";
+  put_table(options.output,
+            {{x, data.dated(0) ? Align::kLeft : Align::kPoint},
+             {y, Align::kPoint},
+             {name, Align::kPoint}},
+            [&](TableWriter& table) {
+              for (std::size_t i = 0; i < data.rows(); ++i) {
+                table.row({data.text(i, 0), data.text(i, 1), plain_text(values[i])});
+              }
+            });
   return kSuccess;
 }
 

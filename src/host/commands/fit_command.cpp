@@ -11,6 +11,7 @@
 #include "host/command_line.hpp"
 #include "host/data/columns.hpp"
 #include "host/data/moment.hpp"
+#include "host/data/output.hpp"
 #include "host/data/values.hpp"
 #include "host/failure.hpp"
 #include "host/text.hpp"
@@ -214,9 +215,9 @@ int run(const Options& options) {
   const std::string y = variable(data.name(1));
   const std::string left = (type.log_y ? "ln " : "") + y;
   std::cout << type.word << " fit, " << counted(data.rows(), "row") << ": " << left << " = A + B "
-            << (type.log_x ? "ln " : "") << x << "\nA  " << plain_text(line.a) << "\nB  "
-            << plain_text(line.b) << "\nR  " << plain_text(line.r) << '\n'
-            << line_text(type, line, x, y) << '\n';
+            << (type.log_x ? "ln " : "") << x << '\n';
+  print_list({{"A", plain_text(line.a)}, {"B", plain_text(line.b)}, {"R", plain_text(line.r)}});
+  std::cout << line_text(type, line, x, y) << '\n';
   if (data.dated(0)) {
     std::cout << "with " << x << " in days since " << exact_moment_text(first_date) << '\n';
   }

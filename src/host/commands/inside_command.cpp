@@ -164,23 +164,27 @@ class Rows {
   }
   std::size_t count() const { return all_ ? points_.rows() : inside(); }
 
-  // Hands over each row as texts, the header first.
-  template <class Take>
-  void each(const Take& take) const {
-    std::vector<std::string> texts = points_.file().headers();
+  std::vector<TableColumn> columns() const {
+    const Texts& headers = points_.file().headers();
+    std::vector<TableColumn> columns;
+    for (const std::string& name : headers) columns.push_back({name, Align::kByContent});
     if (all_) {
       std::string name = "inside";
-      while (std::find(texts.begin(), texts.end(), name) != texts.end()) name += '_';
-      texts.push_back(name);
+      while (std::find(headers.begin(), headers.end(), name) != headers.end()) name += '_';
+      columns.push_back({name, Align::kLeft});
     }
-    take(texts);
+    return columns;
+  }
+
+  void put(TableWriter& table) const {
     const VARIANT_BOOL* flag = flags_;
-    points_.file().each_row([&](const std::vector<std::string>& cells) {
+    Texts texts;
+    points_.file().each_row([&](const Texts& cells) {
       const bool is_inside = *flag++ != VARIANT_FALSE;
       if (!all_ && !is_inside) return;
       texts.assign(cells.begin(), cells.end());
       if (all_) texts.push_back(is_inside ? "True" : "False");
-      take(texts);
+      table.row(texts);
     });
   }
 
@@ -190,44 +194,15 @@ class Rows {
   bool all_;
 };
 
-// Numbers meet at their points, texts at the left.
-std::vector<Align> alignment_of(const TextRows& rows) {
-  std::vector<Align> aligned(rows[0].size(), Align::kPoint);
-  for (std::size_t c = 0; c < aligned.size(); ++c) {
-    const bool numbers = std::all_of(rows.begin() + 1, rows.end(),
-                                     [&](const auto& row) { return parse_number(row[c]); });
-    if (!numbers) aligned[c] = Align::kLeft;
-  }
-  return aligned;
-}
-
 void report(const Columns& points, const ArrayOwner& flags, const Options& options) {
   const Rows rows(points, flags, options.all);
   const std::string summary = std::to_string(rows.inside()) + " of " +
                               counted(points.rows(), "point") +
                               (rows.inside() == 1 ? " is" : " are") + " inside the " +
                               (options.polygon.empty() ? "cell" : "polygon") + '\n';
-  const auto print_csv = [&](std::ostream& out) {
-    TextRows one(1);
-    rows.each([&](const std::vector<std::string>& texts) {
-      one[0] = texts;
-      print_csv_rows(out, one);
-    });
-  };
-  if (options.output == "-") {
-    std::cerr << "vqhost: " << summary;
-    print_csv(std::cout);
-    return;
-  }
-  std::cout << summary;
-  if (!options.output.empty()) {
-    write_file(options.output, counted(rows.count(), "row"), print_csv);
-  } else if (rows.count() > 0) {
-    TextRows table;
-    rows.each([&](const std::vector<std::string>& texts) { table.push_back(texts); });
-    const auto aligned = alignment_of(table);
-    print_rows(std::cout, std::move(table), aligned);
-  }
+  (options.output == "-" ? std::cerr << "vqhost: " : std::cout) << summary;
+  if (for_reading(options.output) && rows.count() == 0) return;
+  put_table(options.output, rows.columns(), [&](TableWriter& table) { rows.put(table); });
 }
 
 int run(const Options& options) {

@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <ostream>
 
-#include "host/data/csv.hpp"
 #include "host/data/moment.hpp"
+#include "host/data/output.hpp"
 #include "host/data/values.hpp"
 #include "host/text.hpp"
 
@@ -42,23 +41,6 @@ std::vector<std::string> number_texts(const std::vector<double>& values, int dig
   return texts;
 }
 
-struct Column {
-  std::vector<std::string> cells;  // header, what the values are, the periods, the foot
-  std::size_t width = 0;
-};
-
-Column make_column(std::string header, std::string kind, std::vector<std::string> values,
-                   std::string foot) {
-  Column column;
-  column.cells = {std::move(header), std::move(kind)};
-  std::move(values.begin(), values.end(), std::back_inserter(column.cells));
-  column.cells.push_back(std::move(foot));
-  for (const std::string& cell : column.cells) {
-    column.width = std::max(column.width, width_of(cell));
-  }
-  return column;
-}
-
 // To the microday: the differences of moments carry more digits than they know.
 double tidy_days(double days) {
   return std::round(days * 1e6) / 1e6;
@@ -68,86 +50,88 @@ bool any_time_of_day(const Accumulated& accumulated) {
   return std::any_of(accumulated.boundaries.begin(), accumulated.boundaries.end(), has_time_of_day);
 }
 
+// A column of a table to read, and its texts.
+struct Column {
+  TableColumn about;
+  Texts texts;
+};
+
 Column series_column(const Production& production, const Accumulated& accumulated, std::size_t j) {
   constexpr int kDecimals = 5;
   constexpr int kRateDigits = 5;
   constexpr int kVolumeDigits = 7;  // about what a Single holds
   const std::vector<float>& values = accumulated.series[j];
+  const std::vector<double> numbers(values.begin(), values.end());
+  const std::string& name = production.names[j];
   if (!production.rates[j]) {
-    return make_column(production.names[j], "at end",
-                       number_texts({values.begin(), values.end()}, kVolumeDigits, kDecimals), "");
+    return {{name, Align::kRight, "at end"}, number_texts(numbers, kVolumeDigits, kDecimals)};
   }
   double volume = 0.0;
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    volume += static_cast<double>(values[i]) * accumulated.days(i);
+  for (std::size_t i = 0; i < values.size(); ++i) volume += numbers[i] * accumulated.days(i);
+  return {{name, Align::kRight, "mean", number_texts({volume}, kVolumeDigits, kDecimals).front()},
+          number_texts(numbers, kRateDigits, kDecimals)};
+}
+
+// The days of each period, and of all at the foot.
+Column days_column(const Accumulated& accumulated, bool with_foot) {
+  constexpr int kDigits = 8;
+  constexpr int kDecimals = 4;
+  std::vector<double> days;
+  double all = 0.0;
+  for (std::size_t i = 0; i < accumulated.periods(); ++i) {
+    days.push_back(tidy_days(accumulated.days(i)));
+    all += days.back();
   }
-  return make_column(production.names[j], "mean",
-                     number_texts({values.begin(), values.end()}, kRateDigits, kDecimals),
-                     number_texts({volume}, kVolumeDigits, kDecimals).front());
+  days.push_back(tidy_days(all));
+  Column column{{"days"}, number_texts(days, kDigits, kDecimals)};
+  if (with_foot) column.about.foot = column.texts.back();
+  return column;
+}
+
+void put_to_read(const Production& production, const Accumulated& accumulated) {
+  const bool with_time = any_time_of_day(accumulated);
+  const bool any_rate =
+      std::find(production.rates.begin(), production.rates.end(), true) != production.rates.end();
+  std::vector<Column> numbers{days_column(accumulated, any_rate)};
+  for (std::size_t j = 0; j < production.names.size(); ++j) {
+    numbers.push_back(series_column(production, accumulated, j));
+  }
+  std::vector<TableColumn> columns{{"start", Align::kLeft, "", any_rate ? "rate x days" : ""},
+                                   {"end", Align::kLeft}};
+  for (const Column& column : numbers) columns.push_back(column.about);
+  put_table("", std::move(columns), [&](TableWriter& table) {
+    for (std::size_t i = 0; i < accumulated.periods(); ++i) {
+      Texts row{moment_text(accumulated.boundaries[i], with_time),
+                moment_text(accumulated.boundaries[i + 1], with_time)};
+      for (const Column& column : numbers) row.push_back(column.texts[i]);
+      table.row(row);
+    }
+  });
 }
 
 }  // namespace
 
-void print_table(std::ostream& out, const Production& production, const Accumulated& accumulated) {
+void put_periods(const std::string& output, const Production& production,
+                 const Accumulated& accumulated) {
+  if (for_reading(output)) return put_to_read(production, accumulated);
   const bool with_time = any_time_of_day(accumulated);
-  std::vector<std::string> starts;
-  std::vector<std::string> ends;
-  std::vector<double> days;
-  for (std::size_t i = 0; i < accumulated.periods(); ++i) {
-    starts.push_back(moment_text(accumulated.boundaries[i], with_time));
-    ends.push_back(moment_text(accumulated.boundaries[i + 1], with_time));
-    days.push_back(tidy_days(accumulated.days(i)));
-  }
-  const bool any_rate =
-      std::find(production.rates.begin(), production.rates.end(), true) != production.rates.end();
-  double all_days = 0.0;
-  for (const double each : days) all_days += each;
-  std::vector<Column> columns;
-  columns.push_back(make_column("start", "", std::move(starts), any_rate ? "rate x days" : ""));
-  columns.push_back(make_column("end", "", std::move(ends), ""));
-  constexpr int kDayDigits = 8;
-  constexpr int kDayDecimals = 4;
-  days.push_back(tidy_days(all_days));
-  std::vector<std::string> day_texts = number_texts(days, kDayDigits, kDayDecimals);
-  std::string day_sum = std::move(day_texts.back());
-  day_texts.pop_back();
-  columns.push_back(make_column("days", "", std::move(day_texts), std::move(day_sum)));
-  for (std::size_t j = 0; j < production.names.size(); ++j) {
-    columns.push_back(series_column(production, accumulated, j));
-  }
-
-  const std::size_t lines = columns.front().cells.size();
-  std::size_t whole_width = 0;
-  for (const Column& column : columns) whole_width += column.width + 2;
-  const std::string rule(whole_width - 2, '-');
-  for (std::size_t line = 0; line < lines; ++line) {
-    const bool foot = line + 1 == lines;
-    if (foot && !any_rate) break;
-    if (line == 2 || foot) out << rule << '\n';
-    std::string text;
-    for (std::size_t c = 0; c < columns.size(); ++c) {
-      if (c > 0) text += "  ";
-      text += c < 2 ? left_aligned(columns[c].cells[line], columns[c].width)
-                    : right_aligned(columns[c].cells[line], columns[c].width);
+  std::vector<TableColumn> columns{{"start"}, {"end"}, {"days"}};
+  for (const std::string& name : production.names) columns.push_back({name});
+  const auto fill = [&](TableWriter& table) {
+    Texts row(3 + accumulated.series.size());
+    for (std::size_t i = 0; i < accumulated.periods(); ++i) {
+      row[0] = moment_text(accumulated.boundaries[i], with_time);
+      row[1] = moment_text(accumulated.boundaries[i + 1], with_time);
+      row[2] = number_text(tidy_days(accumulated.days(i)));
+      for (std::size_t j = 0; j < accumulated.series.size(); ++j) {
+        row[3 + j] = number_text(accumulated.series[j][i]);
+      }
+      table.row(row);
     }
-    out << text.substr(0, text.find_last_not_of(' ') + 1) << '\n';
-  }
-}
-
-void print_csv(std::ostream& out, const Production& production, const Accumulated& accumulated) {
-  const bool with_time = any_time_of_day(accumulated);
-  out << "start,end,days";
-  for (const std::string& name : production.names) out << ',' << csv_field(name);
-  out << '\n';
-  for (std::size_t i = 0; i < accumulated.periods(); ++i) {
-    out << moment_text(accumulated.boundaries[i], with_time) << ','
-        << moment_text(accumulated.boundaries[i + 1], with_time) << ','
-        << number_text(tidy_days(accumulated.days(i)));
-    for (const std::vector<float>& series : accumulated.series) {
-      out << ',' << number_text(series[i]);
-    }
-    out << '\n';
-  }
+  };
+  put_table(output, std::move(columns), fill,
+            counted(accumulated.periods(), "period") + " of " +
+                std::to_string(production.names.size()) + " series");
 }
 
 }  // namespace vqmath63::host

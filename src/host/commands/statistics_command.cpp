@@ -1,14 +1,15 @@
 // The command that summarises the columns of a file, and shows their histograms.
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 #include <memory>
 
 #include "host/client/dispatch_client.hpp"
 #include "host/client/message_sink.hpp"
 #include "host/command_line.hpp"
-#include "host/commands/statistics_table.hpp"
 #include "host/data/columns.hpp"
 #include "host/data/csv.hpp"
+#include "host/data/output.hpp"
 #include "host/data/values.hpp"
 #include "host/failure.hpp"
 #include "host/text.hpp"
@@ -46,6 +47,62 @@ struct Series {
   std::size_t rows = 0;
   std::size_t nulls = 0;
 };
+
+// What is told of one column; a measure that could not be worked out is empty.
+struct Summary {
+  std::string name;
+  std::size_t n = 0;
+  std::size_t nulls = 0;
+  std::optional<float> mean{};
+  std::optional<float> sigma_n{};
+  std::optional<float> sigma_n1{};
+  std::optional<float> minimum{};
+  std::optional<float> first_quartile{};
+  std::optional<float> median{};
+  std::optional<float> third_quartile{};
+  std::optional<float> maximum{};
+};
+
+std::string text_or_dash(const std::optional<float>& value) {
+  return value ? plain_text(*value) : "-";
+}
+
+std::string bar(float count, float largest) {
+  constexpr float kLongest = 50.0F;
+  const float length = largest > kLongest ? count / largest * kLongest : count;
+  const auto characters = static_cast<std::size_t>(std::lround(length));
+  return std::string(count > 0.0F ? std::max<std::size_t>(characters, 1) : 0, '#');
+}
+
+// A row for each summary, with dashes for what is empty.
+void print_summaries(const std::vector<Summary>& summaries) {
+  std::vector<TableColumn> columns{{"column", Align::kLeft}};
+  for (const char* name :
+       {"n", "nulls", "mean", "sd_n", "sd_n1", "min", "q1", "median", "q3", "max"}) {
+    columns.push_back({name});
+  }
+  put_table("", std::move(columns), [&](TableWriter& table) {
+    for (const Summary& s : summaries) {
+      Texts row{s.name, std::to_string(s.n), std::to_string(s.nulls)};
+      for (const auto& value : {s.mean, s.sigma_n, s.sigma_n1, s.minimum, s.first_quartile,
+                                s.median, s.third_quartile, s.maximum}) {
+        row.push_back(text_or_dash(value));
+      }
+      table.row(row);
+    }
+  });
+}
+
+// The bins of a histogram: centre, count and a bar of one character each, or scaled so that the
+// largest count has 50; a count above 0 shows at least one.
+void print_bins(const float* centres, const float* counts, std::size_t bins) {
+  const float largest = *std::max_element(counts, counts + bins);
+  put_table("", {{"  centre"}, {"count"}, {"", Align::kLeft}}, [&](TableWriter& table) {
+    for (std::size_t k = 0; k < bins; ++k) {
+      table.row({plain_text(centres[k]), plain_text(counts[k]), bar(counts[k], largest)});
+    }
+  });
+}
 
 // The chosen columns, by default all of numbers; the others are told of.
 std::vector<Series> read_series(const Options& options) {
@@ -160,8 +217,8 @@ bool show_histogram(DispatchObject& sample, const Series& series, std::int32_t b
   }
   const auto size = static_cast<std::size_t>(bins);
   std::cout << " in " << counted(size, "bin") << '\n';
-  print_bins(std::cout, {static_cast<const float*>(centres.get()->pvData), size},
-             {static_cast<const float*>(counts.get()->pvData), size});
+  print_bins(static_cast<const float*>(centres.get()->pvData),
+             static_cast<const float*>(counts.get()->pvData), size);
   return true;
 }
 
@@ -182,7 +239,7 @@ int run(const Options& options) {
     if (options.null) remove_nulls(statistics, *options.null, series);
     summaries.push_back(summary(statistics, series, failures));
   }
-  print_summaries(std::cout, summaries);
+  print_summaries(summaries);
   for (const Series& series : all) {
     if (options.bins > 0 && !show_histogram(sample, series, options.bins)) ++failures;
   }

@@ -148,7 +148,7 @@ int run(const Options& options) {
   for (const std::string& setting : options.settings) {
     set_property(object, members, options.class_name, setting, std::nullopt);
   }
-  TextRows rows{{member.arguments[argument].name, heading}};
+  std::vector<Texts> rows;
   std::size_t outside = 0;
   std::size_t failures = 0;
   for (const double x : values) {
@@ -173,7 +173,8 @@ int run(const Options& options) {
                                    : value.vt == VT_R8 ? plain_text(value.dblVal)
                                                        : value_text(value, true)});
   }
-  put_rows(options.output, std::move(rows), {Align::kPoint, Align::kPoint});
+  put_table(options.output,
+            {{member.arguments[argument].name, Align::kPoint}, {heading, Align::kPoint}}, rows);
   if (outside > 0) {
     std::cerr << "vqhost: " << counted(outside, "value") << " of 1e308: " << member.name
               << " is out of range there\n";

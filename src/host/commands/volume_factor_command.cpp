@@ -91,17 +91,18 @@ int one_point(VolumeTable& table, const Options& options) {
   point.pressure = number_of("--pressure", options.pressure);
   const auto factor = table.factor(point);
   if (!factor) throw WorkError("there is no factor: qOK is False");
-  TextRows rows{{"factor", plain_text(*factor)}};
+  std::vector<Texts> rows{{"factor", plain_text(*factor)}};
   for (const auto& [word, text] : table.story(point)) rows.push_back({word, text});
-  print_rows(std::cout, std::move(rows), {Align::kLeft, Align::kLeft});
+  print_list(rows);
   return kSuccess;
 }
 
 int many_points(VolumeTable& table, const Columns& points, const std::string& output) {
   const std::size_t last = points.count() - 1;
-  TextRows rows{{}};
-  for (std::size_t c = 0; c <= last; ++c) rows[0].push_back(points.name(c));
-  rows[0].push_back("factor");
+  std::vector<TableColumn> columns;
+  for (std::size_t c = 0; c <= last; ++c) columns.push_back({points.name(c), Align::kPoint});
+  columns.push_back({"factor", Align::kPoint});
+  std::vector<Texts> rows;
   std::size_t outside = 0;
   std::size_t failures = 0;
   for (std::size_t i = 0; i < points.rows(); ++i) {
@@ -113,7 +114,7 @@ int many_points(VolumeTable& table, const Columns& points, const std::string& ou
     failures += factor ? 0U : 1U;
     outside += table.outside(point) ? 1U : 0U;
   }
-  put_rows(output, std::move(rows), {Align::kPoint, Align::kPoint, Align::kPoint});
+  put_table(output, std::move(columns), rows);
   if (outside > 0) {
     std::cerr << "vqhost: for " << counted(outside, "point") << " the table is extended\n";
   }

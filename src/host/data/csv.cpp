@@ -304,14 +304,20 @@ std::optional<double> parse_number(std::string_view text) {
   return number;
 }
 
-std::string csv_field(std::string_view text) {
-  if (text.find_first_of(",;\t\"\r\n") == std::string_view::npos) return std::string(text);
-  std::string field = "\"";
-  for (const char c : text) {
-    if (c == '"') field += '"';
-    field += c;
+void add_csv_field(std::string& line, std::string_view text) {
+  const auto wants_quotes = [](char c) {
+    return c == ',' || c == ';' || c == '"' || c == '\t' || c == '\r' || c == '\n';
+  };
+  if (std::none_of(text.begin(), text.end(), wants_quotes)) {
+    line += text;
+    return;
   }
-  return field + '"';
+  line += '"';
+  for (const char c : text) {
+    if (c == '"') line += '"';
+    line += c;
+  }
+  line += '"';
 }
 
 }  // namespace vqmath63::host

@@ -86,7 +86,7 @@ class CsvFile {
 /// when it is none. Too small a number is 0, too large a one infinite.
 std::optional<double> parse_number(std::string_view text);
 
-/// A field as a CSV file holds it, quoted where it must be.
-std::string csv_field(std::string_view text);
+/// Adds a field to a line as a CSV file holds it, quoted where it must be.
+void add_csv_field(std::string& line, std::string_view text);
 
 }  // namespace vqmath63::host

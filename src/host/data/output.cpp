@@ -1,5 +1,8 @@
 #include "host/data/output.hpp"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -8,32 +11,104 @@
 #include "host/text.hpp"
 
 namespace vqmath63::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The file that a path leads to, behind links; what is no file, a terminal for instance, is written
+// as it stands.
+class OutputFile {
+ public:
+  explicit OutputFile(const std::string& path) : path_(path) {
+    std::error_code error;
+    const fs::path target = fs::weakly_canonical(path, error);
+    const fs::file_status status = fs::status(path, error);
+    written_ = target_ = error || target.empty() ? fs::path(path) : target;
+    if (!fs::exists(status) || fs::is_regular_file(status)) make_room_beside(status);
+    stream_.open(written_, std::ios::binary);
+  }
+  ~OutputFile() {
+    if (written_ != target_) ::unlink(written_.c_str());
+  }
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  std::ostream& stream() { return stream_; }
+
+  /// Puts the file in its place.
+  void finish() {
+    stream_.close();
+    if (!stream_) fail();
+    if (written_ == target_) return;
+    std::error_code error;
+    fs::rename(written_, target_, error);
+    if (error) fail();
+    written_ = target_;
+  }
+
+ private:
+  // Begins a new file beside the target, with the target's permissions. Where the folder takes none
+  // the target itself is written.
+  void make_room_beside(const fs::file_status& status) {
+    if (fs::exists(status) && ::access(target_.c_str(), W_OK) != 0) return;
+    fs::path beside = target_;
+    beside += ".part" + std::to_string(::getpid());
+    const int file = ::open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (file < 0) return;
+    ::close(file);
+    written_ = beside;
+    std::error_code ignored;
+    if (fs::exists(status)) fs::permissions(beside, status.permissions(), ignored);
+  }
+
+  [[noreturn]] void fail() const { throw WorkError(path_ + ": cannot be written"); }
+
+  std::string path_;
+  fs::path target_;
+  fs::path written_;
+  std::ofstream stream_;
+};
+
+std::size_t write_table(std::ostream& out, TableForm form, std::vector<TableColumn> columns,
+                        const FillTable& fill) {
+  TableWriter table(out, form, std::move(columns));
+  fill(table);
+  table.end();
+  return table.rows();
+}
+
+}  // namespace
 
 void check_output(const std::string& output, const std::string& input) {
   std::error_code ignored;
-  if (std::filesystem::equivalent(output, input, ignored)) {
+  if (fs::equivalent(output, input, ignored)) {
     throw UsageError("-o names the input file itself");
   }
 }
 
-void write_file(const std::string& path, const std::string& told,
-                const std::function<void(std::ostream&)>& print) {
-  std::ofstream file(path, std::ios::binary);
-  print(file);
-  file.close();
-  if (!file) throw WorkError(path + ": cannot be written");
-  std::cout << path << ": " << told << '\n';
+void put_table(const std::string& output, std::vector<TableColumn> columns, const FillTable& fill,
+               const std::string& content) {
+  if (for_reading(output)) {
+    write_table(std::cout, TableForm::kAligned, std::move(columns), fill);
+  } else if (output == "-") {
+    write_table(std::cout, TableForm::kCsv, std::move(columns), fill);
+  } else {
+    OutputFile file(output);
+    const std::size_t rows = write_table(file.stream(), TableForm::kCsv, std::move(columns), fill);
+    file.finish();
+    std::cout << output << ": " << (content.empty() ? counted(rows, "row") : content) << '\n';
+  }
 }
 
-void put_rows(const std::string& output, TextRows rows, const std::vector<Align>& aligned) {
-  if (output.empty()) {
-    print_rows(std::cout, std::move(rows), aligned);
-  } else if (output == "-") {
-    print_csv_rows(std::cout, rows);
-  } else {
-    write_file(output, counted(rows.size() - 1, "row"),
-               [&](std::ostream& out) { print_csv_rows(out, rows); });
-  }
+void put_table(const std::string& output, std::vector<TableColumn> columns,
+               const std::vector<Texts>& rows) {
+  put_table(output, std::move(columns), [&](TableWriter& table) {
+    for (const Texts& row : rows) table.row(row);
+  });
+}
+
+void print_list(const std::vector<Texts>& rows) {
+  put_table("", std::vector<TableColumn>(rows.front().size(), {"", Align::kLeft}), rows);
 }
 
 }  // namespace vqmath63::host

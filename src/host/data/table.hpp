@@ -1,23 +1,74 @@
-// Tables to read: rows of texts in aligned columns.
+// Tables: columns and rows of texts, printed to be read or as CSV.
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
 #include <string>
 #include <vector>
 
 namespace vqmath63::host {
 
-/// Rows of as many cells each, the first of them the header.
-using TextRows = std::vector<std::vector<std::string>>;
+using Texts = std::vector<std::string>;
 
-/// Where the texts of a column meet: at their ends, their beginnings or their decimal points.
-enum class Align { kRight, kLeft, kPoint };
+/// Where the texts of a column meet: at their ends, their beginnings or their decimal points; or at
+/// the points when all are numbers, else at their beginnings.
+enum class Align { kRight, kLeft, kPoint, kByContent };
 
-/// Prints rows with two blanks between columns and none at the end of a line. A column that
-/// `aligned` does not tell of is aligned at the right; the header never at a point.
-void print_rows(std::ostream& out, TextRows rows, const std::vector<Align>& aligned = {});
+/// A column of a table.
+struct TableColumn {
+  std::string name;
+  Align align = Align::kRight;
+  std::string note{};  ///< for a reader, below the name: what the values are
+  std::string foot{};  ///< for a reader, at the end: what they come to
+};
 
-/// The same rows as CSV.
-void print_csv_rows(std::ostream& out, const TextRows& rows);
+/// The ways in which a table is printed.
+enum class TableForm {
+  kAligned,  ///< to be read: two blanks between columns and none at the end of a line
+  kCsv,      ///< names and rows; printed row by row
+};
+
+/// Prints a table. One whose columns have no names has no header.
+class TableWriter {
+ public:
+  TableWriter(std::ostream& out, TableForm form, std::vector<TableColumn> columns);
+
+  /// Takes a row, a text a column.
+  void row(const Texts& cells);
+  /// The rows taken.
+  std::size_t rows() const { return count_; }
+  /// Prints what is left to print.
+  void end();
+
+ private:
+  void print_csv(const Texts& cells);
+  template <class Part>
+  Texts texts_of(Part part) const;
+
+  std::ostream& out_;
+  TableForm form_;
+  std::vector<TableColumn> columns_;
+  std::vector<Texts> kept_;  // the rows that are still to be aligned
+  std::size_t count_ = 0;
+  std::string line_;  // of CSV, kept for its room
+};
+
+/// Lines of texts in columns as wide as the widest of them.
+class AlignedLines {
+ public:
+  explicit AlignedLines(std::vector<Align> aligned)
+      : aligned_(std::move(aligned)), widths_(aligned_.size(), 0) {}
+
+  /// Makes room for texts that will stand in a line.
+  void widen(const Texts& cells);
+  /// A line without its end; texts of columns that do not meet at the left stand at the right.
+  std::string line(const Texts& cells) const;
+  /// The length of the longest line that there can be.
+  std::size_t width() const;
+
+ private:
+  std::vector<Align> aligned_;
+  std::vector<std::size_t> widths_;
+};
 
 }  // namespace vqmath63::host

@@ -8,6 +8,7 @@
 
 #include "host/data/csv.hpp"
 #include "host/data/moment.hpp"
+#include "host/data/table.hpp"
 #include "host/text.hpp"
 
 namespace vqmath63::host {
@@ -265,20 +266,18 @@ std::string matrix_text(SAFEARRAY* array, const ElementText& text_at, bool all) 
   const std::size_t rows = array->rgsabound[1].cElements;
   const std::size_t columns = array->rgsabound[0].cElements;
   const auto shown = shown_of(rows, kMost, all);
-  std::vector<std::size_t> widths(columns, 0);
-  for (const std::size_t i : shown) {
-    for (std::size_t j = 0; j < columns; ++j) {
-      widths[j] = std::max(widths[j], width_of(text_at(i + j * rows)));
-    }
-  }
+  AlignedLines lines(std::vector<Align>(columns, Align::kRight));
+  const auto row_texts = [&](std::size_t i) {
+    Texts texts;
+    for (std::size_t j = 0; j < columns; ++j) texts.push_back(text_at(i + j * rows));
+    return texts;
+  };
+  for (const std::size_t i : shown) lines.widen(row_texts(i));
   std::string text = "rows " + bounds_text(array, 1) + ", columns " + bounds_text(array, 2);
   std::size_t next = 0;
   for (const std::size_t i : shown) {
     if (i != next) text += "\n  ... " + counted(i - next, "row") + " more ...";
-    text += "\n";
-    for (std::size_t j = 0; j < columns; ++j) {
-      text += "  " + right_aligned(text_at(i + j * rows), widths[j]);
-    }
+    text += "\n  " + lines.line(row_texts(i));
     next = i + 1;
   }
   return text;
