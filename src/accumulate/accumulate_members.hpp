@@ -2,6 +2,7 @@
 #pragma once
 
 #include "accumulate/accumulate.hpp"
+#include "accumulate/period_unit.hpp"
 #include "automation/member_table.hpp"
 
 namespace vqmath63::members {
@@ -11,6 +12,14 @@ using automation::get;
 using automation::let;
 using automation::method;
 using automation::out;
+using automation::word_arg;
+
+/// The period words, a line each.
+inline std::string period_word_lines() {
+  std::string lines;
+  for (const PeriodWord& entry : period_vocabulary()) lines.append(entry.word).append("\n");
+  return lines;
+}
 
 inline constexpr auto kAccumulate = automation::table<ztAccumulate>(
     "ztAccumulate", "Accumulates a dated production profile onto calendar periods.",
@@ -23,8 +32,8 @@ inline constexpr auto kAccumulate = automation::table<ztAccumulate>(
     let<&ztAccumulate::put_Rates>            ( 4, "Rates",             {arg("value")}, "Stored, without effect on Accumulate: RateArray decides."),
     let<&ztAccumulate::put_RateArray>        ( 5, "RateArray",         {arg("value")}, "Per column of the data (1 is the time), True for a rate, False for a cumulative value."),
     let<&ztAccumulate::put_AccumulateIndex>  ( 6, "AccumulateIndex",   {arg("value")}, "First row of the data that is used, from 1."),
-    let<&ztAccumulate::put_DataPeriod>       ( 7, "DataPeriod",        {arg("value")}, "Period word in which the data count their time."),
-    let<&ztAccumulate::put_Period>           ( 8, "Period",            {arg("value")}, "Reporting period: minute, hour, day, week, month, bi-monthly, quarter, half-year, year."),
+    let<&ztAccumulate::put_DataPeriod>       ( 7, "DataPeriod",        {word_arg("value", period_word_lines)}, "Period word in which the data count their time."),
+    let<&ztAccumulate::put_Period>           ( 8, "Period",            {word_arg("value", period_word_lines)}, "Reporting period: minute, hour, day, week, month, bi-monthly, quarter, half-year, year."),
     let<&ztAccumulate::put_StartData>        ( 9, "StartData",         {arg("value")}, "Date of time 0 of the data."),
     let<&ztAccumulate::put_ProductionProfile>(10, "ProductionProfile", {arg("value")}, "Stored, without effect."),
     get<&ztAccumulate::get_StartData>        ( 9, "StartData",         {}, "Date of time 0 of the data."),

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
@@ -30,7 +31,8 @@ struct ArgumentInfo {
   ValueType type{};
   bool optional = false;
   DefaultValue fallback{};
-  bool only_written = false;  ///< the member never reads what the host's variable holds
+  bool only_written = false;         ///< the member never reads what the host's variable holds
+  std::string (*words)() = nullptr;  ///< the words that a text is one of, a line each; null for any
 };
 
 /// Hash of a name without regard to the case of a to z (Fowler-Noll-Vo 1a, 32 bits).

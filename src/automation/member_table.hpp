@@ -18,6 +18,10 @@ consteval ArgumentInfo arg(const char* name) {
 consteval ArgumentInfo out(const char* name) {
   return {.name = name, .only_written = true};
 }
+/// An argument that is one of some words.
+consteval ArgumentInfo word_arg(const char* name, std::string (*words)()) {
+  return {.name = name, .words = words};
+}
 consteval ArgumentInfo optional_arg(const char* name, const char* fallback) {
   return {.name = name, .optional = true, .fallback = {fallback, 0.0}};
 }

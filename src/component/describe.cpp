@@ -1,6 +1,7 @@
 #include "component/describe.hpp"
 
 #include <charconv>
+#include <sstream>
 
 #include "component/class_list.hpp"
 
@@ -72,6 +73,22 @@ std::string describe_members(const ClassInfo& info) {
       text += argument.optional ? "optional=" + host_default(argument) : "required";
     }
     text += "\n";
+  }
+  return text;
+}
+
+std::optional<std::string> describe_words(const ClassInfo& info, const std::string& member) {
+  std::optional<std::string> text;
+  for (const MemberInfo& row : info.members) {
+    if (row.hash != automation::name_hash(member.c_str())) continue;
+    if (!text) text.emplace();
+    for (const ArgumentInfo& argument : row.arguments) {
+      if (argument.words == nullptr) continue;
+      std::istringstream words(argument.words());
+      for (std::string word; std::getline(words, word);) {
+        text->append(argument.name).append("\t").append(word).append("\n");
+      }
+    }
   }
   return text;
 }

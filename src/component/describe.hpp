@@ -1,6 +1,7 @@
 // Texts made from the member tables: the plain description, the interface text, the reference.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 
@@ -13,6 +14,10 @@ using ClassList = std::span<const automation::ClassInfo* const>;
 /// The lines of VqDescribe: of all classes, or of the members of one.
 std::string describe_classes(ClassList classes);
 std::string describe_members(const automation::ClassInfo& info);
+/// Those of the words that a member's arguments are among; nothing when the class has no such
+/// member.
+std::optional<std::string> describe_words(const automation::ClassInfo& info,
+                                          const std::string& member);
 
 /// The type library in interface definition language, as widl compiles it.
 std::string interface_text(ClassList classes);

@@ -62,10 +62,17 @@ VQ_EXPORT HRESULT VQ_API VqDescribe(const OLECHAR* programmatic_id, BSTR* text) 
   *text = nullptr;
   try {
     const std::string id = programmatic_id == nullptr ? "" : automation::utf8(programmatic_id);
-    const ClassInfo* info = component::find_class(id);
-    if (!id.empty() && info == nullptr) return CO_E_CLASSSTRING;
-    *text = automation::new_bstr(info == nullptr ? component::describe_classes(component::classes())
-                                                 : component::describe_members(*info));
+    std::optional<std::string> told;
+    if (id.empty()) {
+      told = component::describe_classes(component::classes());
+    } else if (const ClassInfo* info = component::find_class(id)) {
+      told = component::describe_members(*info);
+    } else if (const auto dot = id.rfind('.'); dot != std::string::npos) {
+      info = component::find_class(id.substr(0, dot));
+      if (info != nullptr) told = component::describe_words(*info, id.substr(dot + 1));
+    }
+    if (!told) return CO_E_CLASSSTRING;
+    *text = automation::new_bstr(*told);
     return S_OK;
   } catch (...) {
     return E_OUTOFMEMORY;

@@ -20,8 +20,10 @@ VQ_EXPORT HRESULT VQ_API VqSetMessageCallback(VqMessageCallback callback, void* 
 /// With one of a class, a line per member in interface order: kind ("method", "get", "let"), name,
 /// dispatch id, result type (empty for none), help, and then per argument four fields: name, type,
 /// "in" or "in,out", and "required", or "optional=" and the default. Types are Single, Double,
-/// Long, Boolean, Date, String, and for arrays "Single()" or "Single(,)". CO_E_CLASSSTRING for an
-/// unknown programmatic id.
+/// Long, Boolean, Date, String, and for arrays "Single()" or "Single(,)".
+/// With one of a class, a dot and the name of a member, a line per word that an argument of the
+/// member must be one of: argument and word; nothing where it takes any text, or no text.
+/// CO_E_CLASSSTRING for an unknown programmatic id or member.
 VQ_EXPORT HRESULT VQ_API VqDescribe(const OLECHAR* programmatic_id, BSTR* text);
 
 }  // extern "C"

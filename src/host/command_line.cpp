@@ -67,13 +67,14 @@ Command& Command::option(const char* names, const char* type, std::optional<doub
   return *this;
 }
 
-Command& Command::count(const char* names, std::int32_t& value, const char* help) {
-  add(app_, names, "N", help, [&value](const std::string& known, const std::string& text) {
+Command& Command::count(const char* names, std::int32_t& value, const char* help,
+                        std::int32_t most) {
+  add(app_, names, "N", help, [&value, most](const std::string& known, const std::string& text) {
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc{} || stop != end || value < 1) {
-      throw UsageError(known + ": " + in_quotes(text) +
-                       " is not a whole number from 1 to 2147483647");
+    if (error != std::errc{} || stop != end || value < 1 || value > most) {
+      throw UsageError(known + ": " + in_quotes(text) + " is not a whole number from 1 to " +
+                       std::to_string(most));
     }
   });
   return *this;
@@ -111,6 +112,12 @@ Command& Command::notes(const char* text) {
   return *this;
 }
 
+Command& Command::notes(std::function<std::string()> text) {
+  app_->footer("");  // the program's, which a command begins with
+  app_->footer(std::move(text));
+  return *this;
+}
+
 Command& Command::does(Work work) {
   app_->final_callback([chosen = chosen_, work = std::move(work)] { *chosen = work; });
   return *this;
@@ -137,13 +144,32 @@ void CommandLine::add_option(const char* name, const char* help, Work work) {
       name, [this, work = std::move(work)] { chosen_ = work; }, help);
 }
 
+void CommandLine::check_command(const std::string& word) const {
+  if (word.starts_with('-')) return;
+  std::string nearest;
+  std::size_t least = word.size();
+  for (const auto& [name, entry] : registered()) {
+    const std::size_t distance = edits_between(word, name);
+    if (distance == 0) return;
+    if (distance >= least) continue;
+    least = distance;
+    nearest = name;
+  }
+  constexpr std::size_t kSlips = 3;
+  throw UsageError("there is no command " + in_quotes(word) +
+                   (least > kSlips ? "" : "; the nearest is " + nearest));
+}
+
 Work CommandLine::parse(int argc, char** argv) {
+  if (argc > 1) check_command(argv[1]);
   try {
     app_->parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
     const auto subcommands = app_->get_subcommands();
     const CLI::App* asked = subcommands.empty() ? app_.get() : subcommands.front();
-    return [text = asked->help(asked == app_.get() ? "" : app_->get_name())] {
+    std::string help = asked->help(asked == app_.get() ? "" : app_->get_name());
+    while (help.ends_with("\n\n")) help.pop_back();
+    return [text = std::move(help)] {
       std::cout << text;
       return kSuccess;
     };

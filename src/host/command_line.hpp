@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -29,8 +30,9 @@ class Command {
                   const char* help);
   Command& option(const char* names, const char* type, std::optional<double>& value,
                   const char* help);
-  /// A whole number from 1 on.
-  Command& count(const char* names, std::int32_t& value, const char* help);
+  /// A whole number from 1 to `most`.
+  Command& count(const char* names, std::int32_t& value, const char* help,
+                 std::int32_t most = std::numeric_limits<std::int32_t>::max());
   /// May be given several times.
   Command& repeatable(const char* names, const char* type, std::vector<std::string>& values,
                       const char* help);
@@ -40,6 +42,8 @@ class Command {
   Command& rest(std::vector<std::string>& values);
   /// Text at the end of the help: what there is to know, and examples.
   Command& notes(const char* text);
+  /// The same where the text is made when it is asked for.
+  Command& notes(std::function<std::string()> text);
   Command& does(Work work);
 
  private:
@@ -76,6 +80,8 @@ class CommandLine {
   Work parse(int argc, char** argv);
 
  private:
+  void check_command(const std::string& word) const;
+
   std::unique_ptr<CLI::App> app_;
   Work chosen_;
 };

@@ -1,6 +1,8 @@
 // Small helpers for texts.
 #pragma once
 
+#include <algorithm>
+#include <numeric>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,6 +47,21 @@ inline std::string in_quotes(std::string_view text) {
 /// "1 row", "2 rows".
 inline std::string counted(std::size_t count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+/// The fewest letters to put in, take out or change that turn one word into another (Levenshtein).
+inline std::size_t edits_between(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = row[0]++;
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const std::size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({changed, diagonal + 1, row[j] + 1});
+    }
+  }
+  return row.back();
 }
 
 /// Places that a UTF-8 text takes on a terminal, one a character.

@@ -114,6 +114,20 @@ TEST(EntryPointsTest, descriptions_of_what_is_not_there) {
   EXPECT_EQ(VqDescribe(u"", nullptr), E_POINTER);
 }
 
+TEST(EntryPointsTest, the_words_of_an_argument_can_be_asked_for) {
+  const std::vector<std::string> periods = described(u"VQ140analyse.ztAccumulate.PERIOD");
+  EXPECT_EQ(periods.size(), 17U);
+  EXPECT_EQ(periods.front(), "value\tminute");
+  EXPECT_EQ(periods.back(), "value\tyears");
+  EXPECT_EQ(described(u"vq140Analyse.ztAccumulate.DataPeriod"), periods);
+  EXPECT_TRUE(described(u"vq140Analyse.ztAccumulate.Frequency").empty());
+  BSTR none = nullptr;
+  for (const OLECHAR* id : {u"vq140Analyse.ztAccumulate.Nope", u"vq140Analyse.ztNope.Period",
+                            u"ztAccumulate.Period", u"vq140Analyse.ztAccumulate."}) {
+    EXPECT_EQ(VqDescribe(id, &none), CO_E_CLASSSTRING);
+  }
+}
+
 TEST(EntryPointsTest, the_reference_page_is_the_one_made_from_the_tables) {
   std::ifstream page(VQ_DOCS "/reference.md");
   std::ostringstream committed;

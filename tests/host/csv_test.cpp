@@ -190,8 +190,9 @@ const FaultRow kFaultRows[] = {
      "f.csv:2: column 1 (t): '31/12/2020' is neither a number nor a date (dates are written "
      "YYYY-MM-DD or YYYY-MM-DD hh:mm)"},
     {"no such day", "t,oil\n2020-02-29,1\n2021-02-29,1\n", wants({Want::kTimes}),
-     "f.csv:3: column 1 (t): '2021-02-29' is not a date (dates are written YYYY-MM-DD or "
-     "YYYY-MM-DD hh:mm)"},
+     "f.csv:3: column 1 (t): '2021-02-29' is not a date: there is no such day"},
+    {"no such time", "t,oil\n2021-02-28 24:00,1\n", wants({Want::kTimes}),
+     "f.csv:2: column 1 (t): '2021-02-28 24:00' is not a date: there is no such time of day"},
     {"an open quote",
      "t,oil\n0,\"1\n1,2\n",
      {},

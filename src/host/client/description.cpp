@@ -98,6 +98,18 @@ std::vector<MemberDescription> describe_members(const std::string& class_name) {
   throw WorkError("there is no class '" + class_name + "' (classes: " + names + ")");
 }
 
+std::vector<std::string> describe_words(const std::string& class_name, const std::string& member) {
+  HRESULT result = S_OK;
+  std::vector<std::string> words;
+  for (const auto& fields :
+       described(utf16(programmatic_id(class_name) + "." + member).c_str(), &result)) {
+    if (fields.size() == 2) words.push_back(fields[1]);
+  }
+  if (FAILED(result))
+    throw AutomationError("the component does not tell of " + class_name + "." + member);
+  return words;
+}
+
 std::string basic_declaration(const MemberDescription& member) {
   const bool has_result = member.result.vt != VT_EMPTY;
   std::string text = member.kind == MemberKind::kGet   ? "Property Get "

@@ -45,6 +45,10 @@ std::vector<ClassDescription> describe_classes();
 /// when it is none.
 std::vector<MemberDescription> describe_members(const std::string& class_name);
 
+/// The words that arguments of a member must be among, in the component's order; none when they
+/// take any text.
+std::vector<std::string> describe_words(const std::string& class_name, const std::string& member);
+
 /// "Single", "Boolean", ...
 std::string type_name(VARTYPE vt);
 

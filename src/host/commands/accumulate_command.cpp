@@ -22,11 +22,16 @@ constexpr const char* kNotes =
     "at its row. Of each period the table has the mean of a rate and the last value of a\n"
     "cumulative series. Only what the rows cover is reported. Times and values are Singles of 24\n"
     "bits: period ends are shown as the roundest clock time within that precision (20 seconds at\n"
-    "ten years).\n"
-    "Period words: minute, hour, day, week, month, bi-monthly, quarter, half-year, year.\n"
+    "ten years).\n";
+
+constexpr const char* kExamples =
     "Examples: vqhost accumulate samples/field_wells.csv --start 2015-01-01 --period quarter\n"
     "            --cumulative field_oil_cum\n"
     "          vqhost accumulate history.csv --time month --start-data 2023-01-31 -o out.csv";
+
+std::string notes() {
+  return std::string(kNotes) + "Period words: " + period_words_text() + ".\n" + kExamples;
+}
 
 struct Options {
   ProductionChoice data;
@@ -43,8 +48,7 @@ std::optional<double> moment_option(const std::optional<std::string>& text, cons
   if (!text) return std::nullopt;
   const auto moment = parse_moment(*text);
   if (moment) return moment;
-  throw UsageError(std::string(option) + ": " + in_quotes(*text) +
-                   " is not a date (YYYY-MM-DD or \"YYYY-MM-DD hh:mm\")");
+  throw UsageError(std::string(option) + ": " + why_no_moment(*text));
 }
 
 int run(Options options) {
@@ -92,7 +96,7 @@ void declare(Command& command) {
       .option("--empty-as", "VALUE", o.data.empty_as, "Value of missing cells (default: an error)")
       .option("-o,--output", "OUT.csv", o.output,
               "Write CSV to this file; - is the standard output")
-      .notes(kNotes)
+      .notes(&notes)
       .does([options] { return run(*options); });
 }
 

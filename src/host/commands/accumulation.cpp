@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "host/client/description.hpp"
 #include "host/client/dispatch_client.hpp"
 #include "host/data/moment.hpp"
 #include "host/failure.hpp"
@@ -57,23 +58,19 @@ double spacing_at(double days) {
   return static_cast<double>(std::nextafter(x, std::numeric_limits<float>::max())) - x;
 }
 
-void check_word(const std::string& word, const char* option) {
-  constexpr const char* kWords[] = {"minute",    "minutes",   "hour",       "hours", "day",
-                                    "days",      "week",      "weeks",      "month", "months",
-                                    "quarter",   "quarters",  "bi-monthly", "year",  "years",
-                                    "half-year", "half-years"};
-  for (const char* known : kWords) {
+// `property` is the one that takes the word.
+void check_word(const std::string& word, const char* property, const char* option) {
+  for (const std::string& known : describe_words("ztAccumulate", property)) {
     if (same_letters(word, known)) return;
   }
   throw WorkError(std::string(option) + " '" + word +
-                  "' is no period word; these are: minute, hour, day, week, month, bi-monthly, "
-                  "quarter, half-year, year");
+                  "' is no period word; these are: " + period_words_text());
 }
 
 // Says in a sentence why the component may have refused.
 [[noreturn]] void explain(const Production& production, const PeriodSettings& settings) {
-  check_word(settings.period, "--period");
-  check_word(settings.data_period, "--time");
+  check_word(settings.period, "Period", "--period");
+  check_word(settings.data_period, "DataPeriod", "--time");
   if (static_cast<std::size_t>(settings.from_row) > production.rows) {
     throw WorkError("--from-row " + std::to_string(settings.from_row) + ": the file has only " +
                     counted(production.rows, "row"));
@@ -92,6 +89,17 @@ void check_word(const std::string& word, const char* option) {
 }
 
 }  // namespace
+
+std::string period_words_text() {
+  std::string text;
+  std::string last;
+  for (const std::string& word : describe_words("ztAccumulate", "Period")) {
+    if (word == last + "s") continue;
+    text += (text.empty() ? "" : ", ") + word;
+    last = word;
+  }
+  return text;
+}
 
 Accumulated accumulate(const Production& production, const PeriodSettings& settings) {
   DispatchObject object = accumulator(settings, production.start_data);

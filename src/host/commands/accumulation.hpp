@@ -26,6 +26,9 @@ struct Accumulated {
   double days(std::size_t period) const { return boundaries[period + 1] - boundaries[period]; }
 };
 
+/// The reporting period words as the component tells them, without plurals: "minute, hour, ...".
+std::string period_words_text();
+
 /// Accumulates. WorkError with a plain sentence when the component says that it did not succeed.
 ///
 /// The component tells the end of a period as elapsed days in a Single, which carries 24 bits: at

@@ -42,7 +42,6 @@ Layout layout_of(const CsvFile& file) {
     if (c == layout.face || same_letters(headers[c], "corner")) continue;
     layout.first.push_back(std::to_string(c + 1));
   }
-  layout.first.resize(3, "3");  // a file with too few columns has none of this number
   return layout;
 }
 
@@ -147,7 +146,15 @@ Cell::Cell(const std::string& path, const std::string& columns, bool oblique)
   CsvFile file(path);
   const Layout layout = layout_of(file);
   std::vector<std::string> chosen = columns_or(file, "--cell-columns", columns, {"x", "y", "z"});
-  if (columns.empty() && chosen[0] != "x") chosen = layout.first;
+  if (columns.empty() && chosen[0] != "x") {
+    chosen = layout.first;
+    if (chosen.size() < 3) {
+      throw WorkError(file.path() + ": a cell has three columns of coordinates; here " +
+                      (chosen.size() == 1 ? "is 1" : "are " + std::to_string(chosen.size())) +
+                      ". 'vqhost inside' takes a polygon by --polygon");
+    }
+    chosen.resize(3);
+  }
   Columns table(std::move(file), chosen, false);
   table.refuse_gaps();
   const auto rows = corner_rows(table, layout);

@@ -225,10 +225,6 @@ bool show_histogram(DispatchObject& sample, const Series& series, std::int32_t b
 int run(const Options& options) {
   check_single("--null", options.null);
   check_single("--empty-as", options.empty_as);
-  if (options.bins > kMostBins) {
-    throw UsageError("--histogram: " + std::to_string(options.bins) + " bins are more than " +
-                     std::to_string(kMostBins));
-  }
   std::vector<Series> all = read_series(options);
   const MessageSink sink;
   DispatchObject statistics = DispatchObject::create("ztStatistics");
@@ -255,7 +251,7 @@ void declare(Command& command) {
       .option("--null", "VALUE", o.null, "Remove this value before all else")
       .option("--empty-as", "VALUE", o.empty_as,
               "Value of missing cells (default: an error); that of --null makes them nulls")
-      .count("--histogram", o.bins, "Also show a histogram of so many bins (1 to 1000)")
+      .count("--histogram", o.bins, "Also show a histogram of so many bins (1 to 1000)", kMostBins)
       .notes(kNotes)
       .does([options] { return run(*options); });
 }

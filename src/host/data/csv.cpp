@@ -18,7 +18,11 @@ namespace vqmath63::host {
 namespace {
 
 std::string read_whole(const std::string& path) {
-  const auto fail = [&] { throw WorkError(path + ": " + std::strerror(errno)); };
+  const auto fail = [&] {
+    if (path != "-") throw WorkError(path + ": " + std::strerror(errno));
+    throw WorkError(std::string("standard input: ") +
+                    (errno == EBADF ? "it is closed" : std::strerror(errno)));
+  };
   struct Close {
     void operator()(std::FILE* file) const {
       if (file != stdin) std::fclose(file);
@@ -138,19 +142,15 @@ class CellTaker {
 
   [[noreturn]] void refuse(std::size_t c, std::size_t line, CellKind kind,
                            std::string_view text) const {
-    std::string message = file_.place(line, c) + in_quotes(text);
-    const bool none_yet = table_.columns[c].values.empty();
-    if (kind == CellKind::kDate && none_yet) {
-      message += " is neither a number nor a date";
-    } else {
-      message += kind == CellKind::kDate ? " is not a date" : " is not a number";
-    }
+    const bool date = kind == CellKind::kDate;
+    std::string problem = in_quotes(text) + (date ? " is not a date" : " is not a number");
     if (const auto with_point = with_decimal_point(text)) {
-      message += " (a decimal comma is not supported: write " + *with_point + ")";
-    } else if (kind == CellKind::kDate) {
-      message += " (dates are written YYYY-MM-DD or YYYY-MM-DD hh:mm)";
+      problem += " (a decimal comma is not supported: write " + *with_point + ")";
+    } else if (date) {
+      const bool none_yet = table_.columns[c].values.empty();
+      problem = why_no_moment(text, none_yet ? "is neither a number nor a date" : "is not a date");
     }
-    throw WorkError(message);
+    throw WorkError(file_.place(line, c) + problem);
   }
 
   const CsvFile& file_;

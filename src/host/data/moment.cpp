@@ -1,9 +1,11 @@
 #include "host/data/moment.hpp"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
+
+#include "host/text.hpp"
 
 namespace vqmath63::host {
 namespace {
@@ -32,94 +34,123 @@ bool take_char(std::string_view& text, char wanted) {
   return true;
 }
 
-std::optional<double> time_of_day(std::string_view text) {
+enum class Fault { kNone, kForm, kDay, kTime };
+
+// Reads the part behind a date, a fraction of a day.
+Fault read_time_of_day(std::string_view text, double& days) {
   int hour = 0;
   int minute = 0;
   int second = 0;
   double fraction = 0.0;
   if (!take_number(text, 2, hour) || !take_char(text, ':') || !take_number(text, 2, minute)) {
-    return std::nullopt;
+    return Fault::kForm;
   }
   if (take_char(text, ':')) {
-    if (!take_number(text, 2, second)) return std::nullopt;
+    if (!take_number(text, 2, second)) return Fault::kForm;
     if (take_char(text, '.')) {
-      if (text.empty()) return std::nullopt;
+      if (text.empty()) return Fault::kForm;
       double scale = 1.0;
       for (int digit = 0; !text.empty();) {
-        if (!take_number(text, 1, digit)) return std::nullopt;
+        if (!take_number(text, 1, digit)) return Fault::kForm;
         scale /= 10.0;
         fraction += digit * scale;
       }
     }
   }
-  if (!text.empty() || hour > 23 || minute > 59 || second > 59) return std::nullopt;
-  return ((hour * 60 + minute) * 60 + second + fraction) / kSecondsPerDay;
+  if (!text.empty()) return Fault::kForm;
+  if (hour > 23 || minute > 59 || second > 59) return Fault::kTime;
+  days = ((hour * 60 + minute) * 60 + second + fraction) / kSecondsPerDay;
+  return Fault::kNone;
 }
 
-struct Clock {
-  int year, hour, minute, second;
-  unsigned month, day;
-};
-
-Clock clock_of(double days, double unit_seconds) {
-  const double seconds = std::round(days * kSecondsPerDay / unit_seconds) * unit_seconds;
-  const double whole = std::floor(seconds / kSecondsPerDay);
-  const int rest = static_cast<int>(seconds - whole * kSecondsPerDay);
-  const std::chrono::year_month_day date{kDayZero +
-                                         std::chrono::days{static_cast<std::int32_t>(whole)}};
-  return {int{date.year()},       rest / 3600,         rest / 60 % 60, rest % 60,
-          unsigned{date.month()}, unsigned{date.day()}};
-}
-
-}  // namespace
-
-std::optional<double> parse_moment(std::string_view text) {
+Fault read(std::string_view text, double& days) {
   int year = 0;
   int month = 0;
   int day = 0;
   if (!take_number(text, 4, year) || !take_char(text, '-') || !take_number(text, 2, month) ||
       !take_char(text, '-') || !take_number(text, 2, day)) {
-    return std::nullopt;
+    return Fault::kForm;
+  }
+  double time = 0.0;
+  if (!text.empty()) {
+    if (!take_char(text, ' ') && !take_char(text, 'T')) return Fault::kForm;
+    const Fault fault = read_time_of_day(text, time);
+    if (fault != Fault::kNone) return fault;
   }
   const std::chrono::year_month_day date{std::chrono::year{year},
                                          std::chrono::month{static_cast<unsigned>(month)},
                                          std::chrono::day{static_cast<unsigned>(day)}};
-  if (!date.ok()) return std::nullopt;
-  const auto days = static_cast<double>((sys_days{date} - kDayZero).count());
-  if (text.empty()) return days;
-  if (!take_char(text, ' ') && !take_char(text, 'T')) return std::nullopt;
-  const auto time = time_of_day(text);
-  if (!time) return std::nullopt;
-  return days + *time;
+  if (!date.ok()) return Fault::kDay;
+  days = static_cast<double>((sys_days{date} - kDayZero).count()) + time;
+  return Fault::kNone;
 }
 
-std::string moment_text(double days, bool with_time) {
-  const Clock c = clock_of(days, 60.0);
-  char text[64];
-  if (with_time) {
-    std::snprintf(text, sizeof text, "%04d-%02u-%02u %02d:%02d", c.year, c.month, c.day, c.hour,
-                  c.minute);
-  } else {
-    std::snprintf(text, sizeof text, "%04d-%02u-%02u", c.year, c.month, c.day);
+// A moment rounded to whole units.
+struct Clock {
+  std::chrono::year_month_day date;
+  std::chrono::hh_mm_ss<std::chrono::seconds> time;
+
+  Clock(double days, std::chrono::seconds unit) {
+    const double length = static_cast<double>(unit.count());
+    const double seconds = std::round(days * kSecondsPerDay / length) * length;
+    const double whole = std::floor(seconds / kSecondsPerDay);
+    date = kDayZero + std::chrono::days{static_cast<std::int32_t>(whole)};
+    time = std::chrono::hh_mm_ss{
+        std::chrono::seconds{static_cast<std::int64_t>(seconds - whole * kSecondsPerDay)}};
   }
+  bool midnight() const { return time.to_duration().count() == 0; }
+};
+
+void add_digits(std::string& text, std::int64_t number, std::size_t width) {
+  const std::string digits = std::to_string(number);
+  text.append(width - std::min(width, digits.size()), '0').append(digits);
+}
+
+std::string text_of(const Clock& clock, bool with_time, bool with_seconds) {
+  std::string text;
+  add_digits(text, int{clock.date.year()}, 4);
+  add_digits(text += '-', unsigned{clock.date.month()}, 2);
+  add_digits(text += '-', unsigned{clock.date.day()}, 2);
+  if (!with_time) return text;
+  add_digits(text += ' ', clock.time.hours().count(), 2);
+  add_digits(text += ':', clock.time.minutes().count(), 2);
+  if (with_seconds) add_digits(text += ':', clock.time.seconds().count(), 2);
   return text;
 }
 
+}  // namespace
+
+std::optional<double> parse_moment(std::string_view text) {
+  double days = 0.0;
+  if (read(text, days) != Fault::kNone) return std::nullopt;
+  return days;
+}
+
+bool looks_like_moment(std::string_view text) {
+  double days = 0.0;
+  return read(text, days) != Fault::kForm;
+}
+
+std::string why_no_moment(std::string_view text, const char* words) {
+  double days = 0.0;
+  const Fault fault = read(text, days);
+  const std::string quoted = in_quotes(text);
+  if (fault == Fault::kDay) return quoted + " is not a date: there is no such day";
+  if (fault == Fault::kTime) return quoted + " is not a date: there is no such time of day";
+  return quoted + " " + words + " (dates are written YYYY-MM-DD or YYYY-MM-DD hh:mm)";
+}
+
+std::string moment_text(double days, bool with_time) {
+  return text_of(Clock(days, std::chrono::minutes{1}), with_time, false);
+}
+
 std::string exact_moment_text(double days) {
-  const Clock c = clock_of(days, 1.0);
-  std::string text = moment_text(days, false);
-  if (c.second != 0) {
-    char time[16];
-    text = moment_text(std::floor(days), false);
-    std::snprintf(time, sizeof time, " %02d:%02d:%02d", c.hour, c.minute, c.second);
-    return text + time;
-  }
-  return moment_text(days, c.hour != 0 || c.minute != 0);
+  const Clock clock(days, std::chrono::seconds{1});
+  return text_of(clock, !clock.midnight(), clock.time.seconds().count() != 0);
 }
 
 bool has_time_of_day(double days) {
-  const Clock c = clock_of(days, 60.0);
-  return c.hour != 0 || c.minute != 0;
+  return !Clock(days, std::chrono::minutes{1}).midnight();
 }
 
 double roundest_moment(double days, double tolerance) {

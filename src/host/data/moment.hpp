@@ -14,6 +14,13 @@ namespace vqmath63::host {
 /// for any other text and for a day or time that does not exist.
 std::optional<double> parse_moment(std::string_view text);
 
+/// Whether a text has the form of a moment, even if there is no such day or time.
+bool looks_like_moment(std::string_view text);
+
+/// Why a text is no moment: "'2023-02-30' is not a date: there is no such day", or where it has not
+/// even the form, the text, `words` and the form.
+std::string why_no_moment(std::string_view text, const char* words = "is not a date");
+
 /// "2023-01-31", or "2023-01-31 06:00" with the time rounded to the minute.
 std::string moment_text(double days, bool with_time);
 

@@ -36,8 +36,8 @@ double scalar_from_text(VARTYPE vt, const std::string& text, const std::string& 
   }
   if (const auto number = parse_number(text)) return *number;
   if (const auto moment = parse_moment(text)) return *moment;
-  refuse(what, in_quotes(text) + (vt == VT_DATE ? " is not a date (YYYY-MM-DD or YYYY-MM-DD hh:mm)"
-                                                : " is not a number"));
+  if (vt == VT_DATE || looks_like_moment(text)) refuse(what, why_no_moment(text));
+  refuse(what, in_quotes(text) + " is not a number");
 }
 
 Value scalar_value(VARTYPE vt, const std::string& text, const std::string& what) {
