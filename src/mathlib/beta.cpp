@@ -1,9 +1,7 @@
 // The beta function, complete and incomplete: members of ztMathLib.
-#include "mathlib/constants.hpp"
 #include "mathlib/locations.hpp"
 #include "mathlib/math_lib.hpp"
 #include "mathlib/platform_functions.hpp"
-#include "mathlib/stirling.hpp"
 #include "tolerant/out_of_range.hpp"
 
 namespace vqmath63 {
@@ -14,30 +12,15 @@ using namespace locations;
 constexpr int kMostTerms = 100;
 constexpr double kPrecision = 1e-15;
 
-// For A and B that the asymptotic series of all three gamma functions holds for, and no step can
-// overflow unnoticed.
-bool both_large(double a, double b) {
-  constexpr double kLargest = 1e9;
-  return a >= kAsymptotic && b >= kAsymptotic && a <= kLargest && b <= kLargest;
-}
-
-// log(X^A (1 - X)^B Gamma(A + B) / (Gamma(A) Gamma(B))) for such A and B. The large parts of the
-// logarithms cancel on paper, and with them their roundings.
-double log_front_of_large(double a, double b, double x) {
-  const double sum = a + b;
-  const double first = a * std::log(x * sum / a) + b * std::log((1.0 - x) * sum / b);
-  const double second = 0.5 * std::log(a / sum * b) - constants::kLogSqrtTwoPi;
-  return first + second + (stirling_sum(sum) - stirling_sum(a) - stirling_sum(b));
-}
-
 }  // namespace
 
 double ztMathLib::beta(double A, double B) const {
   return trap<double>(kBeta, [&](double& result) {
-    // From Gamma itself, not from logarithms: the product may overflow.
+    // From Gamma itself, not from logarithms: the product may overflow, and does so before the
+    // third one is asked.
     const Double of_b = Gamma(B);
-    const Double of_a = Gamma(A);
-    result = (of_b * of_a / Gamma((Double(A) + B).value())).value();
+    const Double product = of_b * Gamma(A);
+    result = (product / Gamma((Double(A) + B).value())).value();
   });
 }
 
@@ -86,10 +69,13 @@ double ztMathLib::BetaI(double A, double B, double X) const {
     const Double b = B;
     Double front = 0.0;
     if (X != 0.0 && X != 1.0) {
-      const double rest = 1.0 - X;
-      const Double logarithm = both_large(A, B) ? Double(log_front_of_large(A, B, X))
-                                                : Double(LoGamma((a + b).value())) - LoGamma(A) -
-                                                      LoGamma(B) + a * Log(X) + b * Log(rest);
+      // The logarithm of X^A (1 - X)^B Gamma(A + B) / (Gamma(A) Gamma(B)), term by term, so that
+      // the first step that fails is the one reported.
+      Double logarithm = LoGamma((a + b).value());
+      logarithm -= LoGamma(A);
+      logarithm -= LoGamma(B);
+      logarithm += a * Log(X);
+      logarithm += b * Log(Double(1.0) - X);
       front = Exp(logarithm);
     }
     if (!(X < (a + 1.0) / (a + b + 2.0))) {

@@ -173,8 +173,9 @@ class ztMathLib {
   double beta(double A, double B) const;
   /// Continued fraction of the incomplete beta function, at most 100 terms.
   double Beta_CF(double A, double B, double X) const;
-  /// Regularised incomplete beta function I_X(A, B); out of range unless 0 <= X <= 1, A >= 0 and
-  /// B >= 0. Of A and B up to 50 it is as accurate as docs/accuracy.md says.
+  /// Regularised incomplete beta function I_X(A, B), by Beta_CF and three LoGamma; out of range
+  /// unless 0 <= X <= 1, A >= 0 and B >= 0. Relative error below 2e-13 for A and B up to 50, below
+  /// 6e-11 up to 1e4; from about 1e5 on the fraction ends before it converges.
   double BetaI(double A, double B, double X) const;
   /// Regularised lower incomplete gamma function P(A, X); out of range for X < 0 or A <= 0. NaN: as
   /// A gives 1e308, as X gives NaN.

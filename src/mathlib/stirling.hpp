@@ -1,4 +1,4 @@
-// The asymptotic series that the gamma function, its logarithm and the beta function share.
+// The asymptotic series that the gamma function and its logarithm share.
 #pragma once
 
 #include <cstddef>

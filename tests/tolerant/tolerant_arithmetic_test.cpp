@@ -48,6 +48,10 @@ TEST_F(TolerantTest, double_form) {
       // 1e-15 of the larger operand: 4 and 5 units of 2^-52 below 1 lie on either side.
       {"just inside", 1, "-", 1 - 0x1p-50, 0},
       {"just outside", 1, "-", 1 - 5 * 0x1p-52, 5 * 0x1p-52},
+      // 1 / 1e15 is the Double next to 1e-15 and so the tolerance itself, which stays.
+      {"the tolerance itself", 1e15, "-", 999999999999999, 1},
+      {"the tolerance itself in a sum", -999999999999999, "+", 1e15, 1},
+      {"next below it", 1000000000000001, "-", 1e15, 0},
       {"relative to the larger", 1e-16, "+", 0, 1e-16},
       {"sum that cancels", -3, "+", 3, 0},
       {"sum just inside", -8, "+", 8 + 0x1p-48, 0},
@@ -104,7 +108,7 @@ TEST_F(TolerantTest, single_forms) {
       {"just inside", 1, "-", 1 - 8 * 0x1p-23F, 0},
       {"just outside", 1, "-", 1 - 9 * 0x1p-23F, 9 * 0x1p-23F},
       {"the tolerance itself stays", 1000000, "-", 999999, 1},
-      {"next below it", 1000001, "-", 1000000, 0},
+      {"next below it", 1000000.0625F, "-", 999999.0625F, 0},
       {"sum that cancels", -4, "+", 4.000001F, 0},
       {"relative to the larger", 1e-30F, "+", 0, 1e-30F},
       {"field coordinates", 6700000, "-", 6700005, 0},
