@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-#include "frame/checked.hpp"
+#include "frame/checked_functions.hpp"
 #include "frame/fault.hpp"
 
 namespace vqmath63 {
@@ -75,19 +75,18 @@ double BuiltInCommonMaths::VectorAngle(double X, double Y) {
     if (X == 0.0) return 0.0;
     if (X < 0.0) return std::numbers::pi;
   }
-  return std::atan2(Y, X);
+  return unchecked::atan2(Y, X);
 }
 
 void BuiltInCommonMaths::PolarToRectangular(double Radius, double Theta, double& X, double& Y) {
-  if (std::isinf(Theta)) raise_fault(ErrorNumber::kInvalidCall);
-  const Double x = Double(Radius) * std::cos(Theta);
-  const Double y = Double(Radius) * std::sin(Theta);
+  const Double x = Double(Radius) * Cos(Theta);
+  const Double y = Double(Radius) * Sin(Theta);
   X = x.value();
   Y = y.value();
 }
 
 void BuiltInCommonMaths::RectangularToPolar(double X, double Y, double& Radius, double& Theta) {
-  const double radius = std::hypot(X, Y);
+  const double radius = unchecked::hypot(X, Y);
   if (std::isinf(radius) && std::isfinite(X) && std::isfinite(Y)) {
     raise_fault(ErrorNumber::kOverflow);
   }
@@ -96,7 +95,7 @@ void BuiltInCommonMaths::RectangularToPolar(double X, double Y, double& Radius, 
 }
 
 double BuiltInCommonMaths::ArcTan(double x) {
-  return std::atan(x);
+  return unchecked::atan(x);
 }
 
 std::int32_t BuiltInCommonMaths::CeilToLong(double X) {

@@ -31,7 +31,7 @@ bool deliver_to_host(const std::string& line, bool flag) {
 
 // "YYYY-MM-DD hh:mm:ss " of this moment.
 std::string time_stamp() {
-  const std::int64_t seconds = std::llround(now().value * 86400.0);
+  const std::int64_t seconds = std::llround(now().value * 86400.0);  // platform: a clock
   const CivilDate date = civil_from_days(seconds / 86400);
   const int second = static_cast<int>(seconds % 86400);
   char text[64];

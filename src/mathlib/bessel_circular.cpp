@@ -3,6 +3,7 @@
 
 #include <iterator>
 
+#include "frame/checked_functions.hpp"
 #include "mathlib/bessel.hpp"
 #include "mathlib/bessel_elementary.hpp"
 #include "mathlib/bessel_fits.hpp"
@@ -39,7 +40,8 @@ double oscillating(const double (&modulus)[kModulus], const double (&phase)[kPha
   const double square = inverse * inverse;
   const Angle angle = reduced(x);
   const double rest = angle.rest.hi + (angle.rest.lo + inverse * polynomial(phase, square));
-  return std::sqrt(inverse) * polynomial(modulus, square) * cosine(angle.quadrant + turn, rest);
+  return unchecked::sqrt(inverse) * polynomial(modulus, square) *
+         cosine(angle.quadrant + turn, rest);
 }
 
 }  // namespace

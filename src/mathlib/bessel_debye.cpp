@@ -5,6 +5,7 @@
 #include <cmath>
 #include <iterator>
 
+#include "frame/checked_functions.hpp"
 #include "mathlib/bessel_elementary.hpp"
 
 namespace vqmath63::bessel {
@@ -55,7 +56,7 @@ Pair arc_tangent(Pair height, Pair width, double hypotenuse) {
   // of Mathematical Functions, 1964, 4.4.45).
   const double sine = height.hi / hypotenuse;
   const double rough =
-      1.5707963 - std::sqrt(1.0 - sine) *
+      1.5707963 - unchecked::sqrt(1.0 - sine) *
                       (1.5707288 + sine * (-0.2121144 + sine * (0.0742610 - sine * 0.0187293)));
   const int place = static_cast<int>(rough * 16.0 + 0.5);
   const double* angle = kAngles[place];
@@ -102,7 +103,7 @@ Circular debye_circular(double n, double x) {
   const Sums sums = debye_sums(q, root, -1.0);
   const double c = cosine(phase.quadrant, phase.rest.hi);
   const double s = cosine(phase.quadrant + 3, phase.rest.hi);
-  const double amplitude = std::sqrt(0.63661977236758134 / root);
+  const double amplitude = unchecked::sqrt(0.63661977236758134 / root);
   return {amplitude * (c * sums.even + s * sums.odd), amplitude * (s * sums.even - c * sums.odd)};
 }
 
@@ -114,7 +115,7 @@ Circular debye_decaying(double n, double x) {
   if (exponent.hi > 800.0) return {0.0, -kInfinity};
   const double p = n / root.hi;
   const Sums sums = debye_sums(p * p, root.hi, 1.0);
-  const double amplitude = std::sqrt(1.0 / root.hi);
+  const double amplitude = unchecked::sqrt(1.0 / root.hi);
   const Exponential up = exponential(exponent.hi, exponent.lo);
   const Exponential down = exponential(-exponent.hi, -exponent.lo);
   constexpr double kY = 0.7978845608028654;  // sqrt(2 / pi)
@@ -124,12 +125,12 @@ Circular debye_decaying(double n, double x) {
 
 double last_oscillating(double x) {
   if (x < 91.0) return -1.0;
-  return std::trunc(x * std::sqrt(1.0 - least_distance(x)));
+  return std::trunc(x * unchecked::sqrt(1.0 - least_distance(x)));
 }
 
 double first_decaying(double x) {
   if (x < 91.0) return kInfinity;
-  return std::trunc(x / std::sqrt(1.0 - least_distance(x))) + 1.0;
+  return std::trunc(x / unchecked::sqrt(1.0 - least_distance(x))) + 1.0;
 }
 
 Modified debye_modified(double n, double x) {
@@ -142,7 +143,7 @@ Modified debye_modified(double n, double x) {
   if (exponent.hi > 800.0) return {kInfinity, 0.0};
   if (exponent.hi < -800.0) return {0.0, kInfinity};
   const Sums sums = debye_sums((n / root.hi) * (n / root.hi), root.hi, 1.0);
-  const double amplitude = std::sqrt(1.0 / root.hi);
+  const double amplitude = unchecked::sqrt(1.0 / root.hi);
   constexpr double kFalling = 1.2533141373155003;  // sqrt(pi / 2)
   const Exponential up = exponential(exponent.hi, exponent.lo);
   const Exponential down = exponential(-exponent.hi, -exponent.lo);

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <limits>
 
+#include "frame/checked_functions.hpp"
 #include "mathlib/bessel_constants.hpp"
 
 namespace vqmath63::bessel {
@@ -99,7 +100,7 @@ inline Pair operator/(Pair a, Pair b) {
 
 /// Square root of a > 0.
 inline Pair square_root(Pair a) {
-  const double root = std::sqrt(a.hi);
+  const double root = unchecked::sqrt(a.hi);
   const Pair rest = a - exact_product(root, root);
   return ordered_sum(root, (rest.hi + rest.lo) / (2.0 * root));
 }

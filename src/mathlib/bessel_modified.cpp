@@ -1,6 +1,7 @@
 // I0, i1, K0, K1: polynomials in x^2 near 0, beyond the exponential times polynomials in 1 / x.
 #include "mathlib/bessel_modified.hpp"
 
+#include "frame/checked_functions.hpp"
 #include "mathlib/bessel.hpp"
 #include "mathlib/bessel_elementary.hpp"
 #include "mathlib/bessel_fits.hpp"
@@ -15,7 +16,7 @@ namespace {
 template <std::size_t kSize>
 double falling(const double (&row)[kSize], double x) {
   const double inverse = 1.0 / x;
-  return std::sqrt(inverse) * polynomial<kSize - 2>(&row[2], row[0] * inverse - row[1]);
+  return unchecked::sqrt(inverse) * polynomial<kSize - 2>(&row[2], row[0] * inverse - row[1]);
 }
 
 // K's rows begin at 1, 2, 4 and 8.

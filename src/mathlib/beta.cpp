@@ -1,7 +1,7 @@
 // The beta function, complete and incomplete: members of ztMathLib.
+#include "frame/checked_functions.hpp"
 #include "mathlib/locations.hpp"
 #include "mathlib/math_lib.hpp"
-#include "mathlib/platform_functions.hpp"
 #include "tolerant/out_of_range.hpp"
 
 namespace vqmath63 {

@@ -1,9 +1,9 @@
 // Circular functions of ztMathLib, their reciprocals and their inverses.
+#include "frame/checked_functions.hpp"
 #include "frame/companions.hpp"
 #include "mathlib/constants.hpp"
 #include "mathlib/locations.hpp"
 #include "mathlib/math_lib.hpp"
-#include "mathlib/platform_functions.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -22,7 +22,7 @@ double ztMathLib::sine(double dX) const {
   return trap<double>(kSine, [&](double& result) {
     const double turns = std::abs(dX) * kOneOverPi;
     // An infinity counts as whole, so that the sine of what is left cannot fail.
-    if (Fix(turns) != turns) result = std::sin(dX);
+    if (Fix(turns) != turns) result = unchecked::sin(dX);
   });
 }
 

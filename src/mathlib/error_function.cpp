@@ -1,10 +1,10 @@
 // The error function: a member of ztMathLib.
+#include "frame/checked_functions.hpp"
 #include "mathlib/cody_tables.hpp"
 #include "mathlib/constants.hpp"
 #include "mathlib/exp_of_squares.hpp"
 #include "mathlib/locations.hpp"
 #include "mathlib/math_lib.hpp"
-#include "mathlib/platform_functions.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -23,7 +23,7 @@ double exp_of_minus_square(double y) {
   const int sixteenths = static_cast<int>(y * 16.0);
   const double head = sixteenths * 0.0625;
   const double tail = (y - head) * (y + head);
-  return kExpOfMinusSquare[static_cast<std::size_t>(sixteenths)] * std::exp(-tail);
+  return kExpOfMinusSquare[static_cast<std::size_t>(sixteenths)] * unchecked::exp(-tail);
 }
 
 double near_zero(double x, double y) {

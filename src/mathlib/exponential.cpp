@@ -1,8 +1,8 @@
 // Exponentials, logarithms, powers and roots of ztMathLib.
+#include "frame/checked_functions.hpp"
 #include "mathlib/constants.hpp"
 #include "mathlib/locations.hpp"
 #include "mathlib/math_lib.hpp"
-#include "mathlib/platform_functions.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -14,7 +14,7 @@ using namespace locations;
 double limited_exponential(Double exponent, double sign) {
   if (exponent > kExponentLimit) return kOutOfRange;
   if (exponent < -kExponentLimit) return 0.0;
-  return std::exp(exponent.value()) * sign;
+  return unchecked::exp(exponent.value()) * sign;
 }
 
 bool whole(double x) {
@@ -40,7 +40,7 @@ double ztMathLib::aLog10(double xValue) const {
     if (guard > kExponentLimit) {
       result = kOutOfRange;
     } else if (!(guard < -kExponentLimit)) {
-      result = std::pow(10.0, xValue);
+      result = unchecked::pow(10.0, xValue);
     }
   });
 }
@@ -48,12 +48,12 @@ double ztMathLib::aLog10(double xValue) const {
 // The logarithm of a positive number cannot fail; a NaN is not positive.
 double ztMathLib::Ln(double xValue) const {
   return trap<double>(
-      kLn, [&](double& result) { result = xValue > 0.0 ? std::log(xValue) : kOutOfRange; });
+      kLn, [&](double& result) { result = xValue > 0.0 ? unchecked::log(xValue) : kOutOfRange; });
 }
 
 double ztMathLib::Log10(double xValue) const {
   return trap<double>(kLog10, [&](double& result) {
-    result = xValue > 0.0 ? std::log(xValue) * kLog10OfE : kOutOfRange;
+    result = xValue > 0.0 ? unchecked::log(xValue) * kLog10OfE : kOutOfRange;
   });
 }
 
@@ -67,12 +67,12 @@ double ztMathLib::cubed(double X) const {
 
 double ztMathLib::Square_Root(double X) const {
   return trap<double>(kSquare_Root,
-                      [&](double& result) { result = X < 0.0 ? kOutOfRange : std::sqrt(X); });
+                      [&](double& result) { result = X < 0.0 ? kOutOfRange : unchecked::sqrt(X); });
 }
 
 double ztMathLib::Cube_Root(double X) const {
   return trap<double>(kCube_Root, [&](double& result) {
-    const auto root = [](double x) { return std::exp(std::log(x) * kOneThird); };
+    const auto root = [](double x) { return unchecked::exp(unchecked::log(x) * kOneThird); };
     if (X > 0.0) {
       result = root(X);
     } else if (X < 0.0) {

@@ -1,9 +1,9 @@
 // The gamma function and its logarithm: members of ztMathLib.
+#include "frame/checked_functions.hpp"
 #include "mathlib/cody_tables.hpp"
 #include "mathlib/constants.hpp"
 #include "mathlib/locations.hpp"
 #include "mathlib/math_lib.hpp"
-#include "mathlib/platform_functions.hpp"
 #include "mathlib/stirling.hpp"
 
 namespace vqmath63 {
@@ -56,12 +56,12 @@ double gamma_below_asymptotic(double y) {
 double gamma_of_positive(double y) {
   if (y < kEpsilon) return 1.0 / y;
   if (y < kAsymptotic) return gamma_below_asymptotic(y);
-  return std::exp(stirling_sum(y) - y + kLogSqrtTwoPi + (y - 0.5) * std::log(y));
+  return unchecked::exp(stirling_sum(y) - y + kLogSqrtTwoPi + (y - 0.5) * unchecked::log(y));
 }
 
 double log_gamma_near_one(double x) {
   constexpr double kReduction = 0.6796875;
-  const double correction = x < kReduction ? -std::log(x) : 0.0;
+  const double correction = x < kReduction ? -unchecked::log(x) : 0.0;
   const double from_one = x < kReduction ? x : x - 1.0;
   if (x <= 0.5 || x >= kReduction) {
     return correction +
@@ -73,7 +73,7 @@ double log_gamma_near_one(double x) {
 
 // Logarithm of Gamma of 0 < x <= 2.55e305.
 double log_gamma(double x) {
-  if (x <= kEpsilon) return -std::log(x);
+  if (x <= kEpsilon) return -unchecked::log(x);
   if (x <= 1.5) return log_gamma_near_one(x);
   if (x <= 4.0) {
     const double d = x - 2.0;
@@ -84,7 +84,7 @@ double log_gamma(double x) {
     return kLogGammaD4 + d * quotient(kLogGammaP4, kLogGammaQ4, -1.0, d);
   }
   const double series = x <= kSeriesLimit ? stirling_sum(x) : 0.0;
-  const double logarithm = std::log(x);
+  const double logarithm = unchecked::log(x);
   return series + kLogSqrtTwoPi - 0.5 * logarithm + x * (logarithm - 1.0);
 }
 

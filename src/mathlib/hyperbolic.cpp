@@ -1,8 +1,8 @@
 // Hyperbolic functions of ztMathLib and their inverses.
+#include "frame/checked_functions.hpp"
 #include "mathlib/constants.hpp"
 #include "mathlib/locations.hpp"
 #include "mathlib/math_lib.hpp"
-#include "mathlib/platform_functions.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -13,7 +13,7 @@ using namespace locations;
 // E = exp(x) and F = exp(-x): within the limits of the members nothing made of them can fail.
 struct Exponentials {
   double e, f;
-  explicit Exponentials(double x) : e(std::exp(x)), f(std::exp(-x)) {}
+  explicit Exponentials(double x) : e(unchecked::exp(x)), f(unchecked::exp(-x)) {}
   double sum() const { return e + f; }
   double difference() const { return e - f; }
 };

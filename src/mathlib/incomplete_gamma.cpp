@@ -1,9 +1,9 @@
 // The incomplete gamma function: members of ztMathLib.
 #include <optional>
 
+#include "frame/checked_functions.hpp"
 #include "mathlib/locations.hpp"
 #include "mathlib/math_lib.hpp"
-#include "mathlib/platform_functions.hpp"
 #include "tolerant/out_of_range.hpp"
 
 namespace vqmath63 {

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-#include "frame/checked.hpp"
+#include "frame/checked_functions.hpp"
 #include "frame/trap.hpp"
 #include "regression/matrix.hpp"
 
@@ -136,7 +136,7 @@ class Basis {
   static double normalise(const Samples& s, std::vector<double>& values) {
     double sum = 0.0;
     for (std::size_t i = 0; i < s.size(); ++i) sum += s.w[i] * values[i] * values[i];
-    const double norm = std::sqrt(sum);
+    const double norm = unchecked::sqrt(sum);
     for (double& v : values) v /= norm;
     return norm;
   }

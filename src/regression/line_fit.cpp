@@ -1,9 +1,8 @@
 #include "regression/line_fit.hpp"
 
-#include <cmath>
 #include <memory>
 
-#include "frame/checked.hpp"
+#include "frame/checked_functions.hpp"
 #include "frame/companions.hpp"
 #include "frame/trap.hpp"
 #include "statistics/statistics.hpp"
@@ -27,8 +26,7 @@ std::shared_ptr<ztStatistics> shared_statistics() {
 
 // Natural logarithm as a stored Single; fault 5 outside the domain.
 float logarithm(float value) {
-  if (value <= 0.0F) raise_fault(ErrorNumber::kInvalidCall);
-  return static_cast<float>(std::log(static_cast<double>(value)));
+  return Single(Log(Single(value))).value();
 }
 
 }  // namespace
@@ -73,7 +71,7 @@ void FitLine(const Array1<const float>& x, const Array1<const float>& y, Line& l
     line.intercept = Single((sy - sx * Single(line.slope)) / n).value();
     Single product = dy * dx;
     if (product.value() == 0.0F) product = 2.22e-16F;
-    const Double root = std::sqrt(std::fabs(Double(product).value()));
+    const Double root = Sqr(Abs(product));
     line.correlation = Single(num / root).value();
     ok = true;
   });

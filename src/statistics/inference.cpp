@@ -1,6 +1,6 @@
 // The tests and intervals of ztStatistics.
-#include <cmath>
 
+#include "frame/checked_functions.hpp"
 #include "frame/speculate.hpp"
 #include "frame/trap.hpp"
 #include "statistics/probability.hpp"
@@ -91,7 +91,7 @@ Interval confidence(const Samples& x, double level) {
   if (x.upper() < 2) refuse();
   const Moments of_x = moments(x);
   const Double freedom = of_x.n - 1.0;
-  const Double error = std::sqrt((of_x.squares / freedom / of_x.n).value());
+  const Double error = Sqr(of_x.squares / freedom / of_x.n);
   return {of_x.mean, Double(student_quantile(level, freedom.value())) * error};
 }
 
@@ -139,7 +139,7 @@ void ztStatistics::t_Test(const Samples& xA, const Samples& yA, float& t, float&
     const Double freedom = x.n + y.n - 2.0;
     if (freedom < 1.0) refuse();
     const Double pooled = (x.squares + y.squares) / freedom;
-    const Double error = std::sqrt((pooled * (1.0 / x.n + 1.0 / y.n)).value());
+    const Double error = Sqr(pooled * (1.0 / x.n + 1.0 / y.n));
     const Double ratio = (x.mean - y.mean) / error;
     const float probability = to_single(student_two_sided(ratio.value(), freedom.value()).upper);
     t = to_single(ratio.value());

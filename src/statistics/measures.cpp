@@ -1,6 +1,6 @@
 // The measures of ztStatistics that need no sorting: extremes, sums, means and spreads.
-#include <cmath>
 
+#include "frame/checked_functions.hpp"
 #include "frame/speculate.hpp"
 #include "frame/trap.hpp"
 #include "statistics/extremes.hpp"
@@ -29,7 +29,7 @@ constexpr Location kSumOfSquareDifferences{"ztStatistics", "SumOfSquareDifferenc
 constexpr float kListTooLong = -32768.0F;
 
 float root_of(Double square) {
-  return to_single(std::sqrt(std::fabs(square.value())));
+  return Single(Sqr(Abs(square))).value();
 }
 
 }  // namespace

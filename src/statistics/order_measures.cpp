@@ -1,8 +1,7 @@
 // The measures of ztStatistics that work on sorted samples: median, mode and quartiles.
 #include <algorithm>
-#include <cmath>
 
-#include "frame/checked.hpp"
+#include "frame/checked_functions.hpp"
 #include "frame/trap.hpp"
 #include "statistics/statistics.hpp"
 
@@ -118,11 +117,10 @@ float ztStatistics::Mode(const Array1<const float>& xA) {
 float ztStatistics::ModeBin(const Array1<const float>& dSort) {
   return trap<float>(kModeBin, [&](float& result) {
     const std::int64_t n = dSort.upper();
-    if (n < 1) raise_fault(ErrorNumber::kInvalidCall);  // the logarithm of n
     // 15 digits, slightly below 1 / ln 2: a power of two gets a pass less, which would be the same
     // as the one before it.
     const auto passes =
-        static_cast<std::int32_t>(std::log(static_cast<double>(n)) * 1.44269504088896);
+        static_cast<std::int32_t>((Log(static_cast<double>(n)) * 1.44269504088896).value());
     const Elements sorted(dSort, n);
     const Single range = Double(sorted(n)) - Double(sorted(1));
     std::int64_t bins = n;

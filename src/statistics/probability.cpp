@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "frame/checked_functions.hpp"
+
 namespace vqmath63 {
 namespace {
 
@@ -17,7 +19,10 @@ constexpr int kMostSteps = 1'000'000;
 // ln Gamma(a + 1) - ((a + 1/2) ln a - a + ln(2 pi) / 2): what Stirling's formula leaves out.
 double stirling_rest(double a) {
   constexpr double kHalfLogTwoPi = 0.918938533204672742;
-  if (a < 16.0) return std::lgamma(a + 1.0) - (a + 0.5) * std::log(a) + a - kHalfLogTwoPi;
+  if (a < 16.0) {
+    const double log_gamma = std::lgamma(a + 1.0);  // platform: mathlib's stands above this room
+    return log_gamma - (a + 0.5) * unchecked::log(a) + a - kHalfLogTwoPi;
+  }
   const double b = 1.0 / (a * a);
   return (1.0 / 12 - b * (1.0 / 360 - b * (1.0 / 1260 - b * (1.0 / 1680 - b / 1188)))) / a;
 }
@@ -26,7 +31,7 @@ double stirling_rest(double a) {
 // Computation of Binomial Probabilities (2000), section 3.
 double deviance(double x, double m) {
   const double d = x - m;
-  if (std::fabs(d) >= 0.1 * (x + m)) return x * std::log(x / m) - d;
+  if (std::fabs(d) >= 0.1 * (x + m)) return x * unchecked::log(x / m) - d;
   const double v = d / (x + m);
   double sum = d * v;
   double power = 2.0 * x * v;
@@ -41,7 +46,7 @@ double deviance(double x, double m) {
 
 // x^a e^-x / Gamma(a + 1).
 double gamma_density(double a, double x) {
-  return std::exp(-stirling_rest(a) - deviance(a, x)) / std::sqrt(kTwoPi * a);
+  return unchecked::exp(-stirling_rest(a) - deviance(a, x)) / unchecked::sqrt(kTwoPi * a);
 }
 
 // x^a y^b Gamma(a + b) / (Gamma(a) Gamma(b)), from Loader's form of the binomial probability.
@@ -49,7 +54,7 @@ double beta_density(double a, double b, double x, double y) {
   const double n = a + b;
   const double exponent = stirling_rest(n) - stirling_rest(a) - stirling_rest(b) -
                           deviance(a, n * x) - deviance(b, n * y);
-  return std::exp(exponent) * std::sqrt(a / kTwoPi * (b / n));
+  return unchecked::exp(exponent) * unchecked::sqrt(a / kTwoPi * (b / n));
 }
 
 double series(double a, double x) {
@@ -102,7 +107,7 @@ struct Shares {
   double y;
 };
 Shares shares(double t, double freedom) {
-  const double ratio = std::fabs(t) / std::sqrt(freedom);
+  const double ratio = std::fabs(t) / unchecked::sqrt(freedom);
   if (ratio > 1.0) {
     const double inverse = 1.0 / ratio / ratio;
     return {1.0 / (1.0 + inverse), inverse / (1.0 + inverse)};
@@ -163,13 +168,14 @@ double student_quantile(double level, double freedom) {
   // ln P(|T| > t) falls ever faster with ln t. So Newton's steps in these two leap over the root
   // once at most and then run down to it. They start below: no freedom has a density above that of
   // the normal distribution at 0, sqrt(2 / pi). A leap is cut short of where P underflows.
-  const double wanted = std::log1p(-level);
+  const double wanted = unchecked::log1p(-level);
   double t = level * 1.25;
   for (int k = 0; k < 200; ++k) {
     const Tails tails = student_two_sided(t, freedom);
-    const double reached = tails.upper < 0.5 ? std::log(tails.upper) : std::log1p(-tails.lower);
+    const double reached =
+        tails.upper < 0.5 ? unchecked::log(tails.upper) : unchecked::log1p(-tails.lower);
     const double step = std::min((reached - wanted) * tails.upper / flow(t), 1.0);
-    t *= std::exp(step);
+    t *= unchecked::exp(step);
     if (std::fabs(step) < 1e-14) break;
   }
   return t;

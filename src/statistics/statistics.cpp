@@ -1,9 +1,7 @@
 // The life of a ztStatistics and its summary calls.
 #include "statistics/statistics.hpp"
 
-#include <cmath>
-
-#include "frame/checked.hpp"
+#include "frame/checked_functions.hpp"
 #include "frame/trap.hpp"
 
 namespace vqmath63 {
@@ -25,13 +23,13 @@ Double spread(const Summary& sums, Double reciprocal) {
 // The same, 0 where it is nothing but the rounding of equal samples.
 Double cleared_spread(const Summary& sums, Double reciprocal) {
   const Double s = spread(sums, reciprocal);
-  const float size = to_single(std::fabs(s.value()));
+  const float size = Single(Abs(s)).value();
   const float rounding = to_single((Double(sums.squares) * 1e-15).value());
   return rounding > size ? Double(0.0) : s;
 }
 
 float root_of(Double square) {
-  return to_single(std::sqrt(std::fabs(square.value())));
+  return Single(Sqr(Abs(square))).value();
 }
 
 float root_n1(Double s, std::int32_t n) {

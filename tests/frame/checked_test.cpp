@@ -1,4 +1,4 @@
-// Checked arithmetic step by step, and speculation held against the checked run.
+// Checked arithmetic and functions step by step, and speculation held against the checked run.
 #include "frame/checked.hpp"
 
 #include <cmath>
@@ -6,6 +6,7 @@
 #include <random>
 
 #include "companion_fixture.hpp"
+#include "frame/checked_functions.hpp"
 #include "frame/speculate.hpp"
 #include "test_table.hpp"
 
@@ -27,6 +28,52 @@ TEST(Checked, a_step_faults_only_when_it_raises_the_condition_itself) {
     EXPECT_EQ(fault_of(step), fault) << row["b"].text;
     EXPECT_TRUE(same(got.value(), row["value"])) << row["b"].text;
   });
+}
+
+TEST(CheckedFunctions, fault_as_steps_do) {
+  const struct {
+    const char* name;
+    Double (*call)(Double);
+    double x;
+    double want;
+    std::int32_t fault;
+  } rows[] = {
+      {"Exp", Exp, 710, 0, 6},
+      {"Exp", Exp, -800, 0, 0},
+      {"Exp", Exp, kInf, kInf, 0},
+      {"Exp", Exp, kNaN, kNaN, 0},
+      {"Log", Log, 0, 0, 5},
+      {"Log", Log, -1, 0, 5},
+      {"Log", Log, -kInf, 0, 5},
+      {"Log", Log, kInf, kInf, 0},
+      {"Log", Log, kNaN, kNaN, 0},
+      {"Sqr", Sqr, -1, 0, 5},
+      {"Sqr", Sqr, -0.0, 0, 0},
+      {"Sqr", Sqr, kInf, kInf, 0},
+      {"Sin", Sin, kInf, 0, 5},
+      {"Cos", Cos, -kInf, 0, 5},
+      {"Tan", Tan, kInf, 0, 5},
+      {"Tan", Tan, kNaN, kNaN, 0},
+      {"Fix", Fix, -2.75, -2, 0},
+      {"Fix", Fix, 0x1p60, 0x1p60, 0},
+      {"Fix", Fix, -kInf, -kInf, 0},
+      {"Fix", Fix, kNaN, kNaN, 0},
+      {"Fix", Fix, 4503599627370495.5, 4503599627370495, 0},
+      {"Sgn", Sgn, -0.0, 0, 0},
+      {"Sgn", Sgn, -5e-324, -1, 0},
+      {"Sgn", Sgn, kNaN, kNaN, 0},
+  };
+  for (const auto& row : rows) {
+    double got = 0;
+    EXPECT_EQ(fault_of([&] { got = row.call(row.x).value(); }), row.fault) << row.name << row.x;
+    EXPECT_TRUE(same(got, row.want)) << row.name << "(" << row.x << ") = " << got;
+  }
+  // Over plain numbers, and over what is only known to be Double, nothing faults.
+  EXPECT_TRUE(same(Log(PlainMode::Double(-1)).value(), kNaN));
+  EXPECT_TRUE(same(Sqr(PlainMode::Double(-1)).value(), kNaN));
+  EXPECT_EQ(Exp(PlainMode::Double(710)).value(), kInf);
+  EXPECT_EQ(Abs(PlainMode::Double(-2)).value(), 2);
+  EXPECT_EQ(unchecked::log(0), -kInf);
 }
 
 TEST(Checked, singles_are_worked_on_in_double_and_stored_with_one_rounding) {

@@ -1,18 +1,12 @@
 // ztMathLib as a class: companions, location texts, the members that only hand on.
 #include "mathlib/math_lib.hpp"
 
-#include <limits>
-
 #include "frame/companion_fixture.hpp"
 #include "mathlib/bessel.hpp"
 #include "mathlib/locations.hpp"
-#include "mathlib/platform_functions.hpp"
 
 namespace vqmath63 {
 namespace {
-
-constexpr double kInf = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 class MathLibTest : public CompanionTest {
  protected:
@@ -140,46 +134,6 @@ TEST_F(MathLibTest, location_texts_that_no_failure_can_show) {
       {locations::kCombination, "In [ztMathLib (Code) (Combination)] "},
   };
   for (const auto& [location, want] : rows) EXPECT_EQ(location.text(), want);
-}
-
-TEST_F(MathLibTest, platform_functions_fault_as_their_steps) {
-  const struct {
-    const char* name;
-    Double (*call)(Double);
-    double x;
-    double want;
-    std::int32_t fault;
-  } rows[] = {
-      {"Exp", Exp, 710, 0, 6},
-      {"Exp", Exp, -800, 0, 0},
-      {"Exp", Exp, kInf, kInf, 0},
-      {"Exp", Exp, kNaN, kNaN, 0},
-      {"Log", Log, 0, 0, 5},
-      {"Log", Log, -1, 0, 5},
-      {"Log", Log, -kInf, 0, 5},
-      {"Log", Log, kInf, kInf, 0},
-      {"Log", Log, kNaN, kNaN, 0},
-      {"Sqr", Sqr, -1, 0, 5},
-      {"Sqr", Sqr, -0.0, 0, 0},
-      {"Sqr", Sqr, kInf, kInf, 0},
-      {"Sin", Sin, kInf, 0, 5},
-      {"Cos", Cos, -kInf, 0, 5},
-      {"Tan", Tan, kInf, 0, 5},
-      {"Tan", Tan, kNaN, kNaN, 0},
-      {"Fix", Fix, -2.75, -2, 0},
-      {"Fix", Fix, 0x1p60, 0x1p60, 0},
-      {"Fix", Fix, -kInf, -kInf, 0},
-      {"Fix", Fix, kNaN, kNaN, 0},
-      {"Fix", Fix, 4503599627370495.5, 4503599627370495, 0},
-      {"Sgn", Sgn, -0.0, 0, 0},
-      {"Sgn", Sgn, -5e-324, -1, 0},
-      {"Sgn", Sgn, kNaN, kNaN, 0},
-  };
-  for (const auto& row : rows) {
-    double got = 0;
-    EXPECT_EQ(fault_of([&] { got = row.call(row.x).value(); }), row.fault) << row.name << row.x;
-    EXPECT_TRUE(same(got, row.want)) << row.name << "(" << row.x << ") = " << got;
-  }
 }
 
 TEST_F(MathLibTest, members_of_other_rooms_hand_on_their_arguments) {
