@@ -1,13 +1,7 @@
 // Integrates a sampled curve through the dual interface's function table, as an early-bound host.
 #include <cstdio>
 #include <string>
-
-#include "automation/types.hpp"
-
-extern "C" {
-HRESULT CLSIDFromProgID(LPCOLESTR programmatic_id, CLSID* clsid);
-HRESULT DllGetClassObject(REFCLSID clsid, REFIID iid, void** out);
-}
+#include <vqmath63/component/exports.hpp>
 
 // The members of ztIntegrate in interface order. Not in an unnamed namespace: the compiler would
 // take it for a class that nobody implements.

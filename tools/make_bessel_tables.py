@@ -22,7 +22,8 @@ NODES = 40
 FAR = 25  # from here on modulus and phase
 HEAD = """// {what}
 // Written by tools/make_bessel_tables.py; do not edit.
-// clang-format off: the generator has its own form.
+// The generator has its own form.
+// clang-format off
 #pragma once
 
 #include <cstdint>

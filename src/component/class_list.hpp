@@ -6,15 +6,15 @@
 #include <string_view>
 
 #include "automation/class_info.hpp"
+#include "info/version.hpp"
 
 namespace vqmath63::component {
 
 /// Identifier and version of the type library.
 inline constexpr GUID kLibraryId{
     0xAA40CFD8, 0x6128, 0x4423, {0xB6, 0x11, 0x27, 0xD6, 0x40, 0xE1, 0xB2, 0x35}};
-inline constexpr WORD kLibraryMajor = 6;
-inline constexpr WORD kLibraryMinor = 3;
-inline constexpr const char* kLibraryTitle = "Quorvane Statistical Analysis 6.3";
+inline constexpr WORD kLibraryMajor = kMajorVersion;
+inline constexpr WORD kLibraryMinor = kMinorVersion;
 
 /// All classes.
 std::span<const automation::ClassInfo* const> classes() noexcept;

@@ -26,4 +26,14 @@ VQ_EXPORT HRESULT VQ_API VqSetMessageCallback(VqMessageCallback callback, void* 
 /// CO_E_CLASSSTRING for an unknown programmatic id or member.
 VQ_EXPORT HRESULT VQ_API VqDescribe(const OLECHAR* programmatic_id, BSTR* text);
 
+#ifndef _WIN32  // where the system's own headers declare them
+
+/// The class identifier of a programmatic id; CO_E_CLASSSTRING when there is none.
+VQ_EXPORT HRESULT CLSIDFromProgID(LPCOLESTR programmatic_id, CLSID* clsid);
+
+/// The class factory of a class.
+VQ_EXPORT HRESULT VQ_API DllGetClassObject(REFCLSID clsid, REFIID iid, void** out);
+
+#endif
+
 }  // extern "C"

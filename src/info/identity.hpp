@@ -3,12 +3,11 @@
 
 #include <string>
 
+#include "info/version.hpp"
+
 namespace vqmath63 {
 
 inline constexpr const char* kProductName = "vqmath63";
-inline constexpr int kMajorVersion = 6;
-inline constexpr int kMinorVersion = 3;
-inline constexpr int kRevision = 2436;
 /// Base name of the component's file and of its default log.
 inline constexpr const char* kFileBaseName = "vqmath63";
 inline constexpr const char* kDefaultLogBaseName = "vqmath63";

@@ -1,6 +1,7 @@
 // Constants under the Bessel functions: elementary functions, argument reduction, large orders.
 // Written by tools/make_bessel_tables.py; do not edit.
-// clang-format off: the generator has its own form.
+// The generator has its own form.
+// clang-format off
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,7 @@
 // Polynomials for the Bessel functions of orders 0 and 1.
 // Written by tools/make_bessel_tables.py; do not edit.
-// clang-format off: the generator has its own form.
+// The generator has its own form.
+// clang-format off
 #pragma once
 
 #include <cstdint>

@@ -1,0 +1,91 @@
+#!/bin/bash
+# Uses the library as somebody else's project would, and looks at the numbers that come out.
+#
+# usage: run.sh install BUILD                   installs the build BUILD below BUILD/consumer/prefix
+#        run.sh find_package|pkg_config BUILD   builds programs against what is installed there
+#        run.sh subproject BUILD                builds programs with the sources taken in
+#
+# CXX is the compiler, CXX_LAUNCHER what is called before it (ccache, or nothing).
+set -eu
+
+mode=$1 build=$(cd "$2" && pwd)
+source=$(cd "$(dirname "$0")/../.." && pwd)
+prefix=$build/consumer/prefix programs=$build/consumer/programs work=$build/consumer/$mode
+compiler=(-DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_CXX_COMPILER_LAUNCHER="${CXX_LAUNCHER:-}")
+
+# The whole program in C++ that a document shows.
+program_of() {  # DOCUMENT
+  awk '/^```cpp$/ { text = ""; inside = 1; next }
+       /^```$/ { if (inside && text ~ /int main\(/) { print text; found = 1; exit } inside = 0 }
+       inside { text = text $0 "\n" }
+       END { exit !found }' "$1"
+}
+
+expect() {  # PROGRAM WORDS: what it prints
+  local printed
+  printed=$("$1")
+  if [ "$printed" != "$2" ]; then
+    printf '%s printed:\n%s\nwanted:\n%s\n' "$1" "$printed" "$2"
+    exit 1
+  fi
+  echo "$(basename "$1"): $printed"
+}
+
+# Two quarters of three months each, at one rate.
+hosts=$'to day 90: 5\nto day 181: 4'
+
+case $mode in
+  install)
+    rm -rf "$prefix" "$programs"
+    mkdir -p "$programs"
+    cmake --install "$build" --prefix "$prefix" >"$build/consumer/install.log"
+    program_of "$source/README.md" >"$programs/readme.cpp"
+    program_of "$source/docs/hosts.md" >"$programs/hosts.cpp"
+    cp "$source/examples/early_bound.cpp" "$programs"
+    # The installed host finds the installed library, wherever the tree was moved.
+    rm -rf "$prefix.moved"
+    cp -a "$prefix" "$prefix.moved"
+    said=$(env -u LD_LIBRARY_PATH "$prefix.moved/bin/vqhost" call ztIntegrate Integral [0,1,2] [0,1,4])
+    rm -rf "$prefix.moved"
+    [[ $said == 3* ]] || { echo "the installed vqhost printed: $said"; exit 1; }
+    # The version text has its file's date only where the library has the name it knows.
+    if ! said=$("$prefix/bin/vqhost" --version) || [[ $said == *Unknown* ]]; then
+      echo "the installed vqhost says: $said"
+      exit 1
+    fi
+    ;;
+  find_package)
+    rm -rf "$work"
+    cmake -S "$source/tests/consumer" -B "$work" -G Ninja "${compiler[@]}" \
+      -DCMAKE_PREFIX_PATH="$prefix" -DVQ_PROGRAMS="$programs"
+    cmake --build "$work"
+    expect "$work/readme" 3
+    expect "$work/hosts" "$hosts"
+    "$work/early_bound" | grep -x 'Simpson *2.666667'
+    ;;
+  pkg_config)
+    mkdir -p "$work"
+    pc=("$prefix"/lib*/pkgconfig "$prefix"/lib*/*/pkgconfig)
+    PKG_CONFIG_PATH=$(IFS=:; echo "${pc[*]}")
+    export PKG_CONFIG_PATH
+    # shellcheck disable=SC2046  # the words are wanted one by one
+    "$CXX" "$programs/readme.cpp" -o "$work/readme" $(pkg-config --cflags --libs 'vqmath63 >= 6.3')
+    expect "$work/readme" 3
+    folder=$(pkg-config --variable=libdir vqmath63-component)
+    # shellcheck disable=SC2046
+    "$CXX" "$programs/early_bound.cpp" -o "$work/early_bound" \
+      $(pkg-config --cflags --libs vqmath63-component) "-Wl,-rpath,$folder"
+    "$work/early_bound" | grep -x 'Simpson *2.666667'
+    ;;
+  subproject)
+    cmake -S "$source/tests/consumer" -B "$work" -G Ninja "${compiler[@]}" \
+      -DVQ_SOURCES="$source" -DVQ_PROGRAMS="$programs"
+    cmake --build "$work" --target readme hosts
+    expect "$work/readme" 3
+    expect "$work/hosts" "$hosts"
+    ;;
+  *)
+    sed -n '2,/^set/s/^# \{0,1\}//p' "$0"
+    exit 2
+    ;;
+esac
