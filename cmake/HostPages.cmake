@@ -21,6 +21,17 @@ add_custom_command(OUTPUT ${pages}/vqhost.1 ${pages}/vqhost.bash
   COMMENT "Writing the man page and the completion of vqhost"
   VERBATIM)
 add_custom_target(vq_host_pages ALL DEPENDS ${pages}/vqhost.1 ${pages}/vqhost.bash)
-install(FILES ${pages}/vqhost.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")  # Debian has its pages compressed
+  find_program(VQ_GZIP gzip REQUIRED)
+  add_custom_command(OUTPUT ${pages}/vqhost.1.gz
+    COMMAND ${VQ_GZIP} -9 -n -c ${pages}/vqhost.1 > ${pages}/vqhost.1.gz
+    DEPENDS ${pages}/vqhost.1
+    COMMENT "Compressing the man page"
+    VERBATIM)
+  add_custom_target(vq_host_page_compressed ALL DEPENDS ${pages}/vqhost.1.gz)
+  install(FILES ${pages}/vqhost.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+else()
+  install(FILES ${pages}/vqhost.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+endif()
 install(FILES ${pages}/vqhost.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
   RENAME vqhost)

@@ -71,7 +71,7 @@ double series(double a, double x) {
 // (J. Comput. Phys. 64, 1986); next(k, numerator, denominator) sets the k-th pair, k = 1, 2, ...
 template <class Next>
 double continued_fraction(double b0, const Next& next) {
-  constexpr double kTiny = 1e-300;
+  static constexpr double kTiny = 1e-300;
   const auto not_zero = [](double v) { return v == 0.0 ? kTiny : v; };
   double value = not_zero(b0);
   double c = value;

@@ -4,6 +4,7 @@
 # usage: run.sh install BUILD                   installs the build BUILD below BUILD/consumer/prefix
 #        run.sh find_package|pkg_config BUILD   builds programs against what is installed there
 #        run.sh subproject BUILD                builds programs with the sources taken in
+#        run.sh package BUILD                   unpacks the Debian package into an empty folder
 #
 # CXX is the compiler, CXX_LAUNCHER what is called before it (ccache, or nothing).
 set -eu
@@ -83,6 +84,40 @@ case $mode in
     cmake --build "$work" --target readme hosts
     expect "$work/readme" 3
     expect "$work/hosts" "$hosts"
+    ;;
+  package)
+    rm -rf "$work"
+    mkdir -p "$work/root"
+    cpack --config "$build/CPackConfig.cmake" -G DEB -B "$work" >"$work/cpack.log" ||
+      { cat "$work/cpack.log"; exit 1; }
+    package=$(echo "$work"/vqmath63_*.deb)
+    dpkg-deb -x "$package" "$work/root"
+    usr=$work/root/usr
+    said=$(env -i "$usr/bin/vqhost" --version)
+    version=$(dpkg-deb -f "$package" Version)
+    [[ $said == "vqmath63 v$version "* && $said != *Unknown* ]] ||
+      { echo "the packaged vqhost says: $said"; exit 1; }
+    [[ $(dpkg-deb -f "$package" Depends) == *libc6* ]] || { echo "it depends on no library"; exit 1; }
+    # Every command that the program lists has its page and its completion.
+    commands=$(env -i "$usr/bin/vqhost" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]\S*\) .*/\1/p')
+    page=$(gzip -dc "$usr/share/man/man1/vqhost.1.gz")
+    # shellcheck source=/dev/null
+    . "$usr/share/bash-completion/completions/vqhost"
+    COMP_WORDS=(vqhost "") COMP_CWORD=1
+    _vqhost
+    found=0
+    for command in $commands; do
+      found=$((found + 1))
+      grep -q "^\.SS vqhost ${command//-/\\\\-} " <<<"$page" || { echo "no page of $command"; exit 1; }
+      [[ " ${COMPREPLY[*]} " == *" $command "* ]] || { echo "no completion of $command"; exit 1; }
+    done
+    [ "$found" -ge 11 ] || { echo "only $found commands"; exit 1; }
+    COMP_WORDS=(vqhost call --set IntegrationRule = 2 ztIntegrate Integr)
+    COMP_CWORD=7
+    _vqhost
+    [ "${COMPREPLY[*]}" = "IntegrationRule Integral" ] ||
+      { echo "completion of Integr: ${COMPREPLY[*]}"; exit 1; }
+    echo "$(basename "$package"): $said"
     ;;
   *)
     sed -n '2,/^set/s/^# \{0,1\}//p' "$0"
