@@ -1,5 +1,4 @@
-// What the Windows test programs share: counted checks, holders of automation things, the table of
-// expected numbers.
+// What the Windows test programs share: counted checks, holders of automation things, the classes.
 #pragma once
 
 #include <initguid.h>
@@ -122,32 +121,6 @@ struct HostArray {
   }
 };
 
-/// The table of expected numbers: name, values separated by blanks.
-class Expected {
- public:
-  explicit Expected(const char* path) {
-    std::ifstream file(path);
-    for (std::string line; std::getline(file, line);) {
-      const std::size_t tab = line.find('\t');
-      if (line.empty() || line[0] == '#' || tab == std::string::npos) continue;
-      std::istringstream values(line.substr(tab + 1));
-      for (std::string value; values >> value;) rows_[line.substr(0, tab)].push_back(value);
-    }
-    checks.that(!rows_.empty(), std::string("expected numbers in ") + path);
-  }
-  bool has(const std::string& name) const { return rows_.count(name) > 0; }
-  const std::vector<std::string>& words(const std::string& name) const { return rows_.at(name); }
-  const std::string& word(const std::string& name) const { return rows_.at(name).at(0); }
-  std::vector<double> numbers(const std::string& name) const {
-    std::vector<double> out;
-    for (const std::string& text : rows_.at(name)) out.push_back(std::stod(text));
-    return out;
-  }
-
- private:
-  std::map<std::string, std::vector<std::string>> rows_;
-};
-
 /// The creatable classes.
 struct ClassRow {
   const char* name;
@@ -170,4 +143,11 @@ inline const ClassRow kClasses[] = {
 template <class I>
 HRESULT create(REFCLSID clsid, Holder<I>& out, IUnknown* outer = nullptr) {
   return CoCreateInstance(clsid, outer, CLSCTX_INPROC_SERVER, __uuidof(I), out.untyped());
+}
+
+/// A function that the component exports.
+template <class F>
+F exported(const char* name) {
+  return reinterpret_cast<F>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("vqmath63.dll"), name)));
 }

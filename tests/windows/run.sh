@@ -12,7 +12,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 component=$build/src/vqmath63.dll
 clients=$build/tests/windows
 work=$build/wine
-expected=$here/../data/expected.tsv
+data=$(realpath "$here/../data")
 
 export WINEPREFIX=$work/prefix WINEARCH=win64 WINEDEBUG=-all LC_ALL=C
 # No Mono, no browser, no menus, no crash dialogs, no display.
@@ -31,8 +31,8 @@ windows_path() {
   printf 'Z:%s' "${1//\//\\}"
 }
 
-report() {  # NAME CHECKS FAILURES
-  printf '  %-30s %4d checks, %d failures\n' "$1" "$2" "$3"
+report() {  # NAME CHECKS FAILURES [MORE]
+  printf '  %-30s %4d checks, %d failures%s\n' "$1" "$2" "$3" "${4:-}"
   programs=$((programs + 1))
   checks=$((checks + $2))
   failures=$((failures + $3))
@@ -54,11 +54,17 @@ run() {  # NAME COMMAND...
     output+=$'\n'"exit status $status"
     failed=1
   fi
-  report "$name" "$said" "$failed"
+  report "$name" "$said" "$failed" "$(sed -n 's/^calls \([0-9]*\)$/, \1 calls/p' <<<"$output")"
   if [ "$failed" -ne 0 ]; then
     printf '%s\n' "$output" | grep -v -e '^checks ' -e '^failures ' | sed 's/^/    /'
     tail -n 5 errors.txt | sed 's/^/    /'
   fi
+}
+
+# Runs a host that makes the worked calls, without the logs of the one before.
+run_calls() {  # NAME COMMAND...
+  rm -f calls.log vqmath63.txt
+  run "$@"
 }
 
 # Runs a command that has to end with success ("ok") or without it ("refused").
@@ -84,20 +90,28 @@ wineserver -p60 2>/dev/null
 trap 'wineserver -k 2>/dev/null' EXIT
 
 dll=$(windows_path "$component")
-table=$(windows_path "$(realpath "$expected")")
+calls=$(windows_path "$data/calls.tsv")
+interfaces=$(windows_path "$data/interface.tsv")
 scripts=$(windows_path "$here")
+
+# The worked calls as scripts; JScript under Wine cannot read a date.
+awk -f "$here/calls_as_script.awk" "$data/calls.tsv" | cat "$here/calls.vbs" - >calls.vbs
+awk -v dates=no -f "$here/calls_as_script.awk" "$data/calls.tsv" >calls.txt
 
 # What a run that was stopped has left.
 wine regsvr32 /s /u "$dll" >/dev/null 2>&1
 wine regsvr32 /s /u /n /i:user "$dll" >/dev/null 2>&1
-run "early_bound, unregistered" "$clients/early_bound.exe" "$table" \
+run "early_bound, unregistered" "$clients/early_bound.exe" \
   "$(windows_path "$build/src/vqmath63.manifest")"
 run "type library" "$clients/type_library.exe" "$dll"
 expect ok "register" regsvr32 /s "$dll"
 run "registry: machine" "$clients/registry.exe" machine "$dll"
-run "by_name.vbs" cscript //nologo "$scripts\\by_name.vbs" "$table"
-run "by_name.js" cscript //nologo "$scripts\\by_name.js" "$table"
-run "early_bound" "$clients/early_bound.exe" "$table"
+run_calls "calls.vbs" cscript //nologo calls.vbs
+run_calls "calls.js" cscript //nologo "$scripts\\calls.js" calls.txt
+run_calls "early_calls" "$clients/early_calls.exe" "$calls" "$interfaces"
+run "by_name.vbs" cscript //nologo "$scripts\\by_name.vbs"
+run "by_name.js" cscript //nologo "$scripts\\by_name.js"
+run "early_bound" "$clients/early_bound.exe"
 run "lifetime" "$clients/lifetime.exe" "$dll"
 expect ok "unregister" regsvr32 /s /u "$dll"
 run "registry: gone" "$clients/registry.exe" gone "$dll"
