@@ -21,6 +21,8 @@ struct Type {
   VARTYPE vt = VT_EMPTY;
   UINT rank = 0;
   bool by_ref = false;
+
+  bool operator==(const Type&) const = default;
 };
 
 /// A variable of a host's, which clears itself.

@@ -14,6 +14,10 @@ struct Member {
   UINT slot = 0;
   Type result;
   std::vector<Type> arguments;
+
+  bool same_signature(const Member& other) const {
+    return result == other.result && arguments == other.arguments;
+  }
 };
 
 /// What a host adds to the table. Arguments that are left out are missing at the end of `sent`.
@@ -52,6 +56,8 @@ class Interfaces {
       members_[fields[0] + ' ' + kind + ' ' + fields[3]] = member;
     }
   }
+  /// Members by class, kind and name, such as "ztIntegrate call Integral".
+  std::map<std::string, Member>& members() { return members_; }
   const Member& of(const std::string& key) const {
     const auto found = members_.find(key);
     if (found == members_.end()) throw std::invalid_argument("no member " + key);
@@ -76,7 +82,9 @@ class Interfaces {
 /// Reads the table line by line.
 class Run {
  public:
-  Run(const Interfaces& interfaces, Host& host) : interfaces_(interfaces), host_(host) {}
+  /// Makes the calls of all classes, or of one only.
+  Run(const Interfaces& interfaces, Host& host, std::string only_class = "")
+      : interfaces_(interfaces), host_(host), only_class_(std::move(only_class)) {}
 
   /// The number of calls made.
   int all(const std::string& path) {
@@ -98,15 +106,15 @@ class Run {
  private:
   void row(const std::vector<std::string>& fields) {
     const std::string& kind = fields.at(0);
-    if (kind == "line") {
-      wanted_lines_.push_back("Error:" + fields.at(1) + "] ");
-      return;
-    }
-    end_of_lines();
+    if (kind != "line") end_of_lines();
+    if (kind == "new") class_ = fields.at(1);
     if (kind == "within") {
       within_ = number_of(fields.at(1));
+    } else if (!only_class_.empty() && class_ != only_class_) {
+      return;
+    } else if (kind == "line") {
+      wanted_lines_.push_back("Error:" + fields.at(1) + "] ");
     } else if (kind == "new") {
-      class_ = fields.at(1);
       host_.create(class_, fields.size() > 2);
     } else if (kind == "log") {
       log(fields);
@@ -170,6 +178,7 @@ class Run {
 
   const Interfaces& interfaces_;
   Host& host_;
+  std::string only_class_;
   std::string class_;
   double within_ = 0;
   int line_ = 0;
