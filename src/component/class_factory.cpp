@@ -4,6 +4,7 @@
 #include <new>
 
 #include "automation/object_support.hpp"
+#include "component/component_file.hpp"
 
 namespace vqmath63::component {
 namespace {
@@ -51,6 +52,7 @@ class ClassFactory final : public IClassFactory {
 HRESULT create_factory(const automation::ClassInfo& info, REFIID iid, void** out) noexcept {
   if (out == nullptr) return E_POINTER;
   *out = nullptr;
+  set_component_file(component_file);  // for the version text of the objects to come
   auto* factory = new (std::nothrow) ClassFactory(info);
   if (factory == nullptr) return E_OUTOFMEMORY;
   const HRESULT found = factory->QueryInterface(iid, out);

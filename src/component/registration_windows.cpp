@@ -3,6 +3,7 @@
 
 #include "automation/text.hpp"
 #include "component/class_list.hpp"
+#include "component/module_path_windows.hpp"
 #include "component/registration.hpp"
 
 namespace vqmath63::component {
@@ -11,29 +12,10 @@ namespace {
 using automation::ClassInfo;
 using automation::utf16;
 
-// Any address inside this module tells which file is to be registered.
-const char kAnchor = 0;
-
 std::wstring guid_text(const GUID& guid) {
   wchar_t text[40];
   StringFromGUID2(guid, text, 40);
   return text;
-}
-
-// The file's path, and the path of its folder.
-struct ModulePath {
-  std::wstring file;
-  std::wstring folder;
-};
-
-ModulePath module_path() {
-  HMODULE module = nullptr;
-  GetModuleHandleExW(
-      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-      reinterpret_cast<LPCWSTR>(&kAnchor), &module);
-  std::wstring file(32768, L'\0');
-  file.resize(GetModuleFileNameW(module, file.data(), static_cast<DWORD>(file.size())));
-  return {file, file.substr(0, file.find_last_of(L'\\'))};
 }
 
 // A root of class entries: HKEY_CLASSES_ROOT, or Software\Classes of the user.
@@ -132,12 +114,12 @@ void set_class(ClassesRoot& root, const ClassInfo& info, const std::wstring& fil
 
 // Written here rather than by RegisterTypeLib, so that both scopes are served alike on every
 // version of the system.
-void set_type_library(ClassesRoot& root, const ModulePath& path) {
+void set_type_library(ClassesRoot& root, const std::filesystem::path& file) {
   const std::wstring key = library_path() + L"\\" + library_version();
   root.set(key, nullptr, utf16(kLibraryTitle));
-  root.set(key + L"\\0\\" + kSystem, nullptr, path.file);
+  root.set(key + L"\\0\\" + kSystem, nullptr, file.native());
   root.set(key + L"\\FLAGS", nullptr, L"0");
-  root.set(key + L"\\HELPDIR", nullptr, path.folder);
+  root.set(key + L"\\HELPDIR", nullptr, file.parent_path().native());
 }
 
 void set_interface(ClassesRoot& root, const ClassInfo& info) {
@@ -160,13 +142,13 @@ void remove_type_library(ClassesRoot& root) {
 
 HRESULT register_component(Scope scope) noexcept {
   try {
-    const ModulePath path = module_path();
-    if (path.file.empty()) return E_UNEXPECTED;
+    const std::filesystem::path file = module_path();
+    if (file.empty()) return E_UNEXPECTED;
     ClassesRoot root(scope);
-    set_type_library(root, path);
+    set_type_library(root, file);
     for (const ClassInfo* info : classes()) {
       set_interface(root, *info);
-      set_class(root, *info, path.file);
+      set_class(root, *info, file.native());
     }
     if (FAILED(root.result())) unregister_component(scope);  // nothing is left half done
     return root.result();

@@ -117,17 +117,18 @@ class ztDateTools {
   virtual std::int64_t MonthsBetween(double from, double to) = 0;
 };
 
+class ztStatistics;  // of a room above, which alone makes and uses it
+
 /// The thread's shared references. Each is empty until the first routine that needs it creates the
-/// companion; CLOSEALLCOMMONGLOBALS releases them all.
+/// object; CLOSEALLCOMMONGLOBALS releases them all, in the order in which they stand here but for
+/// the error sink, which is the last.
 struct CommonGlobals {
   std::shared_ptr<ztErrorHandler> ErrorHandler;
   std::shared_ptr<ztCommonMaths> CommonMaths;
-  /// Room for four further companions of the shared set; released after CommonMaths, in order.
-  std::shared_ptr<void> Further[4];
   std::shared_ptr<ztArrayTools> ArrayTools;
   std::shared_ptr<ztDateTools> DateTools;
-  /// Room for one more shared object, released last before the error sink.
-  std::shared_ptr<void> LastFurther;
+  /// Works out the sums of the line fits.
+  std::shared_ptr<ztStatistics> Statistics;
 };
 
 /// How this thread creates its companions. A host puts its own makers in place of the built-in

@@ -8,7 +8,7 @@ namespace vqmath63 {
 
 std::string ztAnalyseInfo::DLLVersion(std::string& LOGFILE, const std::string& StartupMsg,
                                       bool& qLogToFile) {
-  std::string version = product_and_version() + " " + file_date_text(component_file());
+  std::string version = version_text();
   if (LOGFILE.empty()) LOGFILE = std::string(kDefaultLogBaseName) + ".txt";
   const std::shared_ptr<ztErrorHandler> sink = error_handler();
   sink->SetLogToFile(qLogToFile);

@@ -15,10 +15,9 @@ void CLOSEALLCOMMONGLOBALS(std::string& message) {
   trap(kCloseAll, [&] {
     CommonGlobals& globals = common_globals();
     globals.CommonMaths.reset();
-    for (std::shared_ptr<void>& further : globals.Further) further.reset();
     globals.ArrayTools.reset();
     globals.DateTools.reset();
-    globals.LastFurther.reset();
+    globals.Statistics.reset();
     bool flag = false;  // the one line that is neither an error nor the start-up line
     error_handler()->ReportError(message, flag);
     globals.ErrorHandler.reset();

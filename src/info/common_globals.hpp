@@ -5,8 +5,8 @@
 
 namespace vqmath63 {
 
-/// Releases the thread's shared companions in the order ztCommonMaths, four further ones,
-/// ztArrayTools, ztDateTools, one more; then sends `message` to the error sink with flag false, so
+/// Releases the thread's shared objects in the order ztCommonMaths, ztArrayTools, ztDateTools,
+/// ztStatistics; then sends `message` to the error sink with flag false, so
 /// that it is the last line the sink receives, and releases the sink too. The next use of any of
 /// them creates a fresh one. A failure is reported under this routine's name.
 void CLOSEALLCOMMONGLOBALS(std::string& message);

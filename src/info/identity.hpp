@@ -1,4 +1,4 @@
-// What the component calls itself, and where it was loaded from.
+// What the component calls itself, and the file that it is.
 #pragma once
 
 #include <string>
@@ -15,12 +15,21 @@ inline constexpr const char* kDefaultLogBaseName = "vqmath63";
 /// "vqmath63 v6.3.2436".
 std::string product_and_version();
 
-/// Path (UTF-8) of the component's own file: the folder it was loaded from, the system's separator
-/// and the file name made from the base name (".dll" on Windows, "lib" and ".so" elsewhere).
-std::string component_file();
+/// The component's own file, as only its system can tell.
+struct ComponentFile {
+  std::string path;  ///< in UTF-8
+  /// When it was last modified: local date and time in the system's default format. Empty when
+  /// there is no such file.
+  std::string date;
+};
 
-/// Last-modified local date and time of `file` in the system's default format, or
-/// "(" file ":Unknown Date)" when there is no such file.
-std::string file_date_text(const std::string& file);
+/// Who tells of the component's file: the component itself, before it makes its first object. In a
+/// native program nobody does, unless the program has something to say: the path is the base name
+/// then, without a date.
+void set_component_file(ComponentFile (*tell)()) noexcept;
+
+/// Product, version and a blank, then the date of the component's file, or "(" its path
+/// ":Unknown Date)" when it has none.
+std::string version_text();
 
 }  // namespace vqmath63

@@ -3,6 +3,7 @@
 #include "mathlib/cody_tables.hpp"
 #include "mathlib/constants.hpp"
 #include "mathlib/locations.hpp"
+#include "mathlib/log_gamma.hpp"
 #include "mathlib/math_lib.hpp"
 #include "mathlib/stirling.hpp"
 
@@ -71,7 +72,8 @@ double log_gamma_near_one(double x) {
   return correction + down * (kLogGammaD2 + down * quotient(kLogGammaP2, kLogGammaQ2, 1.0, down));
 }
 
-// Logarithm of Gamma of 0 < x <= 2.55e305.
+}  // namespace
+
 double log_gamma(double x) {
   if (x <= kEpsilon) return -unchecked::log(x);
   if (x <= 1.5) return log_gamma_near_one(x);
@@ -87,8 +89,6 @@ double log_gamma(double x) {
   const double logarithm = unchecked::log(x);
   return series + kLogSqrtTwoPi - 0.5 * logarithm + x * (logarithm - 1.0);
 }
-
-}  // namespace
 
 double ztMathLib::Gamma(double X) const {
   return trap<double>(kGamma, [&](double& result) {

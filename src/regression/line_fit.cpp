@@ -19,9 +19,9 @@ constexpr std::int32_t kExponential = 3;
 
 // The thread's shared statistics object, created now if there is none.
 std::shared_ptr<ztStatistics> shared_statistics() {
-  std::shared_ptr<void>& shared = common_globals().LastFurther;
+  std::shared_ptr<ztStatistics>& shared = common_globals().Statistics;
   if (!shared) shared = std::make_shared<ztStatistics>();
-  return std::static_pointer_cast<ztStatistics>(shared);
+  return shared;
 }
 
 // Natural logarithm as a stored Single; fault 5 outside the domain.

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "frame/checked_functions.hpp"
+#include "mathlib/log_gamma.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -20,8 +21,7 @@ constexpr int kMostSteps = 1'000'000;
 double stirling_rest(double a) {
   constexpr double kHalfLogTwoPi = 0.918938533204672742;
   if (a < 16.0) {
-    const double log_gamma = std::lgamma(a + 1.0);  // platform: mathlib's stands above this room
-    return log_gamma - (a + 0.5) * unchecked::log(a) + a - kHalfLogTwoPi;
+    return log_gamma(a + 1.0) - (a + 0.5) * unchecked::log(a) + a - kHalfLogTwoPi;
   }
   const double b = 1.0 / (a * a);
   return (1.0 / 12 - b * (1.0 / 360 - b * (1.0 / 1260 - b * (1.0 / 1680 - b / 1188)))) / a;

@@ -1,8 +1,12 @@
 // The exported functions: class ids, factories, unloading, registration, descriptions.
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
+#include <ctime>
+#include <filesystem>
 #include <thread>
 
 #include "component_host.hpp"
@@ -25,6 +29,49 @@ TEST(EntryPointsTest, what_a_foreign_host_needs_is_exported) {
                            "VqSetMessageCallback"}) {
     EXPECT_NE(dlsym(RTLD_DEFAULT, name), nullptr) << name;
   }
+}
+
+// The version text that a loaded component tells.
+std::string version_of(void* component) {
+  const auto get_class_object =
+      reinterpret_cast<decltype(&DllGetClassObject)>(dlsym(component, "DllGetClassObject"));
+  const CLSID clsid{0x3CBB2301, 0x863E, 0x4D32, {0x83, 0x9F, 0x80, 0x2A, 0xE8, 0x1B, 0x1E, 0xEC}};
+  void* made = nullptr;
+  EXPECT_EQ(get_class_object(clsid, IID_IClassFactory, &made), S_OK);
+  auto* const factory = static_cast<IClassFactory*>(made);
+  EXPECT_EQ(factory->CreateInstance(nullptr, IAnalyseInfo::kIid, &made), S_OK);
+  factory->Release();
+  auto* const info = static_cast<IAnalyseInfo*>(made);
+  Value version = bare(VT_BSTR);
+  VARIANT_BOOL no_log = VARIANT_FALSE;
+  EXPECT_EQ(info->get_DLLVersion(nullptr, nullptr, &no_log, &version.v.bstrVal), S_OK);
+  EXPECT_EQ(info->CloseDown(), S_OK);
+  info->Release();
+  return ascii(characters(version.v.bstrVal));
+}
+
+TEST(EntryPointsTest, the_version_text_bears_the_date_of_the_file_that_was_loaded) {
+  namespace fs = std::filesystem;
+  Dl_info own{};
+  ASSERT_NE(dladdr(reinterpret_cast<void*>(&DllGetClassObject), &own), 0);
+  const fs::path folder = fs::temp_directory_path() / ("vq_dated_" + std::to_string(getpid()));
+  const fs::path file = folder / "libvqmath63.so";
+  fs::create_directory(folder);
+  fs::copy_file(own.dli_fname, file);
+  std::tm moment{};
+  moment.tm_year = 101;
+  moment.tm_mon = 8;
+  moment.tm_mday = 9;
+  moment.tm_hour = 13;
+  moment.tm_isdst = -1;
+  const auto written = std::chrono::system_clock::from_time_t(std::mktime(&moment));
+  fs::last_write_time(file, std::chrono::file_clock::from_sys(written));
+  void* const component = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(component, nullptr) << dlerror();
+  EXPECT_EQ(version_of(component), "vqmath63 v6.3.2436 Sun Sep  9 13:00:00 2001");
+  fs::remove_all(folder);
+  EXPECT_EQ(version_of(component), "vqmath63 v6.3.2436 (" + file.string() + ":Unknown Date)");
+  dlclose(component);
 }
 
 TEST(EntryPointsTest, programmatic_ids_are_found_in_any_letter_case) {

@@ -1,10 +1,6 @@
 // ztAnalyseInfo: version text, the order of the sink's calls, close-down.
 #include "info/analyse_info.hpp"
 
-#include <chrono>
-#include <ctime>
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
 
 #include "frame/array_tools.hpp"
@@ -13,6 +9,7 @@
 #include "frame/date_tools.hpp"
 #include "info/common_globals.hpp"
 #include "info/identity.hpp"
+#include "statistics/statistics.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -61,8 +58,7 @@ class AnalyseInfoTest : public CompanionTest {
   ztAnalyseInfo info;
   std::string log_file, startup;
   bool log_to_file = true;
-  // The program of these tests stands where no component file does.
-  const std::string version = "vqmath63 v6.3.2436 (" + component_file() + ":Unknown Date)";
+  const std::string version = "vqmath63 v6.3.2436 (vqmath63:Unknown Date)";  // no component here
   const std::string closing = "closing line vqmath63 v6.3.2436 Close Down";
 };
 
@@ -82,38 +78,25 @@ TEST_F(AnalyseInfoTest, the_version_text_and_the_log_settings_are_handed_over_in
                             "1 line " + version + " Client: OK"}));
 }
 
-TEST_F(AnalyseInfoTest, the_date_is_that_of_the_file) {
-  const std::filesystem::path file = std::filesystem::temp_directory_path() /
-                                     ("vq_dated_\xC3\xA9_" + std::to_string(::time(nullptr)));
-  EXPECT_EQ(file_date_text(file.string()), "(" + file.string() + ":Unknown Date)");
-  std::ofstream(file) << "dated";
-  std::tm moment{};
-  moment.tm_year = 101;
-  moment.tm_mon = 8;
-  moment.tm_mday = 9;
-  moment.tm_hour = 13;
-  moment.tm_isdst = -1;
-  const auto written = std::chrono::system_clock::from_time_t(std::mktime(&moment));
-  std::filesystem::last_write_time(file, std::chrono::file_clock::from_sys(written));
-  EXPECT_EQ(file_date_text(file.string()), "Sun Sep  9 13:00:00 2001");
-  std::filesystem::remove(file);
+TEST_F(AnalyseInfoTest, the_version_text_tells_the_date_of_the_component_or_where_none_is) {
+  set_component_file([] { return ComponentFile{"/opt/x.so", "Sun Sep  9 13:00:00 2001"}; });
+  EXPECT_EQ(version_text(), "vqmath63 v6.3.2436 Sun Sep  9 13:00:00 2001");
+  set_component_file([] { return ComponentFile{"/opt/x.so", ""}; });
+  EXPECT_EQ(version_text(), "vqmath63 v6.3.2436 (/opt/x.so:Unknown Date)");
+  set_component_file(nullptr);
+  EXPECT_EQ(version_text(), version);
 }
 
 TEST_F(AnalyseInfoTest, close_down_releases_everything_in_order_and_the_sink_last) {
   error_handler();
   CommonGlobals& globals = common_globals();
-  globals.LastFurther = ending<int>("last further");
+  globals.Statistics = ending<ztStatistics>("statistics");
   globals.DateTools = ending<BuiltInDateTools>("dates");
   globals.ArrayTools = ending<BuiltInArrayTools>("arrays");
-  for (std::size_t i = 4; i-- > 0;) {
-    static constexpr const char* kNames[] = {"first", "second", "third", "fourth"};
-    globals.Further[i] = ending<int>(kNames[i]);
-  }
   globals.CommonMaths = ending<BuiltInCommonMaths>("maths");
   info.CloseDown();
-  EXPECT_EQ(events,
-            (Events{"maths ends", "first ends", "second ends", "third ends", "fourth ends",
-                    "arrays ends", "dates ends", "last further ends", "1 " + closing, "1 ends"}));
+  EXPECT_EQ(events, (Events{"maths ends", "arrays ends", "dates ends", "statistics ends",
+                            "1 " + closing, "1 ends"}));
 
   // Not final: another sink is made for the next line.
   events.clear();

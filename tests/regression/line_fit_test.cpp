@@ -90,16 +90,16 @@ TEST_F(LineFitTest, one_statistics_object_serves_the_thread_until_close_down) {
   Line line;
   bool ok = false;
   FitLine(x, x, line, ok);
-  const std::weak_ptr<void> first = common_globals().LastFurther;
+  const std::weak_ptr<ztStatistics> first = common_globals().Statistics;
   ASSERT_FALSE(first.expired());
   FitLine(x, x, line, ok);
-  EXPECT_EQ(common_globals().LastFurther, first.lock());
+  EXPECT_EQ(common_globals().Statistics, first.lock());
   std::string message = "over";
   CLOSEALLCOMMONGLOBALS(message);
   EXPECT_TRUE(first.expired());
   FitLine(x, x, line, ok);
   EXPECT_TRUE(ok);
-  EXPECT_NE(common_globals().LastFurther, nullptr);
+  EXPECT_NE(common_globals().Statistics, nullptr);
 }
 
 }  // namespace
