@@ -26,7 +26,7 @@ std::string interface_text(ClassList classes);
 /// registration.
 std::string manifest_text(ClassList classes);
 
-/// The reference of the members as a Markdown page.
+/// The lists of the members in docs/reference.md, which tools/make_reference.py completes.
 std::string reference_text(ClassList classes);
 
 /// "AA40CFD8-6128-4423-B611-27D640E1B235".

@@ -57,6 +57,14 @@ struct Instance {
   Interface* operator->() const { return object; }
 };
 
+/// The lines of a description by VqDescribe.
+inline std::vector<std::string> described(const OLECHAR* id) {
+  Value all;
+  all.v.vt = VT_BSTR;
+  EXPECT_EQ(VqDescribe(id, &all.v.bstrVal), S_OK);
+  return split(automation::test::ascii(automation::test::characters(all.v.bstrVal)), '\n');
+}
+
 /// Collects the lines of this thread's error sink, with the flag of the close-down line.
 struct Lines {
   std::vector<std::string> text;

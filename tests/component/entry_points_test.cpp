@@ -2,9 +2,7 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <ctime>
 #include <filesystem>
 #include <thread>
@@ -173,19 +171,6 @@ TEST(EntryPointsTest, the_words_of_an_argument_can_be_asked_for) {
                             u"ztAccumulate.Period", u"vq140Analyse.ztAccumulate."}) {
     EXPECT_EQ(VqDescribe(id, &none), CO_E_CLASSSTRING);
   }
-}
-
-TEST(EntryPointsTest, the_reference_page_is_the_one_made_from_the_tables) {
-  std::ifstream page(VQ_DOCS "/reference.md");
-  std::ostringstream committed;
-  committed << page.rdbuf();
-  FILE* made = popen(VQGENERATE_PATH " reference", "r");
-  ASSERT_NE(made, nullptr);
-  std::string text;
-  char part[4096];
-  for (std::size_t n; (n = std::fread(part, 1, sizeof part, made)) > 0;) text.append(part, n);
-  EXPECT_EQ(pclose(made), 0);
-  EXPECT_EQ(committed.str(), text) << "write it anew by: vqgenerate reference > docs/reference.md";
 }
 
 TEST(EntryPointsTest, message_callbacks_belong_to_their_thread) {
