@@ -37,15 +37,14 @@ std::string version_of(void* component) {
   void* made = nullptr;
   EXPECT_EQ(get_class_object(clsid, IID_IClassFactory, &made), S_OK);
   auto* const factory = static_cast<IClassFactory*>(made);
-  EXPECT_EQ(factory->CreateInstance(nullptr, IAnalyseInfo::kIid, &made), S_OK);
+  EXPECT_EQ(factory->CreateInstance(nullptr, IID_IDispatch, &made), S_OK);
   factory->Release();
-  auto* const info = static_cast<IAnalyseInfo*>(made);
-  Value version = bare(VT_BSTR);
-  VARIANT_BOOL no_log = VARIANT_FALSE;
-  EXPECT_EQ(info->get_DLLVersion(nullptr, nullptr, &no_log, &version.v.bstrVal), S_OK);
-  EXPECT_EQ(info->CloseDown(), S_OK);
+  auto* const info = static_cast<IDispatch*>(made);
+  const Answer version =
+      call(info, u"DLLVersion", {boolean(false).v}, {u"qLogToFile"}, DISPATCH_PROPERTYGET);
+  EXPECT_EQ(call(info, u"CloseDown", {}).hr, S_OK);
   info->Release();
-  return ascii(characters(version.v.bstrVal));
+  return ascii(characters(version.result.v.bstrVal));
 }
 
 TEST(EntryPointsTest, the_version_text_bears_the_date_of_the_file_that_was_loaded) {
