@@ -3,7 +3,7 @@
 #include <span>
 #include <vector>
 
-#include "accumulate/period_unit.hpp"
+#include "accumulate/period_words.hpp"
 #include "accumulate/reporting_cuts.hpp"
 #include "accumulate/unit_calendar.hpp"
 #include "frame/checked.hpp"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "accumulate/accumulate.hpp"
-#include "accumulate/period_unit.hpp"
+#include "accumulate/period_words.hpp"
 #include "automation/member_table.hpp"
 
 namespace vqmath63::members {

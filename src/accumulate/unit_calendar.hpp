@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "accumulate/period_unit.hpp"
+#include "accumulate/period_words.hpp"
 #include "frame/companions.hpp"
 
 namespace vqmath63 {

@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "automation/types.hpp"
+#include "frame/text_case.hpp"
 
 namespace vqmath63::automation {
 
@@ -40,9 +41,8 @@ template <class Character>
 constexpr std::uint32_t name_hash(const Character* name) noexcept {
   std::uint32_t hash = 2166136261U;
   for (; *name != 0; ++name) {
-    auto c = static_cast<std::uint32_t>(static_cast<std::make_unsigned_t<Character>>(*name));
-    if (c >= 'A' && c <= 'Z') c += 'a' - 'A';
-    hash = (hash ^ c) * 16777619U;
+    const auto c = static_cast<std::make_unsigned_t<Character>>(*name);
+    hash = (hash ^ std::uint32_t{lower_case(c)}) * 16777619U;
   }
   return hash;
 }

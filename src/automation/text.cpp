@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <new>
 
+#include "frame/text_case.hpp"
+
 namespace vqmath63::automation {
 namespace {
 
@@ -93,11 +95,10 @@ BSTR new_bstr(std::string_view text) {
 }
 
 bool same_name(const OLECHAR* given, const char* name) noexcept {
-  const auto fold = [](char32_t c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; };
   for (;; ++given, ++name) {
     const auto a = static_cast<char32_t>(static_cast<std::uint16_t>(*given));
     const auto b = static_cast<char32_t>(static_cast<unsigned char>(*name));
-    if (fold(a) != fold(b)) return false;
+    if (lower_case(a) != lower_case(b)) return false;
     if (a == 0) return true;
   }
 }

@@ -4,6 +4,7 @@
 #include "automation/object.hpp"
 #include "calculus/differentiate_members.hpp"
 #include "calculus/integrate_members.hpp"
+#include "frame/text_case.hpp"
 #include "info/analyse_info_members.hpp"
 #include "mathlib/math_lib_members.hpp"
 #include "petroleum/petroleum_members.hpp"
@@ -25,15 +26,6 @@ constexpr const ClassInfo* kClasses[] = {
     &Boundary<members::kAnalyseInfo>::kInfo,
 };
 
-bool same_text(std::string_view a, std::string_view b) {
-  const auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (fold(a[i]) != fold(b[i])) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 std::span<const ClassInfo* const> classes() noexcept {
@@ -50,12 +42,12 @@ const ClassInfo* find_class(REFCLSID clsid) noexcept {
 const ClassInfo* find_class(std::string_view programmatic_id) noexcept {
   constexpr std::string_view kLibrary = automation::kLibraryName;
   if (programmatic_id.size() <= kLibrary.size() || programmatic_id[kLibrary.size()] != '.' ||
-      !same_text(programmatic_id.substr(0, kLibrary.size()), kLibrary)) {
+      !same_letters(programmatic_id.substr(0, kLibrary.size()), kLibrary)) {
     return nullptr;
   }
   const std::string_view name = programmatic_id.substr(kLibrary.size() + 1);
   for (const ClassInfo* info : kClasses) {
-    if (same_text(info->name, name)) return info;
+    if (same_letters(info->name, name)) return info;
   }
   return nullptr;
 }

@@ -3,26 +3,33 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 
 #include "frame/fault.hpp"
 
 namespace vqmath63 {
 namespace {
 
+using std::chrono::months;
+using std::chrono::sys_days;
+using std::chrono::year;
+using std::chrono::year_month;
+
 // The calendar repeats after 400 years. Where its months begin is looked up: a reporting calendar
 // steps through months by the million, and the general calendar code takes more than twice as long.
 constexpr std::uint32_t kMonths = 4800;
 constexpr std::uint32_t kDays = 146097;
-constexpr std::int32_t kDaysFromYearZero = 693959;  // 0000-01-01 to 1899-12-30
+constexpr std::int32_t kDaysFromYearZero =
+    (sys_days{year{1899} / 12 / 30} - sys_days{year{0} / 1 / 1}).count();
 
 // First day of each month of 400 years, counted from the first of them.
 constexpr std::array<std::uint32_t, kMonths + 1> kMonthStarts = [] {
-  constexpr std::uint32_t kLengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
   std::array<std::uint32_t, kMonths + 1> starts{};
-  for (std::uint32_t i = 0; i < kMonths; ++i) {
-    const std::uint32_t year = i / 12;
-    const bool leap = year % 4 == 0 && (year % 100 != 0 || year == 0);
-    starts[i + 1] = starts[i] + kLengths[i % 12] + (i % 12 == 1 && leap ? 1 : 0);
+  year_month month = year{0} / 1;
+  const sys_days first{month / 1};
+  for (std::uint32_t& start : starts) {
+    start = static_cast<std::uint32_t>((sys_days{month / 1} - first).count());
+    month += months{1};
   }
   return starts;
 }();

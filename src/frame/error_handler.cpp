@@ -1,9 +1,8 @@
 // Delivery of message lines to the host, the log file or standard error.
 #include "frame/error_handler.hpp"
 
-#include <cmath>
-#include <cstdint>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <utility>
@@ -31,13 +30,9 @@ bool deliver_to_host(const std::string& line, bool flag) {
 
 // "YYYY-MM-DD hh:mm:ss " of this moment.
 std::string time_stamp() {
-  const std::int64_t seconds = std::llround(now().value * 86400.0);  // platform: a clock
-  const CivilDate date = civil_from_days(seconds / 86400);
-  const int second = static_cast<int>(seconds % 86400);
+  const std::tm local = local_time();
   char text[64];
-  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d ", date.year, date.month,
-                date.day, second / 3600, second / 60 % 60, second % 60);
-  return text;
+  return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S ", &local)};
 }
 
 }  // namespace

@@ -19,6 +19,11 @@ enum class ErrorNumber : std::int32_t {
   kCannotCreateObject = 429  ///< a companion that cannot be created
 };
 
+/// The number that hosts see.
+constexpr std::int32_t number_of(ErrorNumber number) noexcept {
+  return static_cast<std::int32_t>(number);
+}
+
 /// Standard description of an error number: a classic number, or the result code of a failed
 /// companion call (a negative number). Never null; "Application-defined or object-defined error"
 /// for an unknown classic number, "Automation error" for an unknown result code.
@@ -28,7 +33,7 @@ const char* error_text(std::int32_t number) noexcept;
 class Fault : public std::exception {
  public:
   explicit Fault(std::int32_t number) noexcept : number_(number) {}
-  explicit Fault(ErrorNumber number) noexcept : number_(static_cast<std::int32_t>(number)) {}
+  explicit Fault(ErrorNumber number) noexcept : number_(number_of(number)) {}
 
   std::int32_t number() const noexcept { return number_; }
   /// The standard description of number().

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "frame/text_case.hpp"
+
 namespace vqmath63::host {
 
 /// Without blanks around it.
@@ -15,16 +17,6 @@ inline std::string_view trimmed(std::string_view text) {
   const auto from = text.find_first_not_of(kBlanks);
   if (from == std::string_view::npos) return {};
   return text.substr(from, text.find_last_not_of(kBlanks) - from + 1);
-}
-
-/// Equal without regard to the case of a to z.
-inline bool same_letters(std::string_view a, std::string_view b) {
-  const auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (fold(a[i]) != fold(b[i])) return false;
-  }
-  return true;
 }
 
 /// The pieces between separators, without blanks around them.

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "frame/text_case.hpp"
 #include "frame/trap.hpp"
 #include "regression/least_squares.hpp"
 
@@ -46,19 +47,16 @@ void ztRegression::setRegressionMethod(bool& ok) {
   trap(kSetRegressionMethod, [&] {
     ok = false;
     const char first = text_.empty() ? 'L' : text_.front();
-    switch (first) {
-      case 'E':
+    switch (lower_case(first)) {
       case 'e':
         text_ = "Exponential";
         type_ = kExponential;
         break;
       // One letter decides: "Logarithmic" is linear and "Power" polynomial.
-      case 'L':
       case 'l':
         text_ = "Linear";
         type_ = kLinear;
         break;
-      case 'P':
       case 'p':
         text_ = "Polynomial";
         type_ = kPolynomial;

@@ -9,6 +9,7 @@
 #include "automation/system/conversion.hpp"
 #include "automation/system/ownership.hpp"
 #include "automation/system/types.hpp"
+#include "frame/text_case.hpp"
 
 namespace vqmath63::automation::system {
 
@@ -56,15 +57,6 @@ class Ascii {
   std::unique_ptr<char[]> bytes_;
   std::size_t size_ = 0;
 };
-
-bool same_word(std::string_view text, std::string_view lower_word) {
-  if (text.size() != lower_word.size()) return false;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i] >= 'A' && text[i] <= 'Z' ? static_cast<char>(text[i] + 32) : text[i];
-    if (c != lower_word[i]) return false;
-  }
-  return true;
-}
 
 Number whole(LONGLONG value) {
   return {.whole = value};
@@ -257,7 +249,7 @@ HRESULT convert_text(BSTR source, VARTYPE vt, VARIANT& made) {
     case VT_DATE:
       return parse_date(text, made.date);
     case VT_BOOL:
-      if (same_word(text, "true") || same_word(text, "false")) {
+      if (same_letters(text, "true") || same_letters(text, "false")) {
         made.boolVal = text.size() == 4 ? VARIANT_TRUE : VARIANT_FALSE;
         return S_OK;
       }
