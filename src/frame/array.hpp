@@ -270,8 +270,10 @@ class Array1 : public BoundedArray<T, 1> {
   /// Borrows `elements` as elements 1 to n.
   explicit Array1(std::span<T> elements)
       : Array1(elements.data(), detail::from_one(elements.size())) {}
-  /// A copy of its own of what the view sees, bounds and all.
-  explicit Array1(const Array1<const T>& view) {
+  /// A copy of its own of what a view sees, bounds and all. Of nothing that could become a view: a
+  /// vector is borrowed.
+  template <std::same_as<Array1<const T>> View>
+  explicit Array1(const View& view) {
     if (!view.allocated()) return;
     this->copy_from(view.data(), {{view.bounds()}});
   }

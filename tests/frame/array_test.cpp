@@ -34,7 +34,7 @@ TEST(Array1, elements_are_those_between_the_bounds) {
 
 TEST(Array1, the_lender_sees_writes_but_no_resizing) {
   Values lent{1, 2, 3};
-  Array1<float> a{std::span<float>(lent)};
+  Array1<float> a(lent);
   a(2) = 20;
   EXPECT_FALSE(a.was_resized());
   a.redim_preserve(4);
