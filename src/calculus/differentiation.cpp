@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <bit>
 #include <memory>
+#include <type_traits>
 
-#include "frame/checked.hpp"
+#include "frame/speculate.hpp"
 #include "frame/trap.hpp"
 
 namespace vqmath63 {
@@ -102,79 +103,80 @@ struct CentredSecond {
 // Points first to last, worked through upwards or downwards.
 enum class Order { kRising, kFalling };
 
-class CheckedReader {
- public:
-  explicit CheckedReader(const Samples& a) : array_(a) {}
-  Double operator()(std::int64_t i) const { return array_(i); }
-
- private:
-  const Samples& array_;
+struct Points {
+  std::int64_t first;
+  std::int64_t last;
+  Order order;
 };
 
+// What became of some points.
+struct Derived {
+  bool in_scratch;          // the derivatives wait in scratch memory
+  std::uint64_t trace = 0;  // 0 while every step was finite
+
+  const Derived& value() const { return *this; }
+  bool all_finite() const { return trace == 0; }
+};
+
+// The derivatives at some points, each handed to put(point, derivative): in the order of the
+// routine where numbers are checked, else upwards.
+template <class Formula, class Mode, class Put>
+Derived derive(Mode, const Samples& x, const Samples& y, const Points& points, const Put& put) {
+  constexpr bool kPlain = std::is_same_v<Mode, PlainMode>;
+  const typename Mode::template Reader<double> xs(x), ys(y);
+  Derived derived{kPlain};
+  for (std::int64_t k = 0; k <= points.last - points.first; ++k) {
+    const bool rising = kPlain || points.order == Order::kRising;
+    const std::int64_t i = rising ? points.first + k : points.last - k;
+    const auto [numerator, denominator] = Formula::template at<typename Mode::Double>(xs, ys, i);
+    const double quotient = (numerator / denominator).value();
+    put(i, quotient);
+    // A finite number less itself is +0; anything else leaves bits behind. The product shows what
+    // the quotient hides: a denominator that is not finite.
+    const double both = quotient * denominator.value();
+    derived.trace |= std::bit_cast<std::uint64_t>(both - both);
+  }
+  return derived;
+}
+
+// Writes the derivatives at some points. The quick way writes them to scratch memory first, so that
+// points with a fault among them can be done again before anything of them has been written.
 template <class Formula>
-void write_checked(const Samples& x, const Samples& y, std::int64_t first, std::int64_t last,
-                   Order order, Derivatives& d) {
-  const CheckedReader xs(x), ys(y);
-  for (std::int64_t k = 0; k <= last - first; ++k) {
-    const std::int64_t i = order == Order::kRising ? first + k : last - k;
-    const auto [numerator, denominator] = Formula::template at<Double>(xs, ys, i);
-    const Double quotient = numerator / denominator;
-    d(i) = quotient.value();
+void write_run(bool quick, const Samples& x, const Samples& y, const Points& points,
+               double* scratch, Derivatives& d) {
+  const Derived derived = speculate(quick, [&](auto mode) {
+    return derive<Formula>(mode, x, y, points, [&](std::int64_t i, double derivative) {
+      if constexpr (std::is_same_v<decltype(mode), PlainMode>) {
+        scratch[i - points.first] = derivative;
+      } else {
+        d(i) = derivative;
+      }
+    });
+  });
+  if (derived.in_scratch) {
+    std::copy_n(scratch, points.last - points.first + 1, &d(points.first));
   }
 }
 
-// Element i of an array whose bounds have been looked at.
-class PlainReader {
- public:
-  explicit PlainReader(const Samples& a) : first_(a.data()), lower_(a.lower()) {}
-  double operator()(std::int64_t i) const { return first_[i - lower_]; }
-
- private:
-  const double* first_;
-  std::int64_t lower_;
-};
-
-// Points first, first + 1, ... into `values`; false when a step was not finite.
-template <class Formula>
-bool compute_plain(PlainReader x, PlainReader y, std::int64_t first, std::int64_t count,
-                   double* values) {
-  std::uint64_t trace = 0;
-  for (std::int64_t k = 0; k < count; ++k) {
-    const auto [numerator, denominator] = Formula::template at<double>(x, y, first + k);
-    const double quotient = numerator / denominator;
-    values[k] = quotient;
-    // A finite number less itself is +0; anything else leaves bits behind.
-    const double both = quotient * denominator;
-    trace |= std::bit_cast<std::uint64_t>(both - both);
-  }
-  return trace == 0;
-}
-
-// Writes the derivatives at points first to last. Goes in blocks, so that a block with a fault in
-// it can be done again on checked numbers before anything of it has been written.
+// Writes the derivatives at points first to last, in blocks.
 template <class Formula>
 void write(const Samples& x, const Samples& y, std::int64_t first, std::int64_t last, Order order,
            Derivatives& d) {
   if (first > last) return;
   const std::int64_t least = first - Formula::kBefore;
   const std::int64_t most = last + Formula::kAfter;
+  constexpr std::int64_t kBlock = 256;
+  double scratch[kBlock];
   // Where the result is one of the samples, each point changes what the next one reads.
   if (!x.covers(least, most) || !y.covers(least, most) || !d.covers(first, last) || overlap(d, x) ||
       overlap(d, y)) {
-    write_checked<Formula>(x, y, first, last, order, d);
+    write_run<Formula>(false, x, y, {first, last, order}, scratch, d);
     return;
   }
-  constexpr std::int64_t kBlock = 256;
-  const PlainReader xs(x), ys(y);
-  double values[kBlock];
   for (std::int64_t done = 0; done <= last - first; done += kBlock) {
     const std::int64_t count = std::min(kBlock, last - first - done + 1);
     const std::int64_t from = order == Order::kRising ? first + done : last - done - count + 1;
-    if (compute_plain<Formula>(xs, ys, from, count, values)) [[likely]] {
-      std::copy_n(values, count, &d(from));
-    } else {
-      write_checked<Formula>(x, y, from, from + count - 1, order, d);
-    }
+    write_run<Formula>(true, x, y, {from, from + count - 1, order}, scratch, d);
   }
 }
 

@@ -1,26 +1,61 @@
 // Hot loops written once: run on plain numbers first, replayed on checked ones when that failed.
+//
+// A loop is generic over a mode, PlainMode or CheckedMode, which gives it its numbers and readers.
+// Which form serves:
+//
+// - The result is a number made of sums and products: a step that is not finite leaves a result
+//   that is not. `speculate` a loop that returns it (integration.cpp, sums.cpp).
+// - Several such results: a group that says of itself whether all are finite (sums.cpp).
+// - A step may hide another one's failure: a division by a value that has overflowed gives 0, a
+//   comparison with a NaN takes a branch, a value stored as Single is used as Double. No look at
+//   the result tells. The loop itself notes whether a step was not finite, where it can happen, and
+//   returns a group that says so: differentiation.cpp looks at quotient times denominator,
+//   petroleum.cpp at what it stores, matrix.cpp at the whole system, in which what is lost stays.
+// - Results are written on the way: the plain run writes to scratch memory only, which is copied
+//   once it is known to be good. The checked run writes in place, in the order of the routine, so
+//   that what came before a fault stays (differentiation.cpp, in blocks).
+// - The steps are few, or wait for each other anyway: checked numbers alone, without a plain run.
 #pragma once
 
 #include <cmath>
 #include <cstdint>
+#include <type_traits>
 
 #include "frame/array.hpp"
 #include "frame/checked.hpp"
 
 namespace vqmath63 {
 
-/// Plain numbers and unchecked element access: the speculative run.
-struct PlainMode {
-  using Double = BasicDouble<false>;
-  using Single = BasicSingle<false>;
+/// The numbers of a mode, and how it reads elements as numbers: those of an Array1<float> as
+/// Singles, those of an Array1<double> as Doubles.
+template <bool kChecked>
+struct NumberMode {
+  using Double = BasicDouble<kChecked>;
+  using Single = BasicSingle<kChecked>;
+  template <class T>
+  using Number = std::conditional_t<std::is_same_v<T, float>, Single, Double>;
 
+  /// Looks at the bounds for each element, in both modes: for indices that stand in the data.
+  template <class T>
+  class BoundedReader {
+   public:
+    explicit BoundedReader(const Array1<const T>& a) : array_(a) {}
+    Number<T> operator()(std::int64_t i) const { return array_(i); }
+
+   private:
+    Array1<const T> array_;
+  };
+};
+
+/// Plain numbers and unchecked element access: the speculative run.
+struct PlainMode : NumberMode<false> {
   /// Reads element i of an array as a number; the bounds must have been looked at before.
   template <class T>
   class Reader {
    public:
     explicit Reader(const Array1<const T>& a)
         : first_(a.data()), lower_(a.allocated() ? a.lower() : 0) {}
-    auto operator()(std::int64_t i) const { return Single(first_[i - lower_]); }
+    Number<T> operator()(std::int64_t i) const { return first_[i - lower_]; }
 
    private:
     const T* first_;
@@ -29,19 +64,9 @@ struct PlainMode {
 };
 
 /// Checked numbers and checked element access: the replay that finds the first fault exactly.
-struct CheckedMode {
-  using Double = BasicDouble<true>;
-  using Single = BasicSingle<true>;
-
+struct CheckedMode : NumberMode<true> {
   template <class T>
-  class Reader {
-   public:
-    explicit Reader(const Array1<const T>& a) : array_(a) {}
-    auto operator()(std::int64_t i) const { return Single(array_(i)); }
-
-   private:
-    Array1<const T> array_;
-  };
+  using Reader = BoundedReader<T>;
 };
 
 namespace detail {
@@ -70,8 +95,8 @@ template <class Loop>
 /// runs `loop(CheckedMode{})`, which raises the first fault in the order of the steps or returns
 /// the non-finite value that the caller's own NaN or infinity led to.
 ///
-/// The loop must be such that a non-finite step always leaves a non-finite result (sums of
-/// products are; a division by a running value is not), and must write nothing but its result.
+/// A loop returns what has a value(): a number, or a group with an all_finite(). A step that is not
+/// finite must always show there, and the plain run must write nothing that the caller sees.
 template <class Loop>
 auto speculate(bool in_bounds, const Loop& loop) {
   if (in_bounds) {

@@ -41,6 +41,12 @@ struct LiveOil {
   std::int32_t upper;
 };
 
+struct Result {
+  float factor;
+  bool fits;  // false when a value that had to fit a Single did not
+  bool all_finite() const { return fits; }
+};
+
 // The formula over one kind of numbers. Between finite data no step can leave the range of Double;
 // what can fail are the values that have to fit a Single, and steps on a NaN or an infinity, which
 // always end in one of them.
@@ -48,14 +54,20 @@ template <class Mode>
 class LiveFactor {
   using Single = typename Mode::Single;
   using Double = typename Mode::Double;
+  template <class T>
+  using Reader = typename Mode::template BoundedReader<T>;
 
  public:
-  explicit LiveFactor(const LiveOil& oil) : oil_(oil) {}
+  explicit LiveFactor(const LiveOil& oil)
+      : oil_(oil), primary_(oil.primary), secondary_(oil.secondary), value_(oil.value) {}
 
-  /// False when a value that had to fit a Single did not.
-  bool finite() const { return finite_; }
+  Result value() {
+    const float factor = work_out();
+    return {factor, fits_};
+  }
 
-  float factor() {
+ private:
+  float work_out() {
     const std::int32_t i = oil_.lower;
     const std::int32_t u = oil_.upper;
     const std::int32_t lower_start = oil_.map(i);
@@ -63,21 +75,21 @@ class LiveFactor {
     // For the last curve this leaves out the last entry.
     const std::int32_t end = u != oil_.curves ? oil_.map(next(u)) : oil_.entries;
 
-    const Double step = primary(u) - primary(i);
-    const Double distance = Single(oil_.data_primary) - primary(i);
+    const Double step = primary_(u) - primary_(i);
+    const Double distance = Single(oil_.data_primary) - primary_(i);
     const bool apart = step != 0.0;
     const Double t = apart ? distance / step : Double(0.0);
     const Double w = Double(1.0) - t;
-    const Double lower_saturation = secondary(lower_start);
-    const Double slope = apart ? (secondary(upper_start) - lower_saturation) / step : Double(0.0);
+    const Double lower_saturation = secondary_(lower_start);
+    const Double slope = apart ? (secondary_(upper_start) - lower_saturation) / step : Double(0.0);
     const Double saturation = distance * slope + lower_saturation;
 
     const Single data = oil_.data_secondary;
     if (stored(saturation * kHairAbove) >= data) {
-      return stored(t * value(upper_start) + w * value(lower_start)).value();
+      return stored(t * value_(upper_start) + w * value_(lower_start)).value();
     }
     const Double s1 = lower_saturation + data - saturation;
-    const Double s2 = secondary(upper_start) + data - saturation;
+    const Double s2 = secondary_(upper_start) + data - saturation;
     // The only curve of a table has no next one to end before.
     const std::int32_t lower_end = oil_.curves == 1 ? end : upper_start;
     const Double lower_value = on_curve(lower_start, previous(lower_end), s1, s1);
@@ -86,14 +98,9 @@ class LiveFactor {
     return stored(t * upper_value + w * lower_value).value();
   }
 
- private:
-  Single primary(std::int64_t i) const { return oil_.primary(i); }
-  Single secondary(std::int64_t i) const { return oil_.secondary(i); }
-  Single value(std::int64_t i) const { return oil_.value(i); }
-
   Single stored(Double number) {
     const Single single = number;
-    finite_ = finite_ && std::isfinite(single.value());
+    fits_ = fits_ && std::isfinite(single.value());
     return single;
   }
 
@@ -103,29 +110,26 @@ class LiveFactor {
   Double on_curve(std::int32_t first, std::int32_t last, Double s, Double far) {
     std::int32_t a = first;
     std::int32_t b = last;
-    if (s >= secondary(first) && s <= secondary(last)) {
-      const float* point = &oil_.secondary(first);  // both ends are there, so is all between
-      for (std::int32_t j = first; j < last; ++j, ++point) {
-        if (far <= Single(point[1]) && Single(point[0]) <= s) {
+    if (s >= secondary_(first) && s <= secondary_(last)) {
+      // Both ends are there, so is all between.
+      const typename Mode::template Reader<float> point(oil_.secondary);
+      for (std::int32_t j = first; j < last; ++j) {
+        if (far <= point(j + 1) && point(j) <= s) {
           a = j;
           b = j + 1;
           break;
         }
       }
     }
-    const Double run = secondary(a) - secondary(b);
-    const Double slope = stored(run).value() != 0.0F ? (value(a) - value(b)) / run : Double(0.0);
-    return slope * (s - secondary(a)) + value(a);
+    const Double run = secondary_(a) - secondary_(b);
+    const Double slope = stored(run).value() != 0.0F ? (value_(a) - value_(b)) / run : Double(0.0);
+    return slope * (s - secondary_(a)) + value_(a);
   }
 
   const LiveOil& oil_;
-  bool finite_ = true;
+  Reader<float> primary_, secondary_, value_;
+  bool fits_ = true;
 };
-
-// Out of the way of the run on plain numbers.
-[[gnu::noinline]] float checked_live_factor(const LiveOil& oil) {
-  return LiveFactor<CheckedMode>(oil).factor();
-}
 
 }  // namespace
 
@@ -144,9 +148,7 @@ void ztPetroleum::GetVolumeCorrectionLive(
     }
     const LiveOil oil{dPrimary, iMapPrimary,  dSecondary,     dValue, nPrimary,
                       nVal,     dDataPrimary, dDataSecondary, i,      u};
-    LiveFactor<PlainMode> plain(oil);
-    const float factor = plain.factor();
-    dB = plain.finite() ? factor : checked_live_factor(oil);
+    dB = speculate(true, [&](auto mode) { return LiveFactor<decltype(mode)>(oil); }).factor;
     qOK = true;
   });
 }

@@ -128,6 +128,16 @@ bool solve(WorkingSystem& system) {
   return true;
 }
 
+// A system worked through, and whether it could be solved. A number once lost to overflow stays
+// where it was stored, so one look at the end is enough.
+struct Elimination {
+  WorkingSystem& system;
+  bool solved;
+
+  const Elimination& value() const { return *this; }
+  bool all_finite() const { return system.all_finite(); }
+};
+
 }  // namespace
 
 void MatrixEquation(const Array2<const float>& A, const Array1<const float>& b, Array1<float>& x,
@@ -138,14 +148,11 @@ void MatrixEquation(const Array2<const float>& A, const Array1<const float>& b, 
     const std::int32_t n = A.rows().upper;
     if (n < 1) raise_fault(ErrorNumber::kSubscript);
     WorkingSystem system(static_cast<std::size_t>(n));
-    system.load(A, b);
-    bool solved = solve<PlainMode>(system);
-    // A number once lost to overflow stays where it was stored, so one look at the end is enough.
-    if (!system.all_finite()) [[unlikely]] {
+    const Elimination done = speculate(true, [&](auto mode) {
       system.load(A, b);
-      solved = solve<CheckedMode>(system);
-    }
-    if (!solved) {
+      return Elimination{system, solve<decltype(mode)>(system)};
+    });
+    if (!done.solved) {
       singular = true;
       return;
     }
