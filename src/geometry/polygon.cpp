@@ -5,6 +5,7 @@
 
 #include "frame/checked.hpp"
 #include "frame/trap.hpp"
+#include "geometry/crossing.hpp"
 #include "geometry/work_array.hpp"
 #include "tolerant/tolerant_arithmetic.hpp"
 
@@ -15,8 +16,16 @@ constexpr Location kPointInPolygon{"Geometry", "PointInPolygon"};
 constexpr Location kPointOnPolygon{"Geometry", "PointOnPolygon"};
 constexpr Location kPointOnLine{"Geometry", "PointOnLine"};
 
+// Every step checked, its failure reported.
+struct Stepwise {
+  static float difference(float a, float b) { return ArithmeticS(a, b, "-"); }
+  static float offset_at(float dx, float ty, float dy) {
+    return Single(Single(dx) * Single(ty) / Single(dy)).value();
+  }
+};
+
 float difference(float a, float b) {
-  return ArithmeticS(a, b, "-");
+  return Stepwise::difference(a, b);
 }
 
 // Slope and intercept of a segment's line.
@@ -75,14 +84,7 @@ bool PointInPolygon(const Point3D& point, const Array1<Point3D>& polygon) {
     }
     bool inside = false;
     for (std::int64_t i = 1; i < m; ++i) {
-      const float dy = difference(y(i + 1), y(i));
-      if (dy == 0.0F) continue;
-      const float dx = difference(x(i + 1), x(i));
-      const float ty = difference(point.Y, y(i));
-      const float tx = difference(point.X, x(i));
-      const Single u = Single(dx) * Single(ty) / Single(dy);
-      const bool to_the_right = difference(tx, u.value()) < 0.0F;
-      if (to_the_right && (point.Y <= y(i)) != (point.Y <= y(i + 1))) inside = !inside;
+      inside ^= crosses(Stepwise(), point.X, point.Y, x(i), y(i), x(i + 1), y(i + 1));
     }
     result = inside;
   });

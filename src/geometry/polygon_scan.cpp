@@ -6,12 +6,12 @@
 #include <cstdint>
 #include <limits>
 
+#include "geometry/crossing.hpp"
 #include "geometry/quick_arithmetic.hpp"
 
 namespace vqmath63 {
 namespace {
 
-using quick::difference;
 using quick::larger;
 
 // Bits of a magnitude: as integers they are in the order of the numbers, infinity and NaN last.
@@ -44,14 +44,6 @@ struct Magnitudes {
     return dx * ty <= 1e37 * dy && dx <= 1e37 && ty <= 1e37;
   }
 };
-
-// Whether the ray from (px, py) crosses the edge from (xa, ya) to (xb, yb), step by step.
-bool crosses(float px, float py, float xa, float ya, float xb, float yb) {
-  const float dy = difference(yb, ya);
-  if (dy == 0.0F || (py <= ya) == (py <= yb)) return false;
-  const float u = quick::offset_at(difference(xb, xa), difference(py, ya), dy);
-  return difference(difference(px, xa), u) < 0.0F;
-}
 
 constexpr std::size_t kBlock = 64;
 
@@ -122,12 +114,18 @@ std::optional<bool> scan_polygon(float px, float py, const float* x, const float
     crossed ^= edges.crossed;
     if (edges.any_close == 0) continue;
     for (std::size_t i = 0; i < count; ++i) {
-      if (edges.close[i] != 0 && crosses(px, py, xs[i], ys[i], xs[i + 1], ys[i + 1])) crossed ^= 1;
+      if (edges.close[i] != 0 &&
+          crosses(quick::Tolerant(), px, py, xs[i], ys[i], xs[i + 1], ys[i + 1])) {
+        crossed ^= 1;
+      }
     }
   }
   if (!sizes.harmless()) return std::nullopt;
-  const bool closed = difference(x[0], x[n - 1]) == 0.0F && difference(y[0], y[n - 1]) == 0.0F;
-  if (!closed && crosses(px, py, x[n - 1], y[n - 1], x[0], y[0])) crossed ^= 1;
+  // A closed polygon's closing edge is level, so never crossed.
+  if (level_with(py, y[n - 1], y[0]) &&
+      crosses(quick::Tolerant(), px, py, x[n - 1], y[n - 1], x[0], y[0])) {
+    crossed ^= 1;
+  }
   return (crossed & 1) != 0;
 }
 

@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "geometry/crossing.hpp"
 #include "geometry/quick_arithmetic.hpp"
 
 namespace vqmath63 {
@@ -34,6 +35,28 @@ float dot(const Point3D& a, const Point3D& b) {
 float determinant(float a, float b, float c, float d) {
   return static_cast<float>(wide(a) * wide(b) - wide(c) * wide(d));
 }
+
+// The differences as they are, and whether all of them were clear of the tolerance.
+struct Unsnapped {
+  std::int32_t counts = 1;
+  float difference(float a, float b) {
+    const float d = a - b;
+    counts &= std::abs(d) > quick::kCounts * quick::larger(std::abs(a), std::abs(b)) ? 1 : 0;
+    return d;
+  }
+  static float offset_at(float dx, float ty, float dy) { return quick::offset_at(dx, ty, dy); }
+};
+
+// With the tolerance, without a branch. 0 over 0 is no ratio below it, and the difference is 0 as
+// it is.
+struct SnappedByRatio {
+  static float difference(float a, float b) {
+    const float d = a - b;
+    const float ratio = std::abs(d) / quick::larger(std::abs(a), std::abs(b));
+    return d * static_cast<float>(ratio < detail::kNegligible ? 0 : 1);
+  }
+  static float offset_at(float dx, float ty, float dy) { return quick::offset_at(dx, ty, dy); }
+};
 
 Point3D from_to(const Point3D& a, const Point3D& b) {
   return {difference(b.X, a.X), difference(b.Y, a.Y), difference(b.Z, a.Z)};
@@ -104,36 +127,20 @@ void PreparedCell::Projection::prepare(const std::array<float, 3>& xs,
 
 bool PreparedCell::Projection::crossed_by_ray(float px, float py) const {
   // All lanes at once, as if nothing were within the tolerance: written for the vectoriser.
-  const float size_x = std::abs(px), size_y = std::abs(py);
   std::int32_t crossed = 0, doubtful = 0;
   for (std::size_t i = 0; i < 4; ++i) {
-    const std::int32_t level = ((py <= y[i] ? 1 : 0) ^ (py <= y_end[i] ? 1 : 0)) & on[i];
-    const float ty = py - y[i];
-    const float tx = px - x[i];
-    const float u = quick::offset_at(dx[i], ty, dy[i]);
-    const float beside = tx - u;
-    const std::int32_t y_counts =
-        std::abs(ty) > quick::kCounts * quick::larger(size_y, std::abs(y[i])) ? 1 : 0;
-    const std::int32_t x_counts =
-        std::abs(tx) > quick::kCounts * quick::larger(size_x, std::abs(x[i])) ? 1 : 0;
-    const std::int32_t counts =
-        std::abs(beside) > quick::kCounts * quick::larger(std::abs(tx), std::abs(u)) ? 1 : 0;
-    crossed ^= level & (beside < 0.0F ? 1 : 0);
-    doubtful |= level & ((x_counts & y_counts & counts) ^ 1);
+    const std::int32_t level = (level_with(py, y[i], y_end[i]) ? 1 : 0) & on[i];
+    Unsnapped arithmetic;
+    const float at = beside(arithmetic, px, py, x[i], y[i], dx[i], dy[i]);
+    crossed ^= level & (at < 0.0F ? 1 : 0);
+    doubtful |= level & (arithmetic.counts ^ 1);
   }
   if (doubtful == 0) return crossed != 0;
-  // Again with the tolerance. 0 over 0 is no ratio below it, and the sum is 0 as it is.
   crossed = 0;
   for (std::size_t i = 0; i < 4; ++i) {
-    const std::int32_t level = ((py <= y[i] ? 1 : 0) ^ (py <= y_end[i] ? 1 : 0)) & on[i];
-    const auto snapped = [](float sum, float a, float b) {
-      const float ratio = std::abs(sum) / quick::larger(std::abs(a), std::abs(b));
-      return sum * static_cast<float>(ratio < detail::kNegligible ? 0 : 1);
-    };
-    const float ty = snapped(py - y[i], py, y[i]);
-    const float tx = snapped(px - x[i], px, x[i]);
-    const float u = quick::offset_at(dx[i], ty, dy[i]);
-    crossed ^= level & (snapped(tx - u, tx, u) < 0.0F ? 1 : 0);
+    const std::int32_t level = (level_with(py, y[i], y_end[i]) ? 1 : 0) & on[i];
+    SnappedByRatio arithmetic;
+    crossed ^= level & (beside(arithmetic, px, py, x[i], y[i], dx[i], dy[i]) < 0.0F ? 1 : 0);
   }
   return crossed != 0;
 }

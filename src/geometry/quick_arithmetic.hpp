@@ -33,6 +33,12 @@ inline float offset_at(float dx, float ty, float dy) {
                             static_cast<double>(dy));
 }
 
+/// The arithmetic of geometry/crossing.hpp in these.
+struct Tolerant {
+  static float difference(float a, float b) { return quick::difference(a, b); }
+  static float offset_at(float dx, float ty, float dy) { return quick::offset_at(dx, ty, dy); }
+};
+
 /// Beyond this part of the largest magnitude to the left of all ends of a set of edges a point has
 /// every edge to its right, and beyond it to the right none, whatever the tolerance does.
 inline constexpr float kClear = 8e-6F;

@@ -91,6 +91,13 @@ TEST_F(CellsTest, a_ray_from_above_runs_down) {
   EXPECT_TRUE(inside(box(8, 8, 8), {2, 3, 0.2F}));
 }
 
+TEST_F(CellsTest, a_difference_of_the_tolerance_itself_counts) {
+  // 1 / 1e6 is the tolerance; a little less is none, and the face is no longer to the right.
+  const Cell cell = box(50, 40, 8, {999950, 0, 0});
+  EXPECT_TRUE(inside(cell, {999999, 3, 2}));
+  EXPECT_FALSE(inside(cell, {999999.0625F, 3, 2}));
+}
+
 TEST_F(CellsTest, indices_keep_their_length_for_none_and_all) {
   struct Row {
     const char* name;

@@ -126,6 +126,16 @@ TEST_F(PolygonTest, points_on_lines) {
   EXPECT_EQ(lines, std::vector{error_line(6, "Geometry (Code) (PointOnLine)")});  // the last row
 }
 
+TEST_F(PolygonTest, differences_are_taken_in_order) {
+  // Closing in X; of the first edge along X, in Y (too large), in X; of the second along X, in X.
+  PointInPolygon({kInf, 3e38F, 0}, array_of<Point3D>({{kInf, -3e38F, 0}, {0, 0, 0}}));
+  Lines want;
+  for (const std::int32_t fault : {5, 5, 6, 5, 5, 5}) {
+    want.push_back(error_line(fault, "ztMathLib (Code) (ArithmeticS)"));
+  }
+  EXPECT_EQ(lines, want);
+}
+
 TEST_F(PolygonTest, failures_are_reported_where_they_arise) {
   const std::string member = "ztMathLib (Code) (Point_In_Polygon)";
   const std::string routine = "Geometry (Code) (PointInPolygon)";
