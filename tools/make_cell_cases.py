@@ -198,9 +198,9 @@ def main():
         middle = tuple(sum(v[k] for face in shape for v in face) / 8 for k in range(3))
         diagonal = tuple((shape[0][0][k] + shape[0][2][k]) / 2 for k in range(3))
         points = [middle, diagonal, shape[0][1], tuple((a + b) / 2 for a, b in zip(*shape[1][1:3]))]
-        for _ in range(4):
+        for _ in range(2):
             points.append((rng.uniform(8, 42), rng.uniform(8, 32), rng.uniform(2, 7)))
-        for _ in range(3):
+        for _ in range(2):
             points.append((rng.uniform(-20, 70), rng.uniform(-20, 60), rng.uniform(-8, 18)))
         segments = [((14.0, 22.0, 40.0), (31.0, 60.0, -3.0)),
                     (diagonal, (diagonal[0], diagonal[1], -30.0))]
