@@ -13,8 +13,6 @@ namespace {
 
 constexpr std::size_t kCorners = 4;  // of a face
 constexpr const char* kFaces[] = {"top", "bottom"};
-// Coordinates that agree to this part of their size are equal to the component.
-constexpr double kTolerance = 1e-6;
 
 // What a file says besides coordinates.
 struct Layout {
@@ -93,11 +91,9 @@ double distance_in_plan(const Spot& p, const Spot& a, const Spot& b) {
   return std::hypot(p[0] - a[0] - t * dx, p[1] - a[1] - t * dy);
 }
 
-using Triangle = std::array<std::size_t, 3>;
+}  // namespace
 
-// The component's triangles by corner, 0 to 3 of the top and 4 to 7 of the bottom: each face
-// is split from its first corner to its third.
-std::vector<Triangle> triangles() {
+std::vector<Triangle> cell_triangles() {
   std::vector<std::array<std::size_t, 4>> faces{{0, 1, 2, 3}, {4, 5, 6, 7}};
   for (std::size_t i = 0; i < kCorners; ++i) {
     const std::size_t next = (i + 1) % kCorners;
@@ -110,8 +106,6 @@ std::vector<Triangle> triangles() {
   }
   return all;
 }
-
-}  // namespace
 
 Spot spot_from_text(const char* option, const std::string& text) {
   const auto pieces = split(text, ',');
@@ -132,7 +126,7 @@ Spot spot_from_text(const char* option, const std::string& text) {
 
 bool tell_of_blur(double extent, double largest) {
   constexpr double kMuch = 0.01;
-  const double tolerance = kTolerance * largest;
+  const double tolerance = kCoordinateTolerance * largest;
   if (extent == 0.0 || tolerance <= kMuch * extent) return false;
   std::cerr << "vqhost: coordinates as large as " << plain_text(static_cast<float>(largest))
             << " are equal within " << plain_text(std::ceil(tolerance * 1e4) / 1e4)
@@ -202,7 +196,7 @@ void Cell::measure() {
       most_[c] = std::max(most_[c], corner[c]);
     }
   }
-  band_ = 2.0 * kTolerance * std::max(largest(0), largest(1));
+  band_ = 2.0 * kCoordinateTolerance * std::max(largest(0), largest(1));
 }
 
 double Cell::largest(std::size_t c) const {
@@ -218,7 +212,7 @@ bool Cell::tell_of_blur() const {
 
 bool Cell::edge_on() const {
   constexpr double kThin = 0.05;
-  for (const Triangle& t : triangles()) {
+  for (const Triangle& t : cell_triangles()) {
     for (const auto& [u, v] : {std::pair<std::size_t, std::size_t>{0, 1}, {0, 2}, {1, 2}}) {
       const double box = (most_[u] - least_[u]) * (most_[v] - least_[v]);
       const double area = turn(corners_[t[0]], corners_[t[1]], corners_[t[2]], u, v);
@@ -230,7 +224,7 @@ bool Cell::edge_on() const {
 
 void Cell::find_edges() {
   std::vector<Triangle> seen;  // those that a straight way up can cross
-  for (const Triangle& t : triangles()) {
+  for (const Triangle& t : cell_triangles()) {
     if (turn(corners_[t[0]], corners_[t[1]], corners_[t[2]]) == 0.0) continue;
     for (const Triangle& other : seen) {
       std::vector<std::size_t> shared;

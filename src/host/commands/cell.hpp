@@ -19,6 +19,17 @@ Spot spot_from_text(const char* option, const std::string& text);
 /// the tolerance of coordinates as large as `largest`. True when it did.
 bool tell_of_blur(double extent, double largest);
 
+/// Coordinates that agree to this part of their size are equal to the component.
+inline constexpr double kCoordinateTolerance = 1e-6;
+
+/// A triangle by its corners, 0 to 3 of the top and 4 to 7 of the bottom.
+using Triangle = std::array<std::size_t, 3>;
+
+/// The component's triangles of a cell's surface, in its order: of the top, the bottom and the
+/// sides, each face split from its first corner to its third. The component does not tell them; a
+/// test holds them to where it finds segments to cross.
+std::vector<Triangle> cell_triangles();
+
 class Cell {
  public:
   /// Reads eight rows, the corners of the top and then of the bottom, each in order around the

@@ -9,6 +9,7 @@
 
 #include "host/client/message_sink.hpp"
 #include "host/command_line.hpp"
+#include "host/commands/line_check.hpp"
 #include "host/data/columns.hpp"
 #include "host/data/moment.hpp"
 #include "host/data/output.hpp"
@@ -123,33 +124,15 @@ Line fit(const Columns& data, const Type& type) {
   return {object.get("A").get().fltVal, object.get("B").get().fltVal, object.get("R").get().fltVal};
 }
 
-// The same line's slope in double precision.
-struct Check {
-  double slope;
-  double unit;  // what slopes are compared in: a thousandth of the mean counts as spread
-};
-
-Check check_line(const Columns& data, const Type& type) {
-  std::vector<double> values[2] = {data[0], data[1]};
-  double mean[2] = {};
-  for (const int c : {0, 1}) {
-    for (double& value : values[c]) {
-      if (c == 0 ? type.log_x : type.log_y) value = std::log(value);
-      mean[c] += value / static_cast<double>(data.rows());
-    }
-  }
-  double xx = 0.0;
-  double xy = 0.0;
-  double yy = 0.0;
-  for (std::size_t i = 0; i < data.rows(); ++i) {
-    const double x = values[0][i] - mean[0];
-    const double y = values[1][i] - mean[1];
-    xx += x * x;
-    xy += x * y;
-    yy += y * y;
-  }
-  const double floor = 1e-3 * std::fabs(mean[1]) * std::sqrt(static_cast<double>(data.rows()));
-  return {xy / xx, (std::sqrt(yy) + floor) / std::sqrt(xx)};
+LineCheck check_fit(const Columns& data, const Type& type) {
+  std::vector<double> x = data[0];
+  std::vector<double> y = data[1];
+  const auto take_logarithms = [](std::vector<double>& values) {
+    for (double& value : values) value = std::log(value);
+  };
+  if (type.log_x) take_logarithms(x);
+  if (type.log_y) take_logarithms(y);
+  return check_line(x, y);
 }
 
 // Six digits, enough for a line in words.
@@ -204,7 +187,7 @@ int run(const Options& options) {
   constexpr float kMostR = 1.001F;
   constexpr double kToTell = 1e-3;
   constexpr double kToFail = 0.1;
-  const Check check = check_line(data, type);
+  const LineCheck check = check_fit(data, type);
   const double error = std::fabs(line.b - check.slope) / check.unit;
   if (error > kToFail || !(std::fabs(line.r) <= kMostR)) {
     throw WorkError(

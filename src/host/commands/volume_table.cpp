@@ -123,7 +123,7 @@ class LiveOil : public VolumeTable {
   }
 
   Story story(const Point& point) const override {
-    const Place at = place(point);
+    const LivePlace at = live_place(curves(), point);
     const std::string saturation = plain_text(static_cast<float>(at.saturation));
     Story story;
     if (at.saturated) {
@@ -147,7 +147,7 @@ class LiveOil : public VolumeTable {
   }
 
   bool outside(const Point& point) const override {
-    const Place at = place(point);
+    const LivePlace at = live_place(curves(), point);
     return outside_primary(point) || at.beyond_lower || at.beyond_upper;
   }
 
@@ -158,58 +158,15 @@ class LiveOil : public VolumeTable {
         pressure_(VT_R4, singles_of(table, 1)),
         factor_(VT_R4, singles_of(table, 2)) {}
 
-  // Where a point lies, by the rules of GetVolumeCorrectionLive; curves count from 0.
-  struct Place {
-    std::size_t lower = 0;
-    std::size_t upper = 0;
-    double saturation = 0.0;
-    double above = 0.0;  // the saturation pressure
-    bool saturated = false;
-    bool beyond_lower = false;  // the points of a curve that has a share in the factor
-    bool beyond_upper = false;
-  };
-
-  Place place(const Point& point) const {
-    const std::vector<float>& primary = primary_.values;
-    Place at;
-    double t = 0.0;
-    if (primary.size() > 1) {
-      const auto above = std::upper_bound(primary.begin(), primary.end(), point.primary);
-      const auto index = std::max<std::ptrdiff_t>(above - primary.begin() - 1, 0);
-      at.lower = std::min(static_cast<std::size_t>(index), primary.size() - 2);
-      at.upper = at.lower + 1;
-      const double low = primary[at.lower];
-      t = (point.primary - low) / (primary[at.upper] - low);
-    }
-    const double low = pressure_.values[first(at.lower)];
-    at.saturation = low + t * (pressure_.values[first(at.upper)] - low);
-    at.above = point.pressure - at.saturation;
-    // A hair above saturation counts as saturated.
-    at.saturated = static_cast<float>(at.saturation * 1.000001) >= point.pressure;
-    const auto beyond = [&](std::size_t curve, double share) {
-      return !at.saturated && share != 0.0 &&
-             pressure_.values[first(curve)] + at.above > pressure_.values[last(curve)];
-    };
-    at.beyond_lower = beyond(at.lower, 1.0 - t);
-    at.beyond_upper = beyond(at.upper, t);
-    return at;
-  }
-
-  // The entries from 0 that are read of a curve; the last one of the table never is.
-  std::size_t first(std::size_t curve) const {
-    return static_cast<std::size_t>(starts_.values[curve]) - 1;
-  }
-  std::size_t last(std::size_t curve) const {
-    return curve + 1 == starts_.values.size() ? pressure_.values.size() - 2 : first(curve + 1) - 1;
-  }
+  LiveCurves curves() const { return {primary_.values, starts_.values, pressure_.values}; }
 
   bool outside_primary(const Point& point) const {
     return point.primary < primary_.values.front() || point.primary > primary_.values.back();
   }
 
   std::string beyond(std::size_t curve) const {
-    const float begin = pressure_.values[first(curve)];
-    const float end = pressure_.values[last(curve)];
+    const float begin = pressure_.values[curves().first(curve)];
+    const float end = pressure_.values[curves().last(curve)];
     std::string text = "the curve of " + plain_text(primary_.values[curve]) + " is read from " +
                        range_text(begin, end) + ": ";
     text += begin == end ? "its factor stays" : "its chord is extended";
@@ -249,8 +206,8 @@ class DeadOil : public VolumeTable {
 
   Story story(const Point& point) const override {
     const std::vector<float>& x = pressure_.values;
-    const auto above = std::upper_bound(x.begin() + 1, x.end() - 1, point.pressure);
-    Story story{{"rows", "at " + plain_text(above[-1]) + " and " + plain_text(above[0])}};
+    const std::size_t row = dead_row(x, point.pressure);
+    Story story{{"rows", "at " + plain_text(x[row]) + " and " + plain_text(x[row + 1])}};
     if (outside(point)) {
       story.emplace_back("note", "the table goes from " + range_text(x.front(), x.back()) +
                                      ": its nearest two rows are extended");

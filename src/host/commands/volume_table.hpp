@@ -7,13 +7,9 @@
 #include <utility>
 #include <vector>
 
-namespace vqmath63::host {
+#include "host/commands/volume_place.hpp"
 
-/// Where a factor is wanted. The primary value counts for live oil only.
-struct Point {
-  float primary = 0.0F;
-  float pressure = 0.0F;
-};
+namespace vqmath63::host {
 
 /// Pairs of a word and what there is to say.
 using Story = std::vector<std::pair<std::string, std::string>>;
