@@ -44,6 +44,6 @@ if(TARGET vqhost)
   include(cmake/HostPages.cmake)
 endif()
 
-if(PROJECT_IS_TOP_LEVEL)
+if(PROJECT_IS_TOP_LEVEL AND NOT WIN32)
   include(cmake/Package.cmake)
 endif()
