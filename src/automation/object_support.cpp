@@ -124,6 +124,10 @@ HRESULT load_library(ITypeLib** out) {
   }
 }
 
+// Loaded at the first question, shared by all threads.
+SRWLOCK library_lock = SRWLOCK_INIT;
+ITypeLib* library = nullptr;
+
 }  // namespace
 
 HRESULT type_info_count(UINT* count) noexcept {
@@ -135,19 +139,24 @@ HRESULT type_info_count(UINT* count) noexcept {
 HRESULT load_type_info(REFIID id, ITypeInfo** out) noexcept {
   if (out == nullptr) return E_POINTER;
   *out = nullptr;
-  // Loaded once; of two threads that race here one lets its copy go.
-  static std::atomic<ITypeLib*> library{nullptr};
-  ITypeLib* loaded = library.load();
-  if (loaded == nullptr) {
-    const HRESULT result = load_library(&loaded);
-    if (FAILED(result)) return result;
-    ITypeLib* expected = nullptr;
-    if (!library.compare_exchange_strong(expected, loaded)) {
-      loaded->Release();
-      loaded = expected;
-    }
-  }
-  return loaded->GetTypeInfoOfGuid(id, out);
+  HRESULT result = S_OK;
+  AcquireSRWLockExclusive(&library_lock);
+  if (library == nullptr) result = load_library(&library);
+  ITypeLib* const held = library;
+  if (held != nullptr) held->AddRef();
+  ReleaseSRWLockExclusive(&library_lock);
+  if (held == nullptr) return result;
+  result = held->GetTypeInfoOfGuid(id, out);
+  held->Release();
+  return result;
+}
+
+void release_type_library() noexcept {
+  AcquireSRWLockExclusive(&library_lock);
+  ITypeLib* const held = library;
+  library = nullptr;
+  ReleaseSRWLockExclusive(&library_lock);
+  if (held != nullptr) held->Release();
 }
 
 #else
@@ -163,6 +172,8 @@ HRESULT load_type_info(REFIID, ITypeInfo** out) noexcept {
   *out = nullptr;
   return E_NOTIMPL;
 }
+
+void release_type_library() noexcept {}
 
 #endif
 

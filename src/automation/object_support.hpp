@@ -35,5 +35,8 @@ HRESULT type_info_count(UINT* count) noexcept;
 HRESULT type_info(const ClassInfo& info, UINT index, ITypeInfo** out) noexcept;
 /// Type information of the creatable class, or of its interface.
 HRESULT load_type_info(REFIID id, ITypeInfo** out) noexcept;
+/// Lets go of the type library, which is held once it was asked for; not to be called while the
+/// system unloads the component, when other libraries may be gone.
+void release_type_library() noexcept;
 
 }  // namespace vqmath63::automation

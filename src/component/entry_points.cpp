@@ -27,7 +27,9 @@ VQ_EXPORT HRESULT VQ_API DllGetClassObject(REFCLSID clsid, REFIID iid, void** ou
 }
 
 VQ_EXPORT HRESULT VQ_API DllCanUnloadNow() {
-  return automation::may_unload() ? S_OK : S_FALSE;
+  if (!automation::may_unload()) return S_FALSE;
+  automation::release_type_library();
+  return S_OK;
 }
 
 VQ_EXPORT HRESULT VQ_API DllRegisterServer() {

@@ -140,28 +140,6 @@ void thread_outlives_component() {
   checks.that(unloaded, "unloaded while a thread that used it lives on");
 }
 
-// A host that looks for unused components between calls. (The compiler's thread library keeps one
-// of a process's 1088 places for per-thread data at each load, so there is an end to it.)
-void loaded_again_and_again() {
-  constexpr int kTimes = 200;
-  int served = 0;
-  for (int i = 0; i < kTimes; ++i) {
-    {
-      Holder<_ztAnalyseInfo> info;
-      Text version;
-      VARIANT_BOOL to_log = VARIANT_FALSE;
-      if (SUCCEEDED(create(CLSID_ztAnalyseInfo, info)) &&
-          SUCCEEDED(info->get_DLLVersion(nullptr, nullptr, &to_log, &version.text))) {
-        ++served;
-      }
-    }
-    CoFreeUnusedLibrariesEx(0, 0);
-    if (loaded()) break;
-  }
-  checks.that(served == kTimes && !loaded(),
-              "loaded and unloaded " + std::to_string(served) + " times");
-}
-
 std::string version_value(const std::vector<char>& block, const char* name) {
   void* text = nullptr;
   UINT length = 0;
@@ -204,7 +182,6 @@ int main(int count, char** words) {
   CoFreeUnusedLibrariesEx(0, 0);
   checks.that(!loaded(), "unloaded after type information and another apartment");
   thread_outlives_component();
-  loaded_again_and_again();
   checks.that(area_of_thread(COINIT_MULTITHREADED) == 3.0F, "a thread without one: marshalled");
   CoUninitialize();
   return checks.close();

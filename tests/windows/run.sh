@@ -18,6 +18,10 @@ export WINEPREFIX=$work/prefix WINEARCH=win64 WINEDEBUG=-all LC_ALL=C
 # No Mono, no browser, no menus, no crash dialogs, no display.
 export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe,winedbg.exe="
 unset DISPLAY WAYLAND_DISPLAY
+# Where Wine for 32-bit programs is installed too, the plain name starts 32-bit script hosts.
+wine=/usr/lib/wine/wine64
+[ -x "$wine" ] || wine=$(command -v wine64 || command -v wine) || wine=wine
+export WINELOADER=$wine
 
 mkdir -p "$work/run"
 cd "$work/run" || exit 2
@@ -43,7 +47,7 @@ report() {  # NAME CHECKS FAILURES [MORE]
 run() {  # NAME COMMAND...
   local name=$1 output status said failed
   shift
-  output=$(timeout 120 wine "$@" 2>errors.txt | tr -d '\r'; exit "${PIPESTATUS[0]}")
+  output=$(timeout 300 "$wine" "$@" 2>errors.txt | tr -d '\r'; exit "${PIPESTATUS[0]}")
   status=$?
   said=$(sed -n 's/^checks \([1-9][0-9]*\)$/\1/p' <<<"$output" | tail -n 1)
   failed=$(tail -n 1 <<<"$output" | sed -n 's/^failures \([0-9][0-9]*\)$/\1/p')
@@ -71,7 +75,7 @@ run_calls() {  # NAME COMMAND...
 expect() {  # ok|refused NAME COMMAND...
   local wanted=$1 name=$2 status outcome=ok
   shift 2
-  timeout 120 wine "$@" >output.txt 2>&1
+  timeout 120 "$wine" "$@" >output.txt 2>&1
   status=$?
   [ "$status" -eq 0 ] || outcome=refused
   if [ "$outcome" = "$wanted" ]; then
@@ -83,7 +87,7 @@ expect() {  # ok|refused NAME COMMAND...
 }
 
 if [ ! -e "$WINEPREFIX/system.reg" ]; then
-  wine wineboot -i >output.txt 2>&1 || { cat output.txt; echo "Wine cannot make its prefix"; exit 1; }
+  "$wine" wineboot -i >output.txt 2>&1 || { cat output.txt; echo "Wine cannot make its prefix"; exit 1; }
 fi
 # One server for all programs, ended in any case.
 wineserver -p60 2>/dev/null
@@ -99,8 +103,8 @@ awk -f "$here/calls_as_script.awk" "$data/calls.tsv" | cat "$here/calls.vbs" - >
 awk -v dates=no -f "$here/calls_as_script.awk" "$data/calls.tsv" >calls.txt
 
 # What a run that was stopped has left.
-wine regsvr32 /s /u "$dll" >/dev/null 2>&1
-wine regsvr32 /s /u /n /i:user "$dll" >/dev/null 2>&1
+"$wine" regsvr32 /s /u "$dll" >/dev/null 2>&1
+"$wine" regsvr32 /s /u /n /i:user "$dll" >/dev/null 2>&1
 run "early_bound, unregistered" "$clients/early_bound.exe" \
   "$(windows_path "$build/src/vqmath63.manifest")"
 run "type library" "$clients/type_library.exe" "$dll"
@@ -113,6 +117,7 @@ run "by_name.vbs" cscript //nologo "$scripts\\by_name.vbs"
 run "by_name.js" cscript //nologo "$scripts\\by_name.js"
 run "early_bound" "$clients/early_bound.exe"
 run "lifetime" "$clients/lifetime.exe" "$dll"
+run "reloads" "$clients/reloads.exe" "$dll"
 expect ok "unregister" regsvr32 /s /u "$dll"
 run "registry: gone" "$clients/registry.exe" gone "$dll"
 expect ok "unregister once more" regsvr32 /s /u "$dll"
