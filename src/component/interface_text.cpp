@@ -1,4 +1,6 @@
+#include <bit>
 #include <cstdio>
+#include <string_view>
 
 #include "component/class_list.hpp"
 #include "component/describe.hpp"
@@ -53,14 +55,23 @@ std::string interface_type(const ValueType& type) {
   return type.by_ref ? scalar + "*" : scalar;
 }
 
-// The compiler of the interface text stores whole-number and Boolean defaults rightly; a missing
-// text is empty anyway.
+// In the words that the compiler of the interface text stores rightly. It takes whole numbers only:
+// of a real number its bits, and for an empty text a mark that packaging/windows puts right in what
+// it wrote. Any other text it refuses.
 std::string default_attribute(const ArgumentInfo& argument) {
+  char real[16];
   switch (argument.type.vt) {
     case VT_BOOL:
       return argument.fallback.number != 0.0 ? ", defaultvalue(-1)" : ", defaultvalue(0)";
     case VT_I4:
       return ", defaultvalue(" + std::to_string(static_cast<long>(argument.fallback.number)) + ")";
+    case VT_R4:
+      std::snprintf(real, sizeof real, "0x%08X",
+                    std::bit_cast<std::uint32_t>(static_cast<float>(argument.fallback.number)));
+      return std::string(", defaultvalue(") + real + ")";
+    case VT_BSTR:
+      if (argument.fallback.text == std::string_view()) return ", defaultvalue(0x7A7A7A7A)";
+      return ", defaultvalue(" + quoted(argument.fallback.text) + ")";
     default:
       return "";
   }

@@ -127,5 +127,12 @@ expect ok "unregister for the user" regsvr32 /s /u /n /i:user "$dll"
 run "registry: gone again" "$clients/registry.exe" gone "$dll"
 expect refused "register for an unknown scope" regsvr32 /s /n /i:bogus "$dll"
 
+if cmake --build "$build" --target vq_type_library_again >output.txt 2>&1; then
+  report "type library, compiled again" 1 0
+else
+  report "type library, compiled again" 1 1
+  sed 's/^/    /' output.txt
+fi
+
 echo "windows: $programs programs, $checks checks, $failures failures"
 [ "$failures" -eq 0 ]

@@ -1,5 +1,8 @@
 // The type library inside the component, as hosts that compile against it read it, held to
 // tests/data/interface.tsv. Argument: the path of the component.
+#include <charconv>
+#include <iterator>
+
 #include "check.hpp"
 #include "component/interface_table.hpp"
 
@@ -44,9 +47,9 @@ std::string default_text(const PARAMDESC& parameter) {
   if ((parameter.wParamFlags & PARAMFLAG_FHASDEFAULT) == 0) return " without default";
   const VARIANT& value = parameter.pparamdescex->varDefaultValue;
   std::string text = " " + type_name(value.vt) + "=";
-  char digits[32];
-  std::snprintf(digits, sizeof digits, "%g", static_cast<double>(value.fltVal));
-  if (value.vt == VT_R4) return text + digits;
+  char digits[32];  // the fewest that tell this Single from any other
+  const char* const end = std::to_chars(digits, std::end(digits), value.fltVal).ptr;
+  if (value.vt == VT_R4) return text.append(digits, end);
   if (value.vt == VT_BOOL && value.boolVal == VARIANT_TRUE) return text + "True";
   const std::wstring words = value.vt == VT_BSTR && value.bstrVal != nullptr ? value.bstrVal : L"";
   return text + '"' + std::string(words.begin(), words.end()) + '"';
