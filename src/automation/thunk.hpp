@@ -35,6 +35,16 @@ HRESULT hand_back(Adapts& adapts) noexcept {
       adapts);
 }
 
+/// Surrounds a property of one number or date, which is stored or given as it is kept: there is no
+/// arithmetic that the host's floating-point state could disturb, and to look at that state takes
+/// longer than the rest of such a call.
+struct PlainPropertyScope {
+  PlainPropertyScope() noexcept { forget_failure(); }
+};
+
+template <class T>
+constexpr bool kIsPlain = std::is_void_v<T> || std::is_arithmetic_v<T> || std::is_same_v<T, Date>;
+
 template <const auto& kTable, std::size_t kRow, class F>
 struct Thunk;
 
@@ -45,8 +55,10 @@ struct ThunkBase {
   template <class StoreResult, std::size_t... k>
   static HRESULT run(void* self, const StoreResult& store, std::index_sequence<k...>,
                      typename Param<A>::Abi... a) noexcept {
-    const CallScope scope;
     constexpr const auto& kRowOf = std::get<kRow>(kTable.rows);
+    constexpr bool kPlain =
+        kRowOf.kind != MemberKind::kMethod && kIsPlain<R> && (kIsPlain<A> && ...);
+    [[maybe_unused]] const std::conditional_t<kPlain, PlainPropertyScope, CallScope> scope;
     try {
       Adapts adapts{Given<typename Param<A>::Abi>{a, {kRowOf.name, kRowOf.arguments[k]}}...};
       HRESULT outcome = S_OK;
