@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Writes tests/data/bessel_cases.tsv: values of the Bessel functions from 50 and more digits.
 
-Columns: function, order, argument, value, what the value rounded to double lacks, and the scale of
-errors: the value itself, or, for J at x >= max(order, 1) and for Y everywhere, sqrt(J^2 + Y^2).
+Columns: functions, order, argument, and for each function its value, what the value rounded to
+double lacks, and the scale of errors: the value itself, or, for J at x >= max(order, 1) and for Y everywhere, sqrt(J^2 + Y^2).
 Values of orders above 1 come from orders 0 and 1 by recurrence, in the direction in which errors
 die out; those of order 2147483647 from expansions (DLMF 10.19.8 at x = n; 10.17.2 far out). Needs
 mpmath.
@@ -145,14 +145,17 @@ def cases():
 def main():
     target = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else (
         pathlib.Path(__file__).resolve().parent.parent / "tests/data/bessel_cases.tsv")
-    lines = ["function\torder\targument\tvalue\trest\tscale"]
+    lines = ["functions\torder\targument\tvalues\trests\tscales"]
     for kinds, n, x in cases():
+        shown = []
         for kind, value, scale in values(kinds, n, x):
-            if abs(value) > mpf(1.7e308):
-                continue
-            rounded = float(value)
-            lines.append(f"{kind}\t{n}\t{x!r}\t{rounded!r}\t{float(value - rounded):.3g}\t"
-                         f"{float(scale):.3g}")
+            if abs(value) <= mpf(1.7e308):
+                rounded = float(value)
+                shown.append((kind, repr(rounded), f"{float(value - rounded):.3g}",
+                              f"{float(scale):.3g}"))
+        if shown:
+            kinds, *columns = zip(*shown)
+            lines.append("\t".join(["".join(kinds), str(n), repr(x)] + [" ".join(c) for c in columns]))
     target.write_text("\n".join(lines) + "\n", encoding="utf-8")
 
 
