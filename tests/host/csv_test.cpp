@@ -275,9 +275,10 @@ TEST(Moment, ReadsAndWritesIsoTexts) {
     EXPECT_DOUBLE_EQ(day_count(automation_date(*days)), *days);
   }
   EXPECT_EQ(automation_date(-0.75), -1.25);  // the fraction of an automation date is unsigned
-  for (const char* text : {"", "2000", "2000-1-1", "2000-13-01", "2000-00-10", "2001-02-29",
-                           "2000-01-01 ", "2000-01-01 24:00", "2000-01-01 6:00",
-                           "2000-01-01 06:00Z", "2000-01-01 06:00:00.", "01-01-2000"}) {
+  for (const char* text :
+       {"", "2000", "2000-1-1", "2000-13-01", "2000-00-10", "2001-02-29", "2000-01-01 ",
+        "2000-01-01 24:00", "2000-01-01 6:00", "2000-01-01 06:60", "2000-01-01 06:00:60",
+        "2000-01-01 06:00Z", "2000-01-01 06:00:00.", "01-01-2000"}) {
     EXPECT_FALSE(parse_moment(text)) << text;
   }
 }
