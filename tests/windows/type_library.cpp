@@ -48,8 +48,8 @@ std::string default_text(const PARAMDESC& parameter) {
   const VARIANT& value = parameter.pparamdescex->varDefaultValue;
   std::string text = " " + type_name(value.vt) + "=";
   char digits[32];  // the fewest that tell this Single from any other
-  const char* const end = std::to_chars(digits, std::end(digits), value.fltVal).ptr;
-  if (value.vt == VT_R4) return text.append(digits, end);
+  char* const end = std::to_chars(digits, std::end(digits), value.fltVal).ptr;
+  if (value.vt == VT_R4) return text.append(&digits[0], end);
   if (value.vt == VT_BOOL && value.boolVal == VARIANT_TRUE) return text + "True";
   const std::wstring words = value.vt == VT_BSTR && value.bstrVal != nullptr ? value.bstrVal : L"";
   return text + '"' + std::string(words.begin(), words.end()) + '"';
