@@ -40,10 +40,11 @@ struct NumberMode {
   class BoundedReader {
    public:
     explicit BoundedReader(const Array1<const T>& a) : array_(a) {}
+    explicit BoundedReader(Array1<const T>&&) = delete;  // read where the view stands
     Number<T> operator()(std::int64_t i) const { return array_(i); }
 
    private:
-    Array1<const T> array_;
+    const Array1<const T>& array_;
   };
 };
 

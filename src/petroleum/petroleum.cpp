@@ -29,10 +29,10 @@ std::int32_t previous(std::int32_t i) {
 
 // The arguments of a live-oil factor, and the two curves that bracket the data point.
 struct LiveOil {
-  Array1<const float> primary;
-  Array1<const std::int32_t> map;
-  Array1<const float> secondary;
-  Array1<const float> value;
+  const Array1<const float>& primary;
+  const Array1<const std::int32_t>& map;
+  const Array1<const float>& secondary;
+  const Array1<const float>& value;
   std::int32_t curves;
   std::int32_t entries;
   float data_primary;
@@ -146,8 +146,9 @@ void ztPetroleum::GetVolumeCorrectionLive(
       std::int32_t spare = 0;
       common_maths()->BracketIndex(dDataPrimary, dPrimary, i, u, spare);
     }
-    const LiveOil oil{dPrimary, iMapPrimary,  dSecondary,     dValue, nPrimary,
-                      nVal,     dDataPrimary, dDataSecondary, i,      u};
+    const Array1<const float> primary = dPrimary;
+    const LiveOil oil{primary, iMapPrimary,  dSecondary,     dValue, nPrimary,
+                      nVal,    dDataPrimary, dDataSecondary, i,      u};
     dB = speculate(true, [&](auto mode) { return LiveFactor<decltype(mode)>(oil); }).factor;
     qOK = true;
   });

@@ -95,8 +95,8 @@ TEST(Checked, conversion_to_long_rounds_half_to_even) {
 
 // The running sum of products as the library keeps it.
 struct SumOfProducts {
-  const Array1<float>& x;
-  const Array1<float>& y;
+  const Array1<const float>& x;
+  const Array1<const float>& y;
   template <class Mode>
   typename Mode::Single operator()(Mode) const {
     const typename Mode::template Reader<float> at_x(x);
@@ -124,8 +124,7 @@ TEST(Speculate, agrees_with_the_checked_run_in_value_and_fault) {
             random() % 16 == 0 ? rare[random() % 6] : static_cast<float>(random() % 2000) - 1e3F;
       }
     }
-    const Array1<float> x{std::span<float>(xs)};
-    const Array1<float> y{std::span<float>(ys)};
+    const Array1<const float> x(xs), y(ys);
     const SumOfProducts loop{x, y};
     float want = 0;
     float got = 0;
