@@ -82,6 +82,20 @@ TEST_F(ReportingCalendarTest, a_century_of_minutes_loses_no_boundary) {
   }
 }
 
+TEST_F(ReportingCalendarTest, a_boundary_is_the_nearest_sample_of_several) {
+  each_row("accumulate.tsv", "near boundaries", 7, [](const TableRow& row) {
+    const double end = row["end"], value = row["value"];
+    bool ok = false;
+    const Rows got =
+        accumulated(row["samples"], {45000, 45000, "minute", "hour"}, {false, false}, ok);
+    ASSERT_TRUE(ok);
+    ASSERT_EQ(got.size(), 2U);
+    EXPECT_NEAR(got[0][0], end / 1440, 1e-8);
+    EXPECT_NEAR(got[0][1], value, 1e-3);  // between samples the Singles of their minutes are felt
+    EXPECT_EQ(got[1][1], 20);
+  });
+}
+
 TEST_F(ReportingCalendarTest, the_working_table_has_a_row_at_each_boundary) {
   Array2<float> data = table_of({{0, 1, 0}, {10, 4, 40}, {30, 2, 100}, {30, 8, 108}, {40, 6, 168}});
   Array1<Boolean> flags = flags_of({true, true, false});
