@@ -40,6 +40,7 @@ case $mode in
     rm -rf "$prefix" "$programs"
     mkdir -p "$programs"
     cmake --install "$build" --prefix "$prefix" >"$build/consumer/install.log"
+    [ "$(ls "$prefix/include")" = vqmath63 ] || { echo "headers outside the library's folder"; exit 1; }
     program_of "$source/README.md" >"$programs/readme.cpp"
     program_of "$source/docs/hosts.md" >"$programs/hosts.cpp"
     cp "$source/examples/early_bound.cpp" "$programs"
