@@ -30,5 +30,8 @@ inside /tmp/build/early_bound | grep -x 'Simpson *2.666667'
 inside sh -c 'g++ /tmp/programs/readme.cpp -o /tmp/readme $(pkg-config --cflags --libs vqmath63)'
 [ "$(inside /tmp/readme)" = 3 ]
 inside dpkg --purge vqmath63
-! inside sh -c 'find /usr -name "*vq*" | grep .'
+if inside sh -c 'find /usr -name "*vq*" | grep .'; then
+  echo "these stay behind when the package is purged"
+  exit 1
+fi
 echo "installed, used and purged"
