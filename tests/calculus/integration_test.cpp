@@ -75,24 +75,6 @@ TEST_F(IntegrationTest, failures_are_one_line_and_zero) {
   });
 }
 
-TEST_F(IntegrationTest, the_rule_number_chooses_and_cannot_be_read_back) {
-  Array1<float> x = array_of<float>({0, 1, 2}), y = array_of<float>({0, 1, 4});
-  ztIntegrate integrate;
-  EXPECT_EQ(integrate.Integral(x, y), 3.0F) << "a fresh instance is trapezoidal";
-  constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
-  const std::pair<std::int32_t, float> rows[] = {{2, 2.66666675F}, {3, 1},     {4, 5}, {1, 3},
-                                                 {4, 5},           {7, 3},     {4, 5}, {0, 3},
-                                                 {4, 5},           {kLeast, 3}};
-  for (const auto& [number, want] : rows) {
-    std::int32_t rule = number;
-    integrate.put_IntegrationRule(rule);
-    EXPECT_EQ(integrate.IntegerationRule(), 0) << number;
-    EXPECT_EQ(integrate.Integral(x, y), want) << number;  // the getter changed nothing
-    EXPECT_EQ(rule, number);
-  }
-  EXPECT_TRUE(lines.empty());
-}
-
 TEST_F(IntegrationTest, a_failing_sink_reaches_the_caller) {
   Array1<float> none;
   sink_failure = [] { throw Fault(70); };

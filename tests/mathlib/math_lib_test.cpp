@@ -1,8 +1,7 @@
-// ztMathLib as a class: companions, location texts, the members that only hand on.
+// ztMathLib as a class: companions and location texts.
 #include "mathlib/math_lib.hpp"
 
 #include "frame/companion_fixture.hpp"
-#include "mathlib/bessel.hpp"
 #include "mathlib/locations.hpp"
 
 namespace vqmath63 {
@@ -134,31 +133,6 @@ TEST_F(MathLibTest, location_texts_that_no_failure_can_show) {
       {locations::kCombination, "In [ztMathLib (Code) (Combination)] "},
   };
   for (const auto& [location, want] : rows) EXPECT_EQ(location.text(), want);
-}
-
-TEST_F(MathLibTest, members_of_other_rooms_hand_on_their_arguments) {
-  double a = 5, b = 2, result = 7;
-  float s = 5, t = 2, epsilon = 0.75F;
-  std::string operation = "-";
-  lib.Arithmetic(a, b, operation, result);
-  EXPECT_EQ(result, 3);
-  EXPECT_EQ(lib.ArithmeticSingle(s, t, operation), 3);
-  EXPECT_EQ(lib.ArithmeticDiff(s, t, epsilon), 0);
-  EXPECT_EQ(operation, "-");
-
-  constexpr double x = 1.5;
-  constexpr std::int32_t n = 3;
-  const std::pair<double, double> rows[] = {
-      {lib.I0(x), I0(x)},           {lib.i1(x), i1(x)},           {lib.J0(x), J0(x)},
-      {lib.J1(x), J1(x)},           {lib.K0(x), K0(x)},           {lib.K1(x), K1(x)},
-      {lib.y0(x), vqmath63::y0(x)}, {lib.y1(x), vqmath63::y1(x)}, {lib.Ibn(n, x), Ibn(n, x)},
-      {lib.Jbn(n, x), Jbn(n, x)},   {lib.Kbn(n, x), Kbn(n, x)},   {lib.Ybn(n, x), Ybn(n, x)}};
-  double last = 0;
-  for (const auto& [got, want] : rows) {
-    EXPECT_EQ(got, want);
-    EXPECT_NE(got, last);  // no two of them are the same function
-    last = got;
-  }
 }
 
 }  // namespace

@@ -147,24 +147,6 @@ void floating_point_state() {
   SafeArrayDestroy(doubles);
 }
 
-void version_by_vtable() {
-  Holder<_ztAnalyseInfo> info;
-  create(CLSID_ztAnalyseInfo, info);
-  Text version;
-  checks.result(info->get_DLLVersion(nullptr, nullptr, nullptr, &version.text), S_OK,
-                "all arguments missing");
-  Text log;
-  VARIANT_BOOL to_log = VARIANT_FALSE;
-  Text again;
-  checks.result(info->get_DLLVersion(&log.text, nullptr, &to_log, &again.text), S_OK,
-                "some missing");
-  checks.that(log.ascii() == "vqmath63.txt", "the log name is written back");
-  checks.that(again.ascii() == version.ascii(), "the same version text");
-  checks.that(version.ascii().rfind("vqmath63 v6.3.2436 ", 0) == 0, version.ascii());
-  checks.that(version.ascii().find("Unknown Date") == std::string::npos, "a true date");
-  checks.result(info->CloseDown(), S_OK, "CloseDown");
-}
-
 void use_manifest(const char* path) {
   CLSID clsid{};
   checks.result(CLSIDFromProgID(L"vq140Analyse.ztIntegrate", &clsid), CO_E_CLASSSTRING,
@@ -186,7 +168,6 @@ int main(int count, char** words) {
   arrays_and_errors();
   exported_functions();
   floating_point_state();
-  version_by_vtable();
   CoUninitialize();
   return checks.close();
 }
