@@ -7,7 +7,8 @@ rational arithmetic as well: a vertical ray and the triangles of the same split.
 
 Rows, fields separated by tabs, coordinates by blanks:
   cell     name  corners (top 1 to 4, bottom 1 to 4)
-  point    x y z        inside (0, 1)   exactly inside (0, 1, or - when too near to something)
+  points   x y z ...    for each whether it is inside (0, 1), and exactly inside (- when too near to
+                        something to say)
   segment  x y z x y z  crossing points, in the order of the planes
 Points and segments belong to the cell above them.
 
@@ -211,10 +212,11 @@ def main():
             top, bottom = ([moved(p) for p in face] for face in shape)
             planes = planes_of(top, bottom)
             lines.append(f"cell\t{name}{place}\t{text(*top, *bottom)}")
-            for p in map(moved, points):
-                exact = exactly_inside(p, planes)
-                lines.append(f"point\t{text(p)}\t{is_inside(p, planes):d}\t"
-                             f"{'-' if exact is None else int(exact)}")
+            placed = [moved(p) for p in points]
+            exact = [exactly_inside(p, planes) for p in placed]
+            lines.append(f"points\t{text(*placed)}\t"
+                         + "".join(f"{is_inside(p, planes):d}" for p in placed) + "\t"
+                         + "".join("-" if e is None else str(int(e)) for e in exact))
             for p, q in segments:
                 p, q = moved(p), moved(q)
                 met = [c for c in (crossing_of(p, q, plane) for plane in planes) if c]

@@ -59,13 +59,16 @@ TEST_F(CellsTest, zoo) {
       const std::vector<Point3D> all = points_of(fields[2]);
       ASSERT_EQ(all.size(), 8U);
       cell = {{all.begin(), all.begin() + 4}, {all.begin() + 4, all.end()}};
-    } else if (fields[0] == "point") {
-      const bool got = inside(cell, points_of(fields[1]).at(0));
-      EXPECT_EQ(got, fields[2] == "1") << name << ": " << line;
-      ++points;
-      if (fields[3] == "-") continue;
-      EXPECT_EQ(got, fields[3] == "1") << name << ": " << line;
-      ++exact;
+    } else if (fields[0] == "points") {
+      const std::vector<Point3D> all = points_of(fields[1]);
+      for (std::size_t i = 0; i < all.size(); ++i) {
+        const char got = inside(cell, all[i]) ? '1' : '0';
+        EXPECT_EQ(got, fields[2].at(i)) << name << ": point " << i + 1;
+        ++points;
+        if (fields[3].at(i) == '-') continue;
+        EXPECT_EQ(got, fields[3].at(i)) << name << ": point " << i + 1 << ", exactly";
+        ++exact;
+      }
     } else {
       const std::vector<Point3D> ends = points_of(fields[1]);
       const Through got = through(ends.at(0), ends.at(1), cell);
