@@ -1,55 +1,49 @@
 // What surrounds every call into the component: the host's floating-point state kept away.
 #pragma once
 
-#include <xmmintrin.h>
-
-#include <cstdint>
-
 #include "automation/failure.hpp"
+#include "automation/floating_point_state.hpp"
+#include "frame/host_code.hpp"
 
 namespace vqmath63::automation {
 
-/// Gives the component round-to-nearest with every floating-point trap masked, whatever the host
-/// has set, and gives the host its control state back at the end. Costs a compare when the host
-/// runs with the usual state.
-class FloatingPointScope {
+/// Gives the component the usual floating-point state, whatever the host has set, and gives the
+/// host its own back: at the end, and while code of its own runs in between. What that code leaves
+/// is the host's state from then on. Costs a compare when the host runs with the usual state.
+class FloatingPointScope : Surroundings {
  public:
-  FloatingPointScope() noexcept : host_state_(_mm_getcsr()) {
-    if ((host_state_ & kControlBits) != kUsual) [[unlikely]] {
-      _mm_setcsr(kUsual);
-      changed_ = true;
-    }
-#if defined(__i386__)
-    // 32-bit code also meets the x87 unit, whose pending faults would strike on the way out.
-    __asm__ volatile("fnstcw %0" : "=m"(x87_word_));
-    if ((x87_word_ & 0x0F3F) != kX87Usual) {
-      const std::uint16_t usual = kX87Usual;
-      __asm__ volatile("fnclex\n\tfldcw %0" : : "m"(usual));
-      x87_changed_ = true;
-    }
-#endif
+  FloatingPointScope() noexcept
+      : host_state_(FloatingPointState::current()), here_(surroundings()), outer_(here_) {
+    here_ = this;
+    change_state();
   }
   ~FloatingPointScope() {
+    here_ = outer_;
     if (changed_) [[unlikely]]
-      _mm_setcsr(host_state_);
-#if defined(__i386__)
-    if (x87_changed_) __asm__ volatile("fnclex\n\tfldcw %0" : : "m"(x87_word_));
-#endif
+      host_state_.restore();
   }
-  FloatingPointScope(const FloatingPointScope&) = delete;
-  FloatingPointScope& operator=(const FloatingPointScope&) = delete;
 
  private:
-  static constexpr std::uint32_t kControlBits = 0xFFC0;  // all but the sticky status flags
-  static constexpr std::uint32_t kUsual = 0x1F80;
-  static constexpr std::uint16_t kX87Usual = 0x033F;  // 64-bit precision, nearest, all masked
+  void change_state() noexcept {
+    changed_ = !host_state_.is_usual();
+    if (changed_) [[unlikely]]
+      FloatingPointState::set_usual();
+  }
+  // A call within a call has the library's state around it; the host's is that of the outermost.
+  void step_aside() noexcept override {
+    if (changed_) host_state_.restore();
+    if (outer_ != nullptr) outer_->step_aside();
+  }
+  void come_back() noexcept override {
+    if (outer_ != nullptr) outer_->come_back();
+    host_state_ = FloatingPointState::current();
+    change_state();
+  }
 
-  std::uint32_t host_state_;
+  FloatingPointState host_state_;
   bool changed_ = false;
-#if defined(__i386__)
-  std::uint16_t x87_word_ = 0;
-  bool x87_changed_ = false;
-#endif
+  Surroundings*& here_;
+  Surroundings* const outer_;
 };
 
 /// The same for a call that may fail, and so begins without an earlier failure's text.

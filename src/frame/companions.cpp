@@ -1,32 +1,38 @@
 #include "frame/companions.hpp"
 
+#include <typeinfo>
+
 #include "frame/array_tools.hpp"
 #include "frame/common_maths.hpp"
 #include "frame/date_tools.hpp"
 #include "frame/error_handler.hpp"
 #include "frame/fault.hpp"
+#include "frame/host_code.hpp"
+#include "frame/replaced_companions.hpp"
 #include "frame/sort_tools.hpp"
 
 namespace vqmath63 {
 namespace {
 
-template <class Companion>
+template <class BuiltIn, class Companion>
 std::shared_ptr<Companion> create(const std::function<std::shared_ptr<Companion>()>& maker) {
   std::shared_ptr<Companion> made;
   try {
+    const HostCode code;
     if (maker) made = maker();
   } catch (...) {
     // Whatever the maker met, to the library the companion cannot be created.
     raise_fault(ErrorNumber::kCannotCreateObject);
   }
   if (!made) raise_fault(ErrorNumber::kCannotCreateObject);
-  return made;
+  const Companion& companion = *made;
+  return typeid(companion) == typeid(BuiltIn) ? made : as_host_code(made);
 }
 
-template <class Companion>
+template <class BuiltIn, class Companion>
 std::shared_ptr<Companion> shared(std::shared_ptr<Companion>& reference,
                                   const std::function<std::shared_ptr<Companion>()>& maker) {
-  if (!reference) reference = create(maker);
+  if (!reference) reference = create<BuiltIn>(maker);
   return reference;
 }
 
@@ -53,23 +59,24 @@ CompanionMakers& companion_makers() {
 }
 
 std::shared_ptr<ztErrorHandler> error_handler() {
-  return shared(common_globals().ErrorHandler, companion_makers().ErrorHandler);
+  return shared<BuiltInErrorHandler>(common_globals().ErrorHandler,
+                                     companion_makers().ErrorHandler);
 }
 std::shared_ptr<ztCommonMaths> common_maths() {
-  return shared(common_globals().CommonMaths, companion_makers().CommonMaths);
+  return shared<BuiltInCommonMaths>(common_globals().CommonMaths, companion_makers().CommonMaths);
 }
 std::shared_ptr<ztArrayTools> array_tools() {
-  return shared(common_globals().ArrayTools, companion_makers().ArrayTools);
+  return shared<BuiltInArrayTools>(common_globals().ArrayTools, companion_makers().ArrayTools);
 }
 std::shared_ptr<ztDateTools> date_tools() {
-  return shared(common_globals().DateTools, companion_makers().DateTools);
+  return shared<BuiltInDateTools>(common_globals().DateTools, companion_makers().DateTools);
 }
 
 std::shared_ptr<ztArrayTools> create_array_tools() {
-  return create(companion_makers().ArrayTools);
+  return create<BuiltInArrayTools>(companion_makers().ArrayTools);
 }
 std::shared_ptr<ztSortTools> create_sort_tools() {
-  return create(companion_makers().SortTools);
+  return create<BuiltInSortTools>(companion_makers().SortTools);
 }
 
 }  // namespace vqmath63

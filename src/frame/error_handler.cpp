@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "frame/date.hpp"
+#include "frame/host_code.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -21,6 +22,7 @@ bool deliver_to_host(const std::string& line, bool flag) {
   const MessageCallback callback = message_callback();  // a copy: the call may replace the original
   if (!callback) return false;
   try {
+    const HostCode code;
     callback(line, flag);
     return true;
   } catch (...) {  // the host did not take it
