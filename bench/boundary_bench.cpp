@@ -1,6 +1,7 @@
 // What a call costs: native, through the dual interface's vtable, by name.
 #include <benchmark/benchmark.h>
 
+#include <span>
 #include <vector>
 
 #include "automation/types.hpp"
@@ -83,8 +84,8 @@ void NameToId(benchmark::State& state) {
 
 void IntegralNative(benchmark::State& state) {
   std::vector<float> values(static_cast<std::size_t>(state.range(0)), 1.0F);
-  vqmath63::Array1<float> x(values);
-  vqmath63::Array1<float> y(values);
+  vqmath63::Array1<float> x{std::span<float>(values)};
+  vqmath63::Array1<float> y{std::span<float>(values)};
   vqmath63::ztIntegrate integrate;
   for (auto _ : state) benchmark::DoNotOptimize(integrate.Integral(x, y));
 }

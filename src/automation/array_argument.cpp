@@ -3,25 +3,12 @@
 #include <cstring>
 #include <limits>
 
-#include "automation/elements.hpp"
 #include "frame/fault.hpp"
 
 namespace vqmath63::automation {
 namespace {
 
 constexpr std::int32_t kTypeMismatch = 13;
-
-// The descriptor's fields are read in place: asking the system for each costs more than a short
-// call's own work.
-bool holds(SAFEARRAY* array, VARTYPE element) {
-  constexpr int kNoNumbers = FADF_BSTR | FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT | FADF_RECORD;
-  if (array->cbElements != value_size(element)) return false;
-  if ((array->fFeatures & kNoNumbers) != 0) return false;
-  if ((array->fFeatures & FADF_HAVEVARTYPE) == 0) return true;  // hand-made: its size must do
-  std::uint32_t actual = 0;  // stands in the four bytes before the descriptor
-  std::memcpy(&actual, reinterpret_cast<const std::byte*>(array) - sizeof actual, sizeof actual);
-  return actual == element;
-}
 
 }  // namespace
 
@@ -48,20 +35,13 @@ BorrowedSafeArray::BorrowedSafeArray(SAFEARRAY** place, VARTYPE element, int ran
     throw BoundaryError(E_POINTER, std::string("Invalid pointer: argument '") + argument + "' of " +
                                        member + " is a null reference");
   }
-  SAFEARRAY* array = *place;
-  // A descriptor whose elements were released is what an erased array of a host looks like.
-  if (array == nullptr || array->pvData == nullptr) {
-    if (array == nullptr) return;
-    std::size_t count = 1;
-    for (int d = 0; d < array->cDims; ++d) count *= array->rgsabound[d].cElements;
-    if (count != 0) return;
-  }
+  SAFEARRAY* array = sent_ = *place;
+  if (is_unset(array)) return;
   if (array->cDims != rank || !holds(array, element)) {
     raise_for_argument(kTypeMismatch, member, argument,
                        "must be " + array_type_text(element, rank));
   }
-  const bool fixed = (array->fFeatures & (FADF_AUTO | FADF_STATIC | FADF_FIXEDSIZE)) != 0;
-  if (fixed || array->cLocks != 0) resizing_ = Resizing::kRefused;
+  if (is_fixed(array)) resizing_ = Resizing::kRefused;
   array_ = array;
 }
 
@@ -85,31 +65,26 @@ Bounds BorrowedSafeArray::bounds(int dimension) const {
 void BorrowedSafeArray::unlock() noexcept {
   if (locked_) --array_->cLocks;
   locked_ = false;
+  kept_by_host_ = *place_ != sent_;
 }
 
 HRESULT BorrowedSafeArray::replace(const void* elements, std::size_t bytes,
                                    const Bounds* bounds) noexcept {
-  SAFEARRAY* fresh = nullptr;
+  if (kept_by_host_) return S_OK;
+  OwnedArray fresh;
   if (elements != nullptr) {
     SAFEARRAYBOUND dims[2];
     for (int d = 0; d < rank_; ++d) {
       dims[d].lLbound = bounds[d].lower;
       dims[d].cElements = static_cast<ULONG>(bounds[d].count());
     }
-    fresh = SafeArrayCreate(element_, static_cast<UINT>(rank_), dims);
-    if (fresh == nullptr) return E_OUTOFMEMORY;
+    fresh = create_array(element_, value_size(element_), static_cast<UINT>(rank_), dims);
+    if (!fresh) return E_OUTOFMEMORY;
     std::memcpy(fresh->pvData, elements, bytes);
   }
-  SAFEARRAY* old = *place_;
-  if (old != nullptr && (old->fFeatures & kForeignElements) == 0) {
-    const HRESULT gone = SafeArrayDestroy(old);
-    if (FAILED(gone)) {
-      if (fresh != nullptr) SafeArrayDestroy(fresh);
-      return gone;
-    }
-  }
-  *place_ = fresh;
-  return S_OK;
+  const HRESULT gone = destroy(*place_);
+  if (SUCCEEDED(gone)) *place_ = fresh.release();
+  return gone;
 }
 
 }  // namespace vqmath63::automation

@@ -1,7 +1,10 @@
 // A safe array of the exact type as an array with bounds: borrowed, and replaced when resized.
 #pragma once
 
+#include <cstring>
+
 #include "automation/class_info.hpp"
+#include "automation/elements.hpp"
 #include "automation/failure.hpp"
 #include "frame/array.hpp"
 
@@ -19,9 +22,30 @@ inline constexpr VARTYPE kElementType<std::int32_t> = VT_I4;
 template <>
 inline constexpr VARTYPE kElementType<Boolean> = VT_BOOL;
 
-/// Descriptor feature of our own (one of the reserved bits): the elements belong to somebody else,
-/// so that a replacement leaves the old array alone.
-inline constexpr USHORT kForeignElements = 0x8000;
+// The descriptor's fields are read in place: asking the system for each costs more than a short
+// call's own work.
+/// True for no array, and for one whose elements were released: what an erased array of a host
+/// looks like.
+inline bool is_unset(SAFEARRAY* array) {
+  return array == nullptr || (array->pvData == nullptr && element_count(array) != 0);
+}
+
+/// True when the elements are of that type (of its size, where a hand-made array names no type).
+inline bool holds(SAFEARRAY* array, VARTYPE element) {
+  constexpr int kNoNumbers = FADF_BSTR | FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT | FADF_RECORD;
+  if (array->cbElements != value_size(element)) return false;
+  if ((array->fFeatures & kNoNumbers) != 0) return false;
+  if ((array->fFeatures & FADF_HAVEVARTYPE) == 0) return true;
+  std::uint32_t actual = 0;  // stands in the four bytes before the descriptor
+  std::memcpy(&actual, reinterpret_cast<const std::byte*>(array) - sizeof actual, sizeof actual);
+  return actual == element;
+}
+
+/// True when its owner has made the array fixed, or locked it.
+inline bool is_fixed(SAFEARRAY* array) {
+  constexpr int kFixed = FADF_AUTO | FADF_STATIC | FADF_FIXEDSIZE;
+  return (array->fFeatures & kFixed) != 0 || array->cLocks != 0;
+}
 
 /// "a one-dimensional array of Single", for messages.
 std::string array_type_text(VARTYPE element, int rank);
@@ -48,16 +72,18 @@ class BorrowedSafeArray {
   void lock();
   void unlock() noexcept;
   /// Puts a new array of `elements` in place of the borrowed one; no element for an unallocated
-  /// array. Call after unlock().
+  /// array. A variable that the host has given another array keeps that one. Call after unlock().
   HRESULT replace(const void* elements, std::size_t bytes, const Bounds* bounds) noexcept;
 
  private:
   SAFEARRAY** place_;
-  SAFEARRAY* array_ = nullptr;
+  SAFEARRAY* sent_ = nullptr;   // what *place_ was
+  SAFEARRAY* array_ = nullptr;  // the same, where it has elements
   VARTYPE element_;
   int rank_;
   Resizing resizing_ = Resizing::kAllowed;
   bool locked_ = false;
+  bool kept_by_host_ = false;
 };
 
 }  // namespace vqmath63::automation

@@ -52,13 +52,11 @@ inline constexpr std::size_t kMostArguments = 16;
 
 enum class MemberKind { kMethod, kPropertyGet, kPropertyLet };
 
-class LateArgument;
-
 /// One member: a row of a class's table.
 struct MemberInfo {
-  /// Calls the member's vtable function `function` on `self` with arguments made from VARIANTs;
-  /// `result` points to room for the result's automation value.
-  using LateCall = HRESULT (*)(void* self, void (*function)(), LateArgument* arguments,
+  /// Calls the member's vtable function `function` on `self` with the interface values that stand
+  /// at `arguments`; `result` points to room for the result's automation value.
+  using LateCall = HRESULT (*)(void* self, void (*function)(), void* const* arguments,
                                void* result);
 
   const char* name = "";

@@ -1,45 +1,46 @@
 #include "automation/elements.hpp"
 
-#include <cstdint>
-#include <cstring>
+#include "automation/host_object.hpp"
 
 namespace vqmath63::automation {
 namespace {
 
-// The common cases of numbers, without a detour through variants.
-template <class From>
-bool convert_directly(const void* from, VARTYPE to_type, void* to) {
-  From value;
-  std::memcpy(&value, from, sizeof value);
-  if (to_type == VT_R8) {
-    const auto number = static_cast<double>(value);
-    std::memcpy(to, &number, sizeof number);
-    return true;
+/// Stores a number by a type; S_FALSE for the types that are the system's to convert to.
+HRESULT store_number(double number, VARTYPE type, void* to) noexcept {
+  const auto put = [&](auto value) {
+    const HRESULT stored = automation::store_number(number, value);
+    if (SUCCEEDED(stored)) std::memcpy(to, &value, sizeof value);
+    return stored;
+  };
+  switch (type) {
+    case VT_R8:
+      return put(double{});
+    case VT_R4:
+      return put(float{});
+    case VT_I4:
+      return put(std::int32_t{});
+    case VT_BOOL:
+      return put(VARIANT_BOOL{});
+    case VT_BSTR:
+    case VT_DATE:
+    case VT_CY:
+      return S_FALSE;
+    default:
+      return std::isfinite(number) ? S_FALSE : DISP_E_OVERFLOW;
   }
-  if (to_type != VT_R4) return false;
-  const auto number = static_cast<float>(value);
-  // A finite Double that a Single cannot hold is for the system's conversion to refuse.
-  if constexpr (sizeof(From) == 8) {
-    const auto is_finite = [](auto x) { return x - x == 0; };
-    if (is_finite(value) && !is_finite(number)) return false;
-  }
-  std::memcpy(to, &number, sizeof number);
-  return true;
 }
 
-bool convert_quickly(VARTYPE from_type, const void* from, VARTYPE to_type, void* to) {
-  switch (from_type) {
-    case VT_R8:
-      return convert_directly<double>(from, to_type, to);
-    case VT_R4:
-      return convert_directly<float>(from, to_type, to);
-    case VT_I4:
-      return convert_directly<std::int32_t>(from, to_type, to);
-    case VT_I2:
-      return convert_directly<std::int16_t>(from, to_type, to);
-    default:
-      return false;
+HRESULT change_object(const VARIANT& from, VARTYPE to, LCID locale, VARIANT& out) {
+  auto held = Reference<IDispatch>::to((from.vt & VT_BYREF) != 0 ? *from.ppdispVal : from.pdispVal);
+  constexpr int kMostObjects = 8;  // one whose value is itself has no end
+  for (int i = 0; held && i < kMostObjects; ++i) {
+    Variant value;
+    const HRESULT read = default_value(held.get(), locale, value);
+    if (FAILED(read)) return read;
+    if (value.vt != VT_DISPATCH) return change_type(value, to, locale, out);
+    held = Reference<IDispatch>::to(value.pdispVal);
   }
+  return DISP_E_TYPEMISMATCH;
 }
 
 }  // namespace
@@ -105,6 +106,28 @@ void load_variant(VARTYPE type, const void* from, VARIANT* out) {
   std::memcpy(&out->llVal, from, value_size(type));
 }
 
+HRESULT change_type(const VARIANT& from, VARTYPE to, LCID locale, VARIANT& out) {
+  const bool behind = (from.vt & VT_BYREF) != 0;
+  const auto type = static_cast<VARTYPE>(from.vt & ~VT_BYREF);
+  if (type == VT_DISPATCH) return change_object(from, to, locale, out);
+  double number = 0.0;
+  if (read_number(type, behind ? from.byref : &from.llVal, number)) {
+    VARIANT made{};
+    const HRESULT stored = store_number(number, to, &made.llVal);
+    if (FAILED(stored)) return stored;
+    if (stored == S_OK) {
+      made.vt = to;
+      out = made;
+      return S_OK;
+    }
+  }
+  VARIANT made;
+  VariantInit(&made);
+  const HRESULT changed = VariantChangeTypeEx(&made, const_cast<VARIANT*>(&from), locale, 0, to);
+  if (SUCCEEDED(changed)) out = made;
+  return changed;
+}
+
 HRESULT convert_element(VARTYPE from_type, const void* from, VARTYPE to_type, void* to,
                         LCID locale) {
   VARIANT loaded;
@@ -113,15 +136,11 @@ HRESULT convert_element(VARTYPE from_type, const void* from, VARTYPE to_type, vo
     source = static_cast<const VARIANT*>(from);
     if (source->vt == (VT_BYREF | VT_VARIANT)) source = source->pvarVal;
     if (source == nullptr) return DISP_E_TYPEMISMATCH;
-    if (convert_quickly(source->vt, &source->llVal, to_type, to)) return S_OK;
   } else {
-    if (convert_quickly(from_type, from, to_type, to)) return S_OK;
     load_variant(from_type, from, &loaded);
   }
-  VARIANT number;
-  VariantInit(&number);
-  const HRESULT result =
-      VariantChangeTypeEx(&number, const_cast<VARIANT*>(source), locale, 0, to_type);
+  VARIANT number{};
+  const HRESULT result = change_type(*source, to_type, locale, number);
   if (SUCCEEDED(result)) std::memcpy(to, &number.llVal, value_size(to_type));
   return result;
 }
@@ -132,13 +151,14 @@ HRESULT store_element(VARTYPE from_type, const void* from, VARTYPE to_type, void
   if (to_type == VT_VARIANT) {
     auto* target = static_cast<VARIANT*>(to);
     if (target->vt == (VT_BYREF | VT_VARIANT)) target = target->pvarVal;
-    const HRESULT cleared = VariantClear(target);
-    if (SUCCEEDED(cleared)) *target = value;
-    return cleared;
+    const VARIANT old = *target;
+    *target = value;
+    Variant gone;  // after the element has its number: to let go of an object runs other code
+    static_cast<VARIANT&>(gone) = old;
+    return S_OK;
   }
-  VARIANT converted;
-  VariantInit(&converted);
-  const HRESULT result = VariantChangeTypeEx(&converted, &value, 0, 0, to_type);
+  VARIANT converted{};
+  const HRESULT result = change_type(value, to_type, 0, converted);
   if (FAILED(result)) return result;
   if (to_type == VT_BSTR) SysFreeString(*static_cast<BSTR*>(to));
   std::memcpy(to, &converted.llVal, value_size(to_type));

@@ -11,12 +11,33 @@ namespace {
 
 thread_local bool has_set_failure = false;
 
+void note_failure(bool set) noexcept {
+  if (has_set_failure == set) return;
+  has_set_failure = set;
+  failing_threads.fetch_add(set ? 1 : -1, std::memory_order_relaxed);
+}
+
 }  // namespace
 
 HRESULT result_of_number(std::int32_t number) noexcept {
   constexpr std::uint32_t kControlFacility = 0x800A0000U;
   if (number < 0) return static_cast<HRESULT>(number);
   return static_cast<HRESULT>(kControlFacility | (static_cast<std::uint32_t>(number) & 0xFFFFU));
+}
+
+std::int32_t number_of_result(HRESULT result) noexcept {
+  switch (result) {
+    case DISP_E_OVERFLOW:
+      return 6;
+    case E_OUTOFMEMORY:
+      return 7;
+    case DISP_E_ARRAYISLOCKED:
+      return 10;
+    case DISP_E_TYPEMISMATCH:
+      return 13;
+    default:
+      return result;
+  }
 }
 
 void raise_for_argument(std::int32_t number, const char* member, const char* argument,
@@ -27,8 +48,8 @@ void raise_for_argument(std::int32_t number, const char* member, const char* arg
 }
 
 HRESULT set_failure(const ClassInfo* info, HRESULT result, const char* text) noexcept {
-  ICreateErrorInfo* creator = nullptr;
-  if (FAILED(CreateErrorInfo(&creator))) return result;
+  Reference<ICreateErrorInfo> creator;
+  if (FAILED(CreateErrorInfo(creator.place()))) return result;
   try {
     if (info != nullptr) {
       creator->SetGUID(info->iid);
@@ -36,15 +57,13 @@ HRESULT set_failure(const ClassInfo* info, HRESULT result, const char* text) noe
       creator->SetSource(utf16(source.append(".").append(info->name)).data());
     }
     creator->SetDescription(utf16(text).data());
-    IErrorInfo* error = nullptr;
-    if (SUCCEEDED(creator->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(&error)))) {
-      SetErrorInfo(0, error);
-      error->Release();
-      has_set_failure = true;
+    Reference<IErrorInfo> error;
+    if (SUCCEEDED(creator->QueryInterface(IID_IErrorInfo, error.untyped_place()))) {
+      SetErrorInfo(0, error.get());
+      note_failure(true);
     }
   } catch (const std::bad_alloc&) {  // the result code alone has to do
   }
-  creator->Release();
   return result;
 }
 
@@ -52,6 +71,15 @@ HRESULT refuse_null_result(const ClassInfo& info, const char* member) noexcept {
   char text[128];
   std::snprintf(text, sizeof text, "Invalid pointer: no place for the result of %s", member);
   return set_failure(&info, E_POINTER, text);
+}
+
+HRESULT fail_to_hand_back(const ClassInfo& info, const char* member, const char* argument,
+                          HRESULT why) noexcept {
+  try {
+    raise_for_argument(number_of_result(why), member, argument, "cannot take its result");
+  } catch (...) {
+    return failure_in_flight(info);
+  }
 }
 
 HRESULT failure_in_flight(const ClassInfo& info) noexcept {
@@ -65,15 +93,16 @@ HRESULT failure_in_flight(const ClassInfo& info) noexcept {
   }
 }
 
-bool take_failure(IErrorInfo** error) noexcept {
-  has_set_failure = false;
-  return GetErrorInfo(0, error) == S_OK && *error != nullptr;
+Reference<IErrorInfo> take_failure() noexcept {
+  note_failure(false);
+  Reference<IErrorInfo> error;
+  GetErrorInfo(0, error.place());
+  return error;
 }
 
-void forget_failure() noexcept {
-  if (!has_set_failure) [[likely]]
-    return;
-  has_set_failure = false;
+void forget_failure_of_thread() noexcept {
+  if (!has_set_failure) return;
+  note_failure(false);
   SetErrorInfo(0, nullptr);
 }
 

@@ -5,7 +5,8 @@
 
 #include "automation/call_scope.hpp"
 #include "automation/failure.hpp"
-#include "automation/late_argument.hpp"
+#include "automation/late_array.hpp"
+#include "automation/late_scalar.hpp"
 #include "automation/text.hpp"
 
 namespace vqmath63::automation {
@@ -97,30 +98,49 @@ HRESULT bind(const MemberInfo& member, DISPPARAMS& params, Binding& binding, UIN
 // The late arguments of one call, made one after the other in place.
 class LateArguments {
  public:
+  LateArguments() = default;
   ~LateArguments() {
-    while (count_ > 0) at(--count_)->~LateArgument();
+    while (count_ > 0) arguments_[--count_]->~LateArgument();
   }
-  void add(const char* member, const ArgumentInfo& info, VARIANT* given, LCID locale) {
-    new (storage_ + count_ * sizeof(LateArgument)) LateArgument(member, info, given, locale);
+  LateArguments(const LateArguments&) = delete;
+  LateArguments& operator=(const LateArguments&) = delete;
+
+  void add(const Sent& sent) {
+    void* const at = storage_ + count_ * kSize;
+    if (sent.info.type.rank > 0) {
+      arguments_[count_] = new (at) LateArray(sent, held_);
+    } else {
+      arguments_[count_] = new (at) LateScalar(sent);
+    }
+    places_[count_] = arguments_[count_]->place();
     ++count_;
   }
-  LateArgument* first() { return at(0); }
-  std::size_t count() const { return count_; }
-  HRESULT hand_back() noexcept {
+  void* const* places() const { return places_; }
+  // `failed` becomes the number of the first argument whose result the host's variable cannot take.
+  HRESULT hand_back(bool succeeded, std::size_t& failed) noexcept {
+    held_.release();
+    for (std::size_t i = 0; i < count_; ++i) arguments_[i]->settle();
     HRESULT outcome = S_OK;
     for (std::size_t i = 0; i < count_; ++i) {
-      const HRESULT back = at(i)->hand_back();
-      if (FAILED(back) && SUCCEEDED(outcome)) outcome = back;
+      const HRESULT back = arguments_[i]->hand_back(succeeded);
+      if (FAILED(back) && SUCCEEDED(outcome)) {
+        outcome = back;
+        failed = i;
+      }
     }
     return outcome;
   }
 
  private:
-  LateArgument* at(std::size_t i) {
-    return std::launder(reinterpret_cast<LateArgument*>(storage_ + i * sizeof(LateArgument)));
-  }
-  alignas(LateArgument) std::byte storage_[kMostArguments * sizeof(LateArgument)];
+  static constexpr std::size_t kSize = std::max(sizeof(LateScalar), sizeof(LateArray));
+  static constexpr std::size_t kAlignment = std::max(alignof(LateScalar), alignof(LateArray));
+  static_assert(kSize % kAlignment == 0);
+
+  HeldArrays held_;  // outlives the arguments
+  LateArgument* arguments_[kMostArguments];
+  void* places_[kMostArguments];
   std::size_t count_ = 0;
+  alignas(kAlignment) std::byte storage_[kMostArguments * kSize];
 };
 
 // Moves this thread's error info into the exception record of the call.
@@ -128,18 +148,16 @@ HRESULT as_exception(HRESULT failed, EXCEPINFO* exception) noexcept {
   if (exception == nullptr) return DISP_E_EXCEPTION;  // the error info stays for the host to read
   *exception = EXCEPINFO{};
   exception->scode = failed;
-  IErrorInfo* error = nullptr;
-  if (take_failure(&error)) {
+  if (const Reference<IErrorInfo> error = take_failure()) {
     error->GetSource(&exception->bstrSource);
     error->GetDescription(&exception->bstrDescription);
-    error->Release();
   }
   return DISP_E_EXCEPTION;
 }
 
 // The call itself; `answer` stays empty unless it did well.
 HRESULT call_by_name(const ClassInfo& info, void* self, DISPID dispid, LCID locale, WORD flags,
-                     DISPPARAMS& params, VARIANT& answer, EXCEPINFO* exception,
+                     DISPPARAMS& params, Variant& answer, EXCEPINFO* exception,
                      UINT* bad_argument) noexcept {
   std::size_t place = 0;
   const MemberInfo* member = find_member(info, dispid, flags, &place);
@@ -152,7 +170,7 @@ HRESULT call_by_name(const ClassInfo& info, void* self, DISPID dispid, LCID loca
   try {
     for (std::size_t i = 0; i < member->arguments.size(); ++i) {
       if (bad_argument != nullptr) *bad_argument = binding.sent_as[i];
-      arguments.add(member->name, member->arguments[i], binding.given[i], locale);
+      arguments.add({member->name, member->arguments[i], binding.given[i], locale});
     }
   } catch (...) {
     return as_exception(failure_in_flight(info), exception);
@@ -162,14 +180,17 @@ HRESULT call_by_name(const ClassInfo& info, void* self, DISPID dispid, LCID loca
   using Slots = void (*const*)();
   const Slots slots = *static_cast<const Slots*>(self);
   const HRESULT called =
-      member->late_call(self, slots[kInherited + place], arguments.first(), &answer.llVal);
+      member->late_call(self, slots[kInherited + place], arguments.places(), &answer.llVal);
   // A failed call has written some by-reference values too: they are the host's to see.
-  const HRESULT back = arguments.hand_back();
+  std::size_t failed = 0;
+  HRESULT outcome = arguments.hand_back(SUCCEEDED(called), failed);
   if (SUCCEEDED(called)) answer.vt = member->result.vt;
-  if (SUCCEEDED(called) && SUCCEEDED(back)) return S_OK;
-  VariantClear(&answer);
-  if (SUCCEEDED(called)) set_failure(&info, back, "A changed argument cannot be handed back");
-  return as_exception(FAILED(called) ? called : back, exception);
+  if (SUCCEEDED(called) && SUCCEEDED(outcome)) return S_OK;
+  clear(answer);
+  outcome = FAILED(called)
+                ? called
+                : fail_to_hand_back(info, member->name, member->arguments[failed].name, outcome);
+  return as_exception(outcome, exception);
 }
 
 }  // namespace
@@ -202,16 +223,11 @@ HRESULT invoke(const ClassInfo& info, void* self, DISPID dispid, LCID locale, WO
                UINT* bad_argument) noexcept {
   const CallScope scope;  // conversions are arithmetic too
   if (params == nullptr) return E_INVALIDARG;
-  VARIANT answer;
-  VariantInit(&answer);
+  Variant answer;
   const HRESULT outcome =
       call_by_name(info, self, dispid, locale, flags, *params, answer, exception, bad_argument);
   // Only now: the host may take the result into the variable that an argument stands for.
-  if (result != nullptr) {
-    *result = answer;
-  } else {
-    VariantClear(&answer);
-  }
+  if (result != nullptr) *result = answer.release();
   return outcome;
 }
 

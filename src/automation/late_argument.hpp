@@ -1,87 +1,90 @@
 // An argument of a call by name: from the host's VARIANT to the interface value and back.
 #pragma once
 
+#include <cstdint>
 #include <string>
-#include <type_traits>
 
 #include "automation/class_info.hpp"
+#include "automation/owners.hpp"
 
 namespace vqmath63::automation {
 
-/// One argument of a late call. Makes the interface value of the parameter's type from whatever
-/// the host sent, and after the call hands a by-reference value back in the host's own form.
+/// What a late call needs to know of one argument.
+struct Sent {
+  const char* member;
+  const ArgumentInfo& info;
+  VARIANT* given;  ///< as sent; null when missing
+  LCID locale;
+};
+
+/// One argument of a late call, a scalar (LateScalar) or an array (LateArray). Makes the interface
+/// value of the parameter's type from whatever the host sent, and after the call hands what the
+/// member wrote by reference back in the host's own form.
 ///
-/// - A value of the parameter's own type is used in place; any other is converted as the system
-///   converts VARIANTs. A missing optional argument takes its default.
-/// - An array of the exact type is used in place. An array of variants or of another numeric type,
-///   and a script's array object (an IDispatch with `length` and elements "0", "1", ...), is
-///   converted element by element; afterwards the elements that the call changed are written
-///   back. A re-dimensioned array replaces the host's: in its own element type, or as an array of
-///   variants where the host's variable held no array (scripts can index no other).
-/// - A by-reference scalar given as a script object is read from and written to its `value`.
+/// The host may run its own code in between, from a callback or a getter, and give a variable
+/// another value. Such a variable keeps that one: what is not plain memory of the parameter's own
+/// type is worked on in a value of ours, or locked, and written only where it still holds what was
+/// taken from it.
 ///
 /// Errors: 13 and 6, naming member, argument and element.
 class LateArgument {
  public:
-  /// `given` is null for a missing argument.
-  LateArgument(const char* member, const ArgumentInfo& info, VARIANT* given, LCID locale);
-  ~LateArgument();
+  virtual ~LateArgument() = default;
   LateArgument(const LateArgument&) = delete;
   LateArgument& operator=(const LateArgument&) = delete;
 
-  /// The interface value, or the reference to it.
-  template <class Abi>
-  Abi as() {
-    if constexpr (std::is_pointer_v<Abi> && !std::is_same_v<Abi, BSTR>) {
-      return static_cast<Abi>(place_);
-    } else {
-      return *static_cast<Abi*>(place_);
-    }
-  }
+  /// Where the interface value is: the reference to it, for a parameter by reference.
+  void* place() const { return place_; }
 
-  /// Hands by-reference values back to the host. To be called once, after a call that returned.
-  HRESULT hand_back() noexcept;
+  /// To be called on all arguments after the call and before hand_back() on the first: notes
+  /// whether the host has given the variable another value, which one argument's result would hide
+  /// from another one's of the same variable.
+  void settle() noexcept { kept_by_host_ = noted_ && !holds_what_was_taken(); }
+
+  /// Hands what the member wrote back to the host; after a failed call only what it changed.
+  HRESULT hand_back(bool succeeded) noexcept;
+
+ protected:
+  /// Follows the references to the variant that holds the value.
+  explicit LateArgument(const Sent& sent);
+
+  [[noreturn]] void refuse(HRESULT why, const std::string& detail) const;
+  /// The value was taken from the variable as it is now.
+  void note_taken() noexcept {
+    taken_ = identity();
+    noted_ = true;
+  }
+  bool holds_what_was_taken() const noexcept { return taken_ == identity(); }
+  bool kept_by_host() const { return kept_by_host_; }
+  /// The value was sent itself and not by a reference, so that nothing can be put in its place.
+  bool by_value() const { return target_ == sent_.given && (target_->vt & VT_BYREF) == 0; }
+
+  virtual HRESULT hand_back_changes(bool succeeded) = 0;
+
+  const Sent sent_;
+  VARIANT* target_;              // the variant that holds the value, behind any references to it
+  Reference<IDispatch> script_;  // the object in target_, where there is one
+  void* place_ = nullptr;
 
  private:
-  enum class Form {
-    kInPlace,      // the host's own value or array
-    kConverted,    // a value or array of ours, handed back by conversion
-    kLent,         // an array passed by value, over the host's elements
-    kScriptValue,  // the `value` of script_
-    kScriptArray   // the array object script_
+  // What tells one value of a variable from another: its type, its bits, those behind a reference,
+  // and the characters of a text.
+  struct Identity {
+    VARTYPE type = VT_EMPTY;
+    std::int64_t bits = 0;
+    std::uint64_t behind = 0;
+    std::uint64_t text = 0;
+    friend bool operator==(const Identity&, const Identity&) = default;
   };
+  Identity identity() const noexcept;
 
-  struct Unfilled {};
-  LateArgument(Unfilled, const char* member, const ArgumentInfo& info, VARIANT* given, LCID locale);
-
-  void take_default();
-  void take_scalar();
-  void take_array();
-  void lend(SAFEARRAY* array);
-  std::string wanted_array() const;
-  [[noreturn]] void refuse(HRESULT why, const std::string& detail) const;
-  HRESULT hand_back_scalar();
-  HRESULT hand_back_array();
-  HRESULT replace_host_array();
-
-  const char* member_;
-  const ArgumentInfo& info_;
-  VARIANT* given_;   // as sent; null when missing
-  VARIANT* target_;  // the variant that holds the value, behind any by-reference variants
-  IDispatch* script_ = nullptr;  // the object in target_, where there is one
-  LCID locale_;
-  Form form_ = Form::kInPlace;
-  void* place_ = nullptr;           // where the interface value is
-  VARIANT value_;                   // a scalar of ours
-  VARIANT before_;                  // value_ as it was before the call
-  SAFEARRAY* array_ = nullptr;      // an array of ours; the call may replace it
-  SAFEARRAY* converted_ = nullptr;  // array_ as it was made
-  SAFEARRAY* original_ = nullptr;   // a copy of the elements before the call
-  SAFEARRAY* locked_ = nullptr;     // the host's array that lent_ stands for
-  struct {
-    SAFEARRAY array;
-    SAFEARRAYBOUND second;  // room for rgsabound[1]
-  } lent_;
+  Identity taken_;
+  bool noted_ = false;
+  bool kept_by_host_ = false;
 };
+
+/// Puts `value` into a host's variant, and lets go of what that held; the variant keeps what cannot
+/// be let go, which is then the result.
+HRESULT put_into(VARIANT& variable, Variant& value) noexcept;
 
 }  // namespace vqmath63::automation

@@ -5,7 +5,6 @@
 #include <new>
 
 #include "automation/invoke.hpp"
-#include "automation/late_argument.hpp"
 #include "automation/object_support.hpp"
 #include "automation/thunk.hpp"
 
@@ -70,16 +69,27 @@ struct Object {
   }
 };
 
-/// Calls a vtable function with interface values out of late arguments; one per signature.
+/// The interface value at a place, or the place itself for a parameter by reference.
+template <class Abi>
+Abi value_or_place(void* place) {
+  if constexpr (std::is_pointer_v<Abi> && !std::is_same_v<Abi, BSTR>) {
+    return static_cast<Abi>(place);
+  } else {
+    return *static_cast<Abi*>(place);
+  }
+}
+
+/// Calls a vtable function with the values at `arguments`; one per signature.
 template <class ResultAbi, class... Abi>
-HRESULT late_call(void* self, void (*function)(), LateArgument* arguments, void* result) {
+HRESULT late_call(void* self, void (*function)(), [[maybe_unused]] void* const* arguments,
+                  void* result) {
   return [&]<std::size_t... k>(std::index_sequence<k...>) {
     if constexpr (std::is_void_v<ResultAbi>) {
       const auto typed = reinterpret_cast<HRESULT(VQ_API*)(void*, Abi...)>(function);
-      return typed(self, arguments[k].template as<Abi>()...);
+      return typed(self, value_or_place<Abi>(arguments[k])...);
     } else {
       const auto typed = reinterpret_cast<HRESULT(VQ_API*)(void*, Abi..., ResultAbi*)>(function);
-      return typed(self, arguments[k].template as<Abi>()..., static_cast<ResultAbi*>(result));
+      return typed(self, value_or_place<Abi>(arguments[k])..., static_cast<ResultAbi*>(result));
     }
   }
   (std::index_sequence_for<Abi...>{});

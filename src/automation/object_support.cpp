@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "automation/owners.hpp"
+
 namespace vqmath63::automation {
 namespace {
 
@@ -9,19 +11,15 @@ namespace {
 template <class Interface>
 class TearOff : public Interface {
  public:
-  TearOff(const ClassInfo& info, void* owner) : info_(info), owner_(static_cast<IUnknown*>(owner)) {
-    owner_->AddRef();
-  }
+  TearOff(const ClassInfo& info, void* owner)
+      : info_(info), owner_(Reference<IUnknown>::to(static_cast<IUnknown*>(owner))) {}
   HRESULT VQ_API QueryInterface(REFIID iid, void** out) override {
     return owner_->QueryInterface(iid, out);
   }
   ULONG VQ_API AddRef() override { return static_cast<ULONG>(++references_); }
   ULONG VQ_API Release() override {
     const std::int32_t left = --references_;
-    if (left == 0) {
-      owner_->Release();
-      delete this;
-    }
+    if (left == 0) delete this;
     return static_cast<ULONG>(left);
   }
 
@@ -30,7 +28,7 @@ class TearOff : public Interface {
   const ClassInfo& info_;
 
  private:
-  IUnknown* owner_;
+  Reference<IUnknown> owner_;
   std::atomic<std::int32_t> references_{1};
 };
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
+#include <functional>
 #include <limits>
 #include <string>
 #include <type_traits>
@@ -121,6 +123,28 @@ struct ReadOnlyParam {
   };
 };
 
+/// What tells one value from another: the bits of a number, so that the two zeros differ; address
+/// and characters of a text.
+template <class T>
+std::uint64_t identity(const T& value) noexcept {
+  if constexpr (std::is_same_v<T, BSTR>) {
+    return reinterpret_cast<std::uintptr_t>(value) ^ text_hash(value);
+  } else {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof value);
+    return bits;
+  }
+}
+
+template <class T>
+bool is_same(const T& a, const T& b) noexcept {
+  if constexpr (std::is_same_v<T, std::string>) {
+    return a == b;
+  } else {
+    return identity(a) == identity(b);
+  }
+}
+
 /// A scalar by reference: a native variable for the call, stored back when it is over.
 template <class T, class AbiT, VARTYPE kVt, class Convert>
 struct ReferenceParam {
@@ -128,16 +152,22 @@ struct ReferenceParam {
   static constexpr ValueType kType{kVt, 0, true};
   struct Adapt {
     Abi target;
+    std::uint64_t sent;
+    bool kept_by_host = false;
     T value;
     T before;
     explicit Adapt(const Given<Abi>& given)
-        : target(given.value), value(referred_value<Convert>(given)), before(value) {}
+        : target(given.value),
+          sent(target != nullptr ? identity(*target) : 0),
+          value(referred_value<Convert>(given)),
+          before(value) {}
     T& native() { return value; }
-    void release() noexcept {}
+    /// Notes whether the host has given its variable another value during the call.
+    void release() noexcept { kept_by_host = target != nullptr && identity(*target) != sent; }
     HRESULT hand_back() noexcept {
-      if (target == nullptr) return S_OK;
+      if (target == nullptr || kept_by_host) return S_OK;
       // Unchanged, it is left alone: another argument may stand for the same variable.
-      if (value == before && Convert::stored_as(value, *target)) return S_OK;
+      if (is_same(value, before) && Convert::stored_as(value, *target)) return S_OK;
       return Convert::out(value, *target);
     }
   };

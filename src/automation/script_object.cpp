@@ -1,36 +1,15 @@
 #include "automation/script_object.hpp"
 
 #include <algorithm>
-#include <cstring>
+#include <limits>
 #include <vector>
 
 #include "automation/elements.hpp"
+#include "automation/host_object.hpp"
 #include "automation/text.hpp"
 
 namespace vqmath63::automation {
 namespace {
-
-// A VARIANT that clears itself.
-struct Value : VARIANT {
-  Value() { VariantInit(this); }
-  ~Value() { VariantClear(this); }
-  Value(const Value&) = delete;
-  Value& operator=(const Value&) = delete;
-};
-
-HRESULT id_of(IDispatch* object, const OLECHAR* name, DISPID* id) {
-  auto* text = const_cast<OLECHAR*>(name);
-  return object->GetIDsOfNames(IID_NULL, &text, 1, 0, id);
-}
-
-HRESULT call_method(IDispatch* object, const OLECHAR* name, std::vector<VARIANT>& arguments,
-                    VARIANT* result) {
-  DISPID id = 0;
-  const HRESULT known = id_of(object, name, &id);
-  if (FAILED(known)) return known;
-  DISPPARAMS params{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
-  return object->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &params, result, nullptr, nullptr);
-}
 
 Utf16 number_name(std::int64_t i) {
   return utf16(std::to_string(i));
@@ -38,39 +17,50 @@ Utf16 number_name(std::int64_t i) {
 
 // Length of an array object, or -1 when it has none.
 std::int64_t length_of(IDispatch* object) {
-  Value length;
-  if (FAILED(read_property(object, VQ_OLESTR("length"), &length)) ||
-      FAILED(VariantChangeType(&length, &length, 0, VT_I4))) {
+  Variant length;
+  VARIANT whole{};
+  if (FAILED(read_property(object, VQ_OLESTR("length"), length)) ||
+      FAILED(change_type(length, VT_I4, 0, whole))) {
     return -1;
   }
-  return length.lVal;
+  return whole.lVal;
 }
 
+// What a script's array is read into.
 struct Target {
   VARTYPE type;
   LCID locale;
+  HostNumbers* numbers;
 };
 
 // A hole in a script's array has no name to be found by; it reads as Empty.
-HRESULT read_element(IDispatch* source, std::int64_t i, VARIANT* out) {
+HRESULT read_element(IDispatch* source, std::int64_t i, Variant& out) {
   const HRESULT read = read_property(source, number_name(i).c_str(), out);
   return read == DISP_E_UNKNOWNNAME || read == DISP_E_MEMBERNOTFOUND ? S_OK : read;
 }
 
-// Reads elements 0..count-1 of an array object into places that lie `step` bytes apart.
+// Reads elements 0..count-1 of an array object into every `step`th element of `made`, from `first`.
 Conversion read_elements(IDispatch* source, std::int64_t count, const Target& target,
-                         std::byte* out, std::size_t step, const std::string& row) {
-  for (std::int64_t i = 0; i < count; ++i) {
-    Value element;
-    HRESULT result = read_element(source, i, &element);
+                         SAFEARRAY* made, std::size_t first, std::size_t step,
+                         const std::string& row) {
+  const std::size_t size = SafeArrayGetElemsize(made);
+  auto* const out = static_cast<std::byte*>(made->pvData);
+  std::size_t at = first;
+  for (std::int64_t i = 0; i < count; ++i, at += step) {
+    Variant element;
+    HRESULT result = read_element(source, i, element);
     if (FAILED(result)) {
-      return {result, "element (" + row + std::to_string(i) + ") cannot be read"};
+      return {result, "; its element (" + row + std::to_string(i) + ") cannot be read"};
     }
     if (element.vt == VT_EMPTY || element.vt == VT_NULL) continue;
-    result = convert_element(VT_VARIANT, &element, target.type,
-                             out + static_cast<std::size_t>(i) * step, target.locale);
+    result = convert_element(VT_VARIANT, &element, target.type, out + at * size, target.locale);
     if (FAILED(result)) {
-      return {result, "element (" + row + std::to_string(i) + ") cannot be converted"};
+      return {result, "; its element (" + row + std::to_string(i) + ") cannot be converted"};
+    }
+    if (target.numbers != nullptr) {
+      Variant own;
+      const bool known = SUCCEEDED(change_type(element, VT_R8, target.locale, own));
+      (*target.numbers)[at] = known ? own.dblVal : std::numeric_limits<double>::quiet_NaN();
     }
   }
   return {};
@@ -80,65 +70,62 @@ IDispatch* object_in(const VARIANT& value) {
   return value.vt == VT_DISPATCH ? value.pdispVal : nullptr;
 }
 
-Conversion read_rows(IDispatch* source, std::int64_t rows, const Target& target, SAFEARRAY** out) {
-  std::vector<Value> row_values(static_cast<std::size_t>(rows));
+Conversion read_rows(IDispatch* source, std::int64_t rows, const Target& target, OwnedArray& out) {
+  std::vector<Variant> row_values(static_cast<std::size_t>(rows));
   std::int64_t columns = 0;
   for (std::int64_t r = 0; r < rows; ++r) {
-    VARIANT& row = row_values[static_cast<std::size_t>(r)];
-    const HRESULT read = read_element(source, r, &row);
-    if (FAILED(read)) return {read, "row (" + std::to_string(r) + ") cannot be read"};
+    Variant& row = row_values[static_cast<std::size_t>(r)];
+    const HRESULT read = read_element(source, r, row);
+    if (FAILED(read)) return {read, "; its row (" + std::to_string(r) + ") cannot be read"};
     if (row.vt == VT_EMPTY || row.vt == VT_NULL) continue;
     const std::int64_t length = object_in(row) == nullptr ? -1 : length_of(object_in(row));
     if (length < 0) {
-      return {DISP_E_TYPEMISMATCH, "row (" + std::to_string(r) + ") is no array"};
+      return {DISP_E_TYPEMISMATCH, "; its row (" + std::to_string(r) + ") is no array"};
     }
     columns = std::max(columns, length);
   }
   SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(rows), 0}, {static_cast<ULONG>(columns), 0}};
-  OwnedArray made(SafeArrayCreate(target.type, 2, bounds));
-  if (made == nullptr) return {E_OUTOFMEMORY, "is too large to convert"};
-  const std::size_t size = SafeArrayGetElemsize(made.get());
-  auto* first = static_cast<std::byte*>(made->pvData);
+  OwnedArray made = create_array(target.type, value_size(target.type), 2, bounds);
+  if (!made) return {E_OUTOFMEMORY, "; it is too large to convert"};
+  if (target.numbers != nullptr) target.numbers->resize(element_count(made.get()));
   for (std::int64_t r = 0; r < rows; ++r) {
     IDispatch* row = object_in(row_values[static_cast<std::size_t>(r)]);
     if (row == nullptr) continue;
     // Not beyond what there is room for: the script may have grown the row since it was measured.
     const std::int64_t length = std::clamp<std::int64_t>(length_of(row), 0, columns);
-    Conversion outcome =
-        read_elements(row, length, target, first + static_cast<std::size_t>(r) * size,
-                      static_cast<std::size_t>(rows) * size, std::to_string(r) + ", ");
+    Conversion outcome = read_elements(row, length, target, made.get(), static_cast<std::size_t>(r),
+                                       static_cast<std::size_t>(rows), std::to_string(r) + ", ");
     if (FAILED(outcome.result)) return outcome;
   }
-  *out = made.release();
+  out = std::move(made);
   return {};
 }
 
 // The element at (row, column) of a script's array of rows, or element `row` of a plain one.
 HRESULT write_element(IDispatch* target, std::int64_t row, std::int64_t column, bool rows,
-                      VARIANT* value) {
+                      VARIANT& value) {
   if (!rows) return write_property(target, number_name(row).c_str(), value);
-  Value held;
-  const HRESULT found = read_property(target, number_name(row).c_str(), &held);
+  Variant held;
+  const HRESULT found = read_property(target, number_name(row).c_str(), held);
   if (FAILED(found)) return found;
   if (object_in(held) == nullptr) return DISP_E_TYPEMISMATCH;
   return write_property(object_in(held), number_name(column).c_str(), value);
 }
 
-HRESULT push(IDispatch* target, const VARIANT& value) {
-  std::vector<VARIANT> arguments{value};
-  return call_method(target, VQ_OLESTR("push"), arguments, nullptr);
+HRESULT push(IDispatch* target, VARIANT& value) {
+  return call_method(target, VQ_OLESTR("push"), {&value, 1}, nullptr);
 }
 
 HRESULT set_length(IDispatch* target, std::int32_t length) {
   VARIANT value;
   load_variant(VT_I4, &length, &value);
-  return write_property(target, VQ_OLESTR("length"), &value);
+  return write_property(target, VQ_OLESTR("length"), value);
 }
 
 // A new empty array of the same script: what slicing nothing out of one gives.
-HRESULT empty_array_like(IDispatch* model, Value& out) {
+HRESULT empty_array_like(IDispatch* model, Variant& out) {
   const std::int32_t zero = 0;
-  std::vector<VARIANT> arguments(2);
+  VARIANT arguments[2];
   for (VARIANT& argument : arguments) load_variant(VT_I4, &zero, &argument);
   const HRESULT made = call_method(model, VQ_OLESTR("slice"), arguments, &out);
   if (FAILED(made)) return made;
@@ -163,53 +150,31 @@ HRESULT append(IDispatch* target, const std::byte* first, std::size_t stride, VA
 
 }  // namespace
 
-HRESULT read_property(IDispatch* object, const OLECHAR* name, VARIANT* out) {
-  DISPID id = 0;
-  const HRESULT known = id_of(object, name, &id);
-  if (FAILED(known)) return known;
-  DISPPARAMS none{};
-  return object->Invoke(id, IID_NULL, 0, DISPATCH_PROPERTYGET, &none, out, nullptr, nullptr);
-}
-
-HRESULT write_property(IDispatch* object, const OLECHAR* name, VARIANT* value) {
-  DISPID id = 0;
-  const HRESULT known = id_of(object, name, &id);
-  if (FAILED(known)) return known;
-  DISPID put = DISPID_PROPERTYPUT;
-  DISPPARAMS params{value, &put, 1, 1};
-  return object->Invoke(id, IID_NULL, 0, DISPATCH_PROPERTYPUT, &params, nullptr, nullptr, nullptr);
-}
-
 Conversion convert_script_array(IDispatch* source, VARTYPE element, int rank, LCID locale,
-                                SAFEARRAY** out) {
+                                OwnedArray& out, HostNumbers* numbers) {
   const std::int64_t length = source == nullptr ? -1 : length_of(source);
-  if (length < 0) return {DISP_E_TYPEMISMATCH, "is an object without a length, not an array"};
-  const Target target{element, locale};
+  if (length < 0) {
+    return {DISP_E_TYPEMISMATCH, "; it is an object without a length, not an array"};
+  }
+  const Target target{element, locale, numbers};
   if (rank == 2) return read_rows(source, length, target, out);
   SAFEARRAYBOUND bound{static_cast<ULONG>(length), 0};
-  OwnedArray made(SafeArrayCreate(element, 1, &bound));
-  if (made == nullptr) return {E_OUTOFMEMORY, "is too large to convert"};
-  Conversion outcome = read_elements(source, length, target, static_cast<std::byte*>(made->pvData),
-                                     SafeArrayGetElemsize(made.get()), "");
-  if (SUCCEEDED(outcome.result)) *out = made.release();
+  OwnedArray made = create_array(element, value_size(element), 1, &bound);
+  if (!made) return {E_OUTOFMEMORY, "; it is too large to convert"};
+  if (numbers != nullptr) numbers->resize(static_cast<std::size_t>(length));
+  Conversion outcome = read_elements(source, length, target, made.get(), 0, 1, "");
+  if (SUCCEEDED(outcome.result)) out = std::move(made);
   return outcome;
 }
 
-HRESULT write_back_to_script(SAFEARRAY* changed, SAFEARRAY* original, IDispatch* target) {
-  VARTYPE type = VT_EMPTY;
-  SafeArrayGetVartype(changed, &type);
-  const std::size_t size = SafeArrayGetElemsize(changed);
-  const bool rows = changed->cDims == 2;
-  const std::int64_t row_count = changed->rgsabound[changed->cDims - 1].cElements;
-  const auto* now = static_cast<const std::byte*>(changed->pvData);
-  const auto* before = static_cast<const std::byte*>(original->pvData);
-  const std::size_t count = element_count(changed);
-  for (std::size_t i = 0; i < count; ++i) {
-    if (std::memcmp(now + i * size, before + i * size, size) == 0) continue;
-    VARIANT value;
-    load_variant(type, now + i * size, &value);
-    const auto at = static_cast<std::int64_t>(i);
-    const HRESULT outcome = write_element(target, at % row_count, at / row_count, rows, &value);
+HRESULT write_back_to_script(const Results& results, int rank, std::size_t rows,
+                             IDispatch* target) {
+  VARIANT value;
+  for (std::size_t i = 0; i < results.count(); ++i) {
+    if (!results.is_due(i, value)) continue;
+    const auto row = static_cast<std::int64_t>(i % rows);
+    const auto column = static_cast<std::int64_t>(i / rows);
+    const HRESULT outcome = write_element(target, row, column, rank == 2, value);
     if (FAILED(outcome)) return outcome;
   }
   return S_OK;
@@ -228,7 +193,7 @@ HRESULT refill_script_array(SAFEARRAY* array, IDispatch* target) {
   const SAFEARRAYBOUND& columns = array->rgsabound[0];
   const std::int64_t last_column = std::int64_t{columns.lLbound} + columns.cElements - 1;
   for (std::int64_t r = 0; r <= last_row && SUCCEEDED(outcome); ++r) {
-    Value row;
+    Variant row;
     outcome = empty_array_like(target, row);
     if (SUCCEEDED(outcome) && r >= rows.lLbound) {
       const auto offset = static_cast<std::size_t>(r - rows.lLbound) * size;

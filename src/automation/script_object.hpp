@@ -10,17 +10,15 @@ namespace vqmath63::automation {
 // "1" on as in every array of the library. A two-dimensional array is an array of rows.
 
 /// A new array of `element` from a script's array; a missing or shorter row reads as zeros.
+/// `numbers`, unless null, receives the script's own.
 Conversion convert_script_array(IDispatch* source, VARTYPE element, int rank, LCID locale,
-                                SAFEARRAY** out);
+                                OwnedArray& out, HostNumbers* numbers);
 
-/// Writes those elements of `changed` that differ from `original` into the script's array.
-HRESULT write_back_to_script(SAFEARRAY* changed, SAFEARRAY* original, IDispatch* target);
+/// Writes the results that are due into the script's array. They are those of a line, or of a table
+/// of `rows` rows.
+HRESULT write_back_to_script(const Results& results, int rank, std::size_t rows, IDispatch* target);
 
 /// Makes the script's array hold what `array` holds (nothing, for a null array).
 HRESULT refill_script_array(SAFEARRAY* array, IDispatch* target);
-
-/// A property by name: reading it (VariantClear the result), writing it.
-HRESULT read_property(IDispatch* object, const OLECHAR* name, VARIANT* out);
-HRESULT write_property(IDispatch* object, const OLECHAR* name, VARIANT* value);
 
 }  // namespace vqmath63::automation

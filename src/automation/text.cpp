@@ -1,6 +1,6 @@
 #include "automation/text.hpp"
 
-#include <cstdint>
+#include <functional>
 #include <new>
 
 #include "frame/text_case.hpp"
@@ -85,6 +85,11 @@ std::string utf8(std::basic_string_view<OLECHAR> utf16) {
 
 std::string text_of(BSTR text) {
   return text == nullptr ? std::string() : utf8({text, SysStringLen(text)});
+}
+
+std::uint64_t text_hash(BSTR text) noexcept {
+  const auto* bytes = reinterpret_cast<const char*>(text);
+  return std::hash<std::string_view>{}({bytes, SysStringByteLen(text)});
 }
 
 BSTR new_bstr(std::string_view text) {

@@ -1,6 +1,7 @@
 // Text across the boundary: UTF-8 inside, UTF-16 outside.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,9 @@ std::string utf8(std::basic_string_view<OLECHAR> utf16);
 
 /// The text of a BSTR (a null BSTR is empty).
 std::string text_of(BSTR text);
+
+/// A number that tells the characters of one BSTR from those of another.
+std::uint64_t text_hash(BSTR text) noexcept;
 
 /// A new BSTR; throws std::bad_alloc when memory ends.
 BSTR new_bstr(std::string_view utf8);

@@ -19,15 +19,21 @@ template <const auto& kTable>
 const ClassInfo& class_info() noexcept;
 
 /// Lets go of the host's memory, then hands back what changed: first everything is released, so
-/// that one host array passed twice can be replaced.
+/// that one host array passed twice can be replaced. `failed` becomes the number of the first
+/// argument whose result did not go into the host's variable.
 template <class Adapts>
-HRESULT hand_back(Adapts& adapts) noexcept {
+HRESULT hand_back(Adapts& adapts, [[maybe_unused]] std::size_t& failed) noexcept {
   return std::apply(
-      [](auto&... adapt) {
+      [&](auto&... adapt) {
         (adapt.release(), ...);
         HRESULT outcome = S_OK;
+        [[maybe_unused]] std::size_t number = 0;
         [[maybe_unused]] const auto note = [&](HRESULT result) {
-          if (FAILED(result) && SUCCEEDED(outcome)) outcome = result;
+          if (FAILED(result) && SUCCEEDED(outcome)) {
+            outcome = result;
+            failed = number;
+          }
+          ++number;
         };
         (note(adapt.hand_back()), ...);
         return outcome;
@@ -52,6 +58,12 @@ template <const auto& kTable, std::size_t kRow, class C, class R, class... A>
 struct ThunkBase {
   using Adapts = std::tuple<typename Param<A>::Adapt...>;
 
+  static HRESULT fail(std::size_t argument, HRESULT why) noexcept {
+    const auto& row = std::get<kRow>(kTable.rows);
+    return fail_to_hand_back(class_info<kTable>(), row.name, row.arguments.data()[argument].name,
+                             why);
+  }
+
   template <class StoreResult, std::size_t... k>
   static HRESULT run(void* self, const StoreResult& store, std::index_sequence<k...>,
                      typename Param<A>::Abi... a) noexcept {
@@ -69,11 +81,10 @@ struct ThunkBase {
         // What was written by reference before the failure stays written.
         outcome = failure_in_flight(class_info<kTable>());
       }
-      const HRESULT back = hand_back(adapts);
+      std::size_t failed = 0;
+      const HRESULT back = hand_back(adapts, failed);
       if (FAILED(outcome)) return outcome;
-      if (FAILED(back)) {
-        return set_failure(&class_info<kTable>(), back, "A changed argument cannot be handed back");
-      }
+      if (FAILED(back)) return fail(failed, back);
       return S_OK;
     } catch (...) {
       return failure_in_flight(class_info<kTable>());

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "automation/object_support.hpp"
+#include "automation/owners.hpp"
 #include "component/component_file.hpp"
 
 namespace vqmath63::component {
@@ -53,11 +54,8 @@ HRESULT create_factory(const automation::ClassInfo& info, REFIID iid, void** out
   if (out == nullptr) return E_POINTER;
   *out = nullptr;
   set_component_file(component_file);  // for the version text of the objects to come
-  auto* factory = new (std::nothrow) ClassFactory(info);
-  if (factory == nullptr) return E_OUTOFMEMORY;
-  const HRESULT found = factory->QueryInterface(iid, out);
-  factory->Release();
-  return found;
+  const automation::Reference<ClassFactory> factory(new (std::nothrow) ClassFactory(info));
+  return factory ? factory->QueryInterface(iid, out) : E_OUTOFMEMORY;
 }
 
 }  // namespace vqmath63::component

@@ -1,4 +1,6 @@
 // Arrays across the boundary: borrowed, converted, written back, replaced, refused.
+#include <cmath>
+
 #include "boundary_fixture.hpp"
 
 namespace vqmath63::automation::test {
@@ -95,20 +97,32 @@ TEST_F(ArraysTest, variables_without_elements) {
   }
 }
 
-TEST_F(ArraysTest, an_unchanged_element_keeps_the_hosts_type_and_digits) {
-  const Sent sent(array(VT_VARIANT, 0, {0.1, 5, 0.1, 0.1, 0.1, 1}), kVariant);
+TEST_F(ArraysTest, an_element_that_holds_the_result_keeps_the_hosts_type) {
+  // Of 0.1 and "0.5" the Single 0.5 is the same number; 0.1 becomes the Single nearest to it.
+  const Sent sent(array(VT_VARIANT, 0, {0.1, 5, 0.5, 0.5, 0.5, 1}), kVariant);
   const auto* elements = static_cast<const VARIANT*>(sent.variable.v.parray->pvData);
-  std::vector<std::string> before;
-  for (int i = 0; i < 6; ++i) before.push_back(shown(elements[i]));
+  std::vector<std::string> after;
+  for (int i = 0; i < 6; ++i) after.push_back(shown(elements[i]));
+  after[0] = shown(r4(0.1F).v);
+  after[1] = shown(r4(-5).v);
   act(u"Singles", sent, kChange);
-  for (int i = 0; i < 6; ++i) {
-    EXPECT_EQ(shown(elements[i]), i == 1 ? shown(r4(-5).v) : before[static_cast<std::size_t>(i)]);
-  }
-  EXPECT_EQ(elements[0].vt, VT_R8);
+  for (std::size_t i = 0; i < 6; ++i) EXPECT_EQ(shown(elements[i]), after[i]) << i;
   EXPECT_EQ(elements[2].vt, VT_BSTR);
   const Sent flags(array(VT_I2, 0, {7, 2, 0}), kByRef);
   EXPECT_EQ(act(u"Booleans", flags, kChange), "0..2: 1 1 0");
-  EXPECT_EQ(listed(flags.variable.v), "0..2: 7 0 0");
+  EXPECT_EQ(listed(flags.variable.v), "0..2: -1 0 0");
+  // What is only read is not touched, nor is anything after a call that failed.
+  const Sent read(array(VT_VARIANT, 0, {0.1, 0.1, 0.1}), kVariant);
+  const auto* held = static_cast<const VARIANT*>(read.variable.v.parray->pvData);
+  const Sent table(array(VT_I4, 0, {1, 2}, 1), kVariant);
+  EXPECT_EQ(call(object, u"ReadSingles", {read.variant, table.variant}).hr, S_OK);
+  const Sent failing(array(VT_VARIANT, 2, {0.1, 0.1, 0.1}), kVariant);
+  EXPECT_EQ(call(object, u"Singles", {failing.variant, i4(kChange).v}).scode, error_code(9));
+  const auto* same = static_cast<const VARIANT*>(failing.variable.v.parray->pvData);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(held[i].vt, i == 0 ? VT_R8 : i == 1 ? VT_I2 : VT_BSTR);
+    EXPECT_EQ(same[i].vt, held[i].vt) << i;
+  }
 }
 
 TEST_F(ArraysTest, one_array_passed_twice_is_one_array) {
@@ -142,7 +156,7 @@ TEST_F(ArraysTest, an_array_that_its_owner_holds_is_written_but_not_resized) {
   }
   const Sent locked(array(VT_R8, 1, {1, 2, 3}), kByRef);
   SafeArrayLock(locked.variable.v.parray);
-  EXPECT_EQ(call(object, u"Singles", {locked.variant, i4(kResize).v}).scode, DISP_E_ARRAYISLOCKED);
+  EXPECT_EQ(call(object, u"Singles", {locked.variant, i4(kResize).v}).scode, error_code(10));
   EXPECT_EQ(listed(locked.variable.v), "1..3: 1 2 3");
   SafeArrayUnlock(locked.variable.v.parray);
 }
@@ -169,12 +183,14 @@ TEST_F(ArraysTest, what_is_no_fitting_array_is_refused_in_words) {
       {u"Table", array(VT_R4, 1, {1, 2}), 13, "must be a two-dimensional array of Single"},
       {u"Doubles", r8(1), 13, "must be a one-dimensional array of Double"},
       {u"Longs", text(u"1"), 13, "must be a one-dimensional array of Long"},
-      {u"Singles", array(VT_ERROR, 1, {0, 0}), 13, "it has elements that are no numbers"},
-      {u"Singles", array(VT_DISPATCH, 1, {0, 0}), 13, "it has elements that are no numbers"},
-      {u"Singles", bad, 13, "it element (2) cannot be converted"},
-      {u"Table", bad_table, 13, "it element (2, 2) cannot be converted"},
-      {u"Singles", dangling, 13, "it element (1) cannot be converted"},
-      {u"Singles", array(VT_R8, 5, {1, -1e39}), 6, "it element (6) cannot be converted"},
+      {u"Singles", array(VT_ERROR, 1, {0, 0}), 13, "; it has elements that are no numbers"},
+      {u"Singles", array(VT_DISPATCH, 1, {0, 0}), 13, "; it has elements that are no numbers"},
+      {u"Singles", bad, 13, "; its element (2) cannot be converted"},
+      {u"Table", bad_table, 13, "; its element (2, 2) cannot be converted"},
+      {u"Singles", dangling, 13, "; its element (1) cannot be converted"},
+      {u"Singles", array(VT_R8, 5, {1, -1e39}), 6, "; its element (6) cannot be converted"},
+      {u"Longs", array(VT_R8, 1, {1, NAN}), 6, "; its element (2) cannot be converted"},
+      {u"Longs", array(VT_R4, 1, {-3e9}), 6, "; its element (1) cannot be converted"},
   };
   for (const auto& row : rows) {
     for (const Form form : kForms) {
@@ -194,8 +210,8 @@ TEST_F(ArraysTest, what_is_no_fitting_array_is_refused_in_words) {
   for (const std::int32_t what : {kChange, kResize}) {
     const Sent bytes(array(VT_UI1, 1, {1, 1}), kByRef);
     const Answer answer = call(object, u"Singles", {bytes.variant, i4(what).v});
-    EXPECT_EQ(answer.scode, DISP_E_OVERFLOW) << what;
-    EXPECT_EQ(answer.words, u"A changed argument cannot be handed back") << what;
+    EXPECT_EQ(answer.scode, error_code(6)) << what;
+    EXPECT_EQ(answer.words, u"Overflow: argument 'xA' of Singles cannot take its result") << what;
     EXPECT_EQ(listed(bytes.variable.v), "1..2: 1 1") << what;
   }
 }

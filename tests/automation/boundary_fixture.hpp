@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
@@ -11,6 +12,7 @@
 #include "automation/object.hpp"
 #include "automation_host.hpp"
 #include "frame/fault.hpp"
+#include "frame/host_code.hpp"
 
 namespace vqmath63::automation::test {
 
@@ -123,6 +125,28 @@ struct Sample {
     return (xA.allocated() ? xA(xA.upper()) : -1.0F) + (xT.allocated() ? xT(1, 0) : -1.0F);
   }
 
+  static inline std::function<void()> meanwhile;  ///< code of the host that runs during a call
+  /// Runs the host's code, then gives every argument a new value.
+  void Meanwhile(bool& b, std::string& s, Array1<float>& xA, float& f) {
+    {
+      const HostCode code;
+      if (meanwhile) meanwhile();
+    }
+    b = !b;
+    s += "!";
+    xA.redim(1, 2);
+    f += 1;
+  }
+  /// Writes what it never reads.
+  void Answer(std::int32_t& n, bool& b, std::string& s, Array1<float>& xA) {
+    n = 4;
+    b = true;
+    s = "done";
+    xA.redim(1, 2);
+  }
+  void Negate(double& x) { x = -x; }
+  void Keep(std::int32_t&, bool&, Array1<std::int32_t>&) {}
+
  private:
   template <class T>
   static void append(std::string& text, T x) {
@@ -164,7 +188,11 @@ inline constexpr auto kSample = table<Sample>(
     method<&Sample::Fail>         (23, "Fail",          {arg("number"), arg("sWhere")}, ""),
     method<&Sample::Quotient>     (24, "Quotient",      {arg("x"), arg("y")}, ""),
     method<&Sample::JoinRead>     (25, "JoinRead",      {optional_arg("d", 1.5), optional_arg("f", 2.5), optional_arg("n", 7.0), optional_arg("b", true), optional_arg("t", 36526.0), optional_arg("s", "psi")}, ""),
-    method<&Sample::ReadSingles>  (26, "ReadSingles",   {arg("xA"), arg("xT")}, "")
+    method<&Sample::ReadSingles>  (26, "ReadSingles",   {arg("xA"), arg("xT")}, ""),
+    method<&Sample::Meanwhile>    (27, "Meanwhile",     {arg("b"), arg("s"), arg("xA"), arg("f")}, ""),
+    method<&Sample::Answer>       (28, "Answer",        {out("n"), out("b"), out("s"), out("xA")}, ""),
+    method<&Sample::Negate>       (29, "Negate",        {arg("x")}, ""),
+    method<&Sample::Keep>         (30, "Keep",          {arg("n"), arg("b"), arg("xA")}, "")
     // clang-format on
 );
 
@@ -198,6 +226,10 @@ struct ISample : IDispatch {
   virtual HRESULT VQ_API Quotient(double, double, double*) = 0;
   virtual HRESULT VQ_API JoinRead(double*, float*, LONG*, VARIANT_BOOL*, DATE*, BSTR*, BSTR*) = 0;
   virtual HRESULT VQ_API ReadSingles(SAFEARRAY**, SAFEARRAY**, float*) = 0;
+  virtual HRESULT VQ_API Meanwhile(VARIANT_BOOL*, BSTR*, SAFEARRAY**, float*) = 0;
+  virtual HRESULT VQ_API Answer(LONG*, VARIANT_BOOL*, BSTR*, SAFEARRAY**) = 0;
+  virtual HRESULT VQ_API Negate(double*) = 0;
+  virtual HRESULT VQ_API Keep(LONG*, VARIANT_BOOL*, SAFEARRAY**) = 0;
 };
 
 class BoundaryTest : public ::testing::Test {

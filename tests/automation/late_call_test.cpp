@@ -1,5 +1,5 @@
 // Calls by name: names, the binding of arguments, scalars of every kind in every form.
-#include "boundary_fixture.hpp"
+#include "script_fakes.hpp"
 
 namespace vqmath63::automation::test {
 namespace {
@@ -88,7 +88,7 @@ TEST_F(LateCallTest, properties_are_read_and_set_by_their_flags) {
 }
 
 TEST_F(LateCallTest, values_are_converted_as_the_system_does) {
-  each_row("automation.tsv", "conversions", 23, [&](const TableRow& row) {
+  each_row("automation.tsv", "conversions", 28, [&](const TableRow& row) {
     const std::string member = row["member"];
     const Value from = value_of(row["sent"]), result = value_of(row["result"]);
     const HRESULT scode = code_of(row["error"]);
@@ -110,7 +110,7 @@ TEST_F(LateCallTest, values_are_converted_as_the_system_does) {
 }
 
 TEST_F(LateCallTest, references_are_written_back_in_the_hosts_own_form) {
-  each_row("automation.tsv", "write-backs", 15, [&](const TableRow& row) {
+  each_row("automation.tsv", "write-backs", 18, [&](const TableRow& row) {
     const Value from = value_of(row["sent"]);
     for (const Form form : kForms) {
       const bool typed = form == kByRef || form == kVariantOfRef;
@@ -132,6 +132,106 @@ TEST_F(LateCallTest, references_are_written_back_in_the_hosts_own_form) {
     EXPECT_EQ(ascii(characters(call(object, u"JoinRef", {blank.variant}, {u"s"}).result.v.bstrVal)),
               "1.5 2.5 7 1 36526 ");
   }
+}
+
+TEST_F(LateCallTest, a_result_is_in_the_variable_whatever_it_held) {
+  // What a VARIANT variable and one of fixed type hold after Keep, which reads and leaves its
+  // arguments, and after Answer, which writes 4, True, "done" and two zeros without reading.
+  const struct {
+    Value sent, kept_long, kept_flag, typed_long, typed_flag;
+  } rows[] = {
+      {r8(3.7), i4(4), boolean(true), r8(4), r8(-1)},
+      {i2(5), i4(5), boolean(true), i2(5), i2(-1)},
+      {r8(-0.0), i4(0), boolean(false), r8(0), r8(0)},
+      {text(u"4"), i4(4), boolean(true), text(u"4"), text(u"True")},
+  };
+  const Value ones = array(VT_I4, 1, {1});
+  for (const auto& row : rows) {
+    for (const Form form : {kVariant, kVariantOfRef, kByRef}) {
+      const Sent n(row.sent, form), b(row.sent, form), x(ones, kByRef);
+      EXPECT_EQ(call(object, u"Keep", {n.variant, b.variant, x.variant}).hr, S_OK);
+      const bool own = form == kVariant;
+      EXPECT_EQ(shown(n.variable.v), shown(own ? row.kept_long.v : row.typed_long.v)) << form;
+      EXPECT_EQ(shown(b.variable.v), shown(own ? row.kept_flag.v : row.typed_flag.v)) << form;
+    }
+  }
+  for (const Value& held : {empty(), null(), text(u"oil"), r8(1e30), array(VT_R8, 0, {1, 2}, 1),
+                            script_box(text(u"oil")), error(-5), boolean(true), i4(4)}) {
+    const Sent n(held, kVariant), b(held, kVariant), s(held, kVariant), x(held, kVariant);
+    const Answer answer = call(object, u"Answer", {n.variant, b.variant, s.variant, x.variant});
+    EXPECT_EQ(answer.hr, S_OK) << ascii(answer.words);
+    if (held.v.vt == VT_DISPATCH) continue;  // the box holds the last one's result
+    EXPECT_EQ(shown(n.variable.v), shown(i4(4).v)) << held.v.vt;
+    EXPECT_EQ(shown(b.variable.v), shown(boolean(true).v)) << held.v.vt;
+    EXPECT_EQ(shown(s.variable.v), shown(text(u"done").v)) << held.v.vt;
+    EXPECT_EQ(listed(x.variable.v), "1..2: 0 0") << held.v.vt;
+  }
+  // A variable of fixed type that cannot take the result is named.
+  const Sent n(r8(1), kByRef), b(r8(1), kByRef), s(r8(1), kByRef);
+  const Answer answer = call(object, u"Answer", {n.variant, b.variant, s.variant, s.variant});
+  EXPECT_EQ(answer.scode, error_code(13));
+  EXPECT_EQ(ascii(answer.words), "Type mismatch: argument 's' of Answer cannot take its result");
+}
+
+TEST_F(LateCallTest, a_variable_that_the_host_changes_meanwhile_keeps_that_value) {
+  for (const Form form : {kByRef, kVariant, kVariantOfRef}) {
+    for (const VARTYPE element : {VT_R4, VT_R8, VT_VARIANT}) {
+      for (const bool exact : {true, false}) {
+        const Sent b(exact ? boolean(false) : i2(0), form);
+        const Sent s(exact ? text(u"LOG") : i4(12), kVariant), f(exact ? r4(1) : r8(1), form);
+        const Sent x(array(element, 1, {1, 2, 3}), form);
+        const Value given[] = {text(u"a long text of the host's own"), array(VT_R4, 1, {7, 8}),
+                               boolean(true), r8(0.5)};
+        Sample::meanwhile = [&] {
+          // What is locked cannot be let go; a host that moves it away keeps it whole.
+          VARIANT& held = const_cast<VARIANT&>(x.variable.v);
+          EXPECT_EQ(VariantClear(&held), DISP_E_ARRAYISLOCKED);
+          for (const Sent* changed : {&b, &s, &f}) {
+            VARIANT& variable = const_cast<VARIANT&>(changed->variable.v);
+            if (form == kVariant || changed == &s) {
+              VariantCopy(&variable, &given[changed == &s ? 3 : 0].v);
+            } else {
+              variable.llVal ^= 0x70;  // memory of one type, in which only the value changes
+            }
+          }
+        };
+        const std::string before = shown(x.variable.v);
+        const Answer answer =
+            call(object, u"Meanwhile", {b.variant, s.variant, x.variant, f.variant});
+        EXPECT_EQ(answer.hr, S_OK) << ascii(answer.words);
+        EXPECT_EQ(shown(s.variable.v), shown(given[3].v)) << form << element;
+        if (form == kVariant) {
+          EXPECT_EQ(shown(b.variable.v), shown(given[0].v)) << element << exact;
+          EXPECT_EQ(shown(f.variable.v), shown(given[0].v)) << element << exact;
+        } else {
+          EXPECT_EQ(b.variable.v.llVal, 0x70) << form << exact;
+        }
+        EXPECT_EQ(listed(x.variable.v), "1..2: 0 0") << form << element;
+      }
+    }
+  }
+  // An array that is moved away stays the host's, and so does what stands in its place.
+  for (const Form form : {kByRef, kVariant, kVariantOfRef}) {
+    for (const VARTYPE element : {VT_R4, VT_R8}) {
+      Sent x(array(element, 1, {1, 2, 3}), form);
+      const Sent b(boolean(false), kByRef), s(text(u"a"), kByRef), f(r4(1), kByRef);
+      Value moved, fresh = array(element, 1, {9});
+      Sample::meanwhile = [&] {
+        moved.v = x.variable.v;
+        x.variable.v = fresh.v;
+        fresh.v.vt = VT_EMPTY;
+        Value other = text(u"other");
+        std::swap(const_cast<BSTR&>(s.variable.v.bstrVal), other.v.bstrVal);
+      };
+      EXPECT_EQ(call(object, u"Meanwhile", {b.variant, s.variant, x.variant, f.variant}).hr, S_OK);
+      EXPECT_EQ(listed(x.variable.v), "1..1: 9") << form << element;
+      EXPECT_EQ(listed(moved.v), "1..3: 1 2 3") << form << element;
+      EXPECT_EQ(moved.v.parray->cLocks, 0U);
+      EXPECT_EQ(shown(s.variable.v), shown(text(u"other").v));
+      EXPECT_EQ(shown(f.variable.v), shown(r4(2).v));
+    }
+  }
+  Sample::meanwhile = nullptr;
 }
 
 TEST_F(LateCallTest, null_references_are_refused) {

@@ -16,6 +16,7 @@ class ScriptObject final : public IDispatch {
   bool is_array = true;
   std::vector<std::unique_ptr<Value>> elements;  ///< null where the array has a hole
   Value value;
+  std::function<void()> work;  ///< runs in every call
 
   ScriptObject() { ++alive; }
   ~ScriptObject() { --alive; }
@@ -53,6 +54,7 @@ class ScriptObject final : public IDispatch {
   }
   HRESULT VQ_API Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* sent, VARIANT* result,
                         EXCEPINFO*, UINT*) override {
+    if (work) work();
     try {
       if (flags == DISPATCH_METHOD && id == kPush && sent->cArgs == 1) {
         add(sent->rgvarg[0]);

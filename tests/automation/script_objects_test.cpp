@@ -66,11 +66,11 @@ TEST_F(ScriptObjectsTest, objects_that_are_no_fitting_arrays_are_refused) {
     int number;
     const char* words;
   } rows[] = {
-      {u"Singles", script_box(r8(1)), 13, "it is an object without a length, not an array"},
-      {u"Singles", script_array({r8(1), text(u"x")}), 13, "it element (1) cannot be converted"},
+      {u"Singles", script_box(r8(1)), 13, "; it is an object without a length, not an array"},
+      {u"Singles", script_array({r8(1), text(u"x")}), 13, "; its element (1) cannot be converted"},
       {u"Singles", script_array({r8(1), script_array({})}), 13, "element (1) cannot be converted"},
-      {u"Singles", script_array({r8(1e39)}), 6, "it element (0) cannot be converted"},
-      {u"Table", script_array({r8(1)}), 13, "it row (0) is no array"},
+      {u"Singles", script_array({r8(1e39)}), 6, "; its element (0) cannot be converted"},
+      {u"Table", script_array({r8(1)}), 13, "; its row (0) is no array"},
       {u"Table", script_array({script_array({}), script_box(r8(1))}), 13, "row (1) is no array"},
       {u"Table", script_array({script_array({r8(1), text(u"x")})}), 13, "element (0, 1) cannot"},
   };

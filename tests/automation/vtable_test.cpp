@@ -7,7 +7,10 @@
 #include <bit>
 #include <cmath>
 
-#include "boundary_fixture.hpp"
+#include "automation/call_scope.hpp"
+#include "frame/companions.hpp"
+#include "frame/error_handler.hpp"
+#include "script_fakes.hpp"
 
 namespace vqmath63::automation::test {
 namespace {
@@ -287,6 +290,81 @@ TEST_F(VtableTest, the_hosts_floating_point_state_is_neither_met_nor_changed) {
     EXPECT_EQ(shown(answer.result.v), shown(r4(0.1F).v));
     EXPECT_EQ(shown(words.result.v), shown(r4(0.1F).v));
     EXPECT_EQ(overflow.scode, error_code(6));
+  }
+}
+
+// Within a call, by way of each door through which code of the host's own runs: the state is the
+// host's there, the library's behind it, and what the host's code leaves is the host's from then
+// on.
+TEST_F(VtableTest, code_of_the_host_has_the_hosts_floating_point_state) {
+  struct Sort final : ztSortTools {
+    std::function<void()> work;
+    void SortAscending(Array1<float>&, bool&) override { work(); }
+  };
+  fenv_t usual;
+  ASSERT_EQ(fegetenv(&usual), 0);
+  const std::uint32_t library = control();
+  for (const int rounding : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD}) {
+    for (const int left : {FE_TONEAREST, FE_UPWARD, FE_TOWARDZERO}) {
+      std::vector<std::uint32_t> inside, within, after;
+      const auto host = [&] {
+        inside.push_back(control());
+        double third = 0;
+        object->Quotient(1, 3, &third);  // a call within a call
+        within.push_back(control());
+        EXPECT_EQ(third, 1.0 / 3);
+        fesetround(left);
+      };
+      fesetround(left);
+      const std::uint32_t host_left = control();
+      fesetround(rounding);
+      const std::uint32_t host_before = control();
+      const auto run = [&](const auto& call) {
+        fesetround(rounding);
+        call();
+        after.push_back(control());
+        fesetenv(&usual);
+      };
+      set_message_callback([&](const std::string&, bool) { host(); });
+      Sample::meanwhile = [&] {
+        bool flag = true;
+        std::string line = "line";
+        const FloatingPointScope library_again;  // as if the sink were reached from a routine
+        error_handler()->ReportError(line, flag);
+        EXPECT_EQ(control() >> 16, library >> 16);  // 64-bit code has no use for the x87 unit
+      };
+      const Value list = script_array({r8(1)}), box = script_box(r8(1));
+      object_of(list).work = object_of(box).work = host;
+      const Sent b(boolean(false), kByRef), s(text(u"a"), kByRef), x(array(VT_R4, 1, {1}), kByRef);
+      const Sent f(r4(1), kByRef);
+      run([&] { call(object, u"Meanwhile", {b.variant, s.variant, x.variant, f.variant}); });
+      run([&] { call(object, u"Singles", {list.v, i4(kChange).v}); });
+      run([&] { call(object, u"ChangeDouble", {box.v}); });
+      companion_makers().SortTools = [&] {
+        host();
+        const auto made = std::make_shared<Sort>();
+        made->work = host;
+        return made;
+      };
+      Sample::meanwhile = nullptr;
+      run([&] {
+        const FloatingPointScope scope;
+        bool ok = false;
+        Array1<float> none;
+        create_sort_tools()->SortAscending(none, ok);
+        EXPECT_EQ(control() >> 16, library >> 16);  // 64-bit code has no use for the x87 unit
+      });
+      companion_makers() = built_in_makers();
+      set_message_callback({});
+      common_globals() = {};
+      ASSERT_EQ(inside.size(), 7U);
+      EXPECT_EQ(after, std::vector<std::uint32_t>(after.size(), host_left));
+      EXPECT_EQ(within, inside);
+      for (const std::uint32_t state : inside) {
+        EXPECT_TRUE(state == host_before || state == host_left) << rounding << left;
+      }
+      EXPECT_EQ(inside.front(), host_before);
+    }
   }
 }
 
