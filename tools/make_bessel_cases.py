@@ -2,8 +2,8 @@
 """Writes tests/data/bessel_cases.tsv: values of the Bessel functions from 50 and more digits.
 
 Columns: functions, order, argument, and for each function its value, what the value rounded to
-double lacks, and the scale of errors: the value itself, or, for J at x >= max(order, 1) and for Y everywhere, sqrt(J^2 + Y^2).
-Values of orders above 1 come from orders 0 and 1 by recurrence, in the direction in which errors
+double lacks, and the scale of errors: the value itself, or, for J at x >= max(order, 1) and for Y
+everywhere, sqrt(J^2 + Y^2). Values of orders above 1 come from orders 0 and 1 by recurrence, in the direction in which errors
 die out; those of order 2147483647 from expansions (DLMF 10.19.8 at x = n; 10.17.2 far out). Needs
 mpmath.
 

@@ -18,6 +18,11 @@ namespace vqmath63 {
 /// All tables are made when the library is compiled; an instance holds nothing and costs nothing.
 class ztMathLib {
  public:
+  // Where each stands: circular.cpp, hyperbolic.cpp, exponential.cpp (with logarithms, powers and
+  // roots), combinatorics.cpp, gamma.cpp, beta.cpp, incomplete_gamma.cpp, error_function.cpp;
+  // points and cells in geometry_members.cpp; what hands on to tolerant/ and to bessel.hpp in
+  // math_lib.cpp; all others in utilities.cpp.
+
   // Plane coordinates, by the shared maths companion.
 
   /// Angle of the point (X, Y) seen from the origin, in (-pi, pi]; 0 for the origin.
