@@ -56,7 +56,7 @@ bool ztStatistics::Normalise(Array1<float>& xA) {
   return trap<bool>(kNormalise, [&](bool& result) {
     const std::int32_t n = xA.upper();
     // The largest signed value, not the largest magnitude: without a positive sample the signs
-    // turn over, as hosts expect.
+    // turn over, on purpose.
     const float largest = Maximum(xA);
     if (largest == 0.0F) {
       result = true;

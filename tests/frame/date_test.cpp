@@ -18,7 +18,7 @@ using namespace std::chrono;
 constexpr sys_days kDayZero{year{1899} / 12 / 30};
 
 double day_number(const year_month_day& date) {
-  return (sys_days{date} - kDayZero).count();
+  return static_cast<double>((sys_days{date} - kDayZero).count());
 }
 
 TEST(Date, the_calendar_of_automation_dates_is_that_of_the_years_100_to_9999) {
