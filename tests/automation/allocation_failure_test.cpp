@@ -31,6 +31,8 @@ bool refused() noexcept {
 
 #if VQ_HAS_OWN_MALLOC
 
+// Seen by the shared libraries too, whatever the build hides.
+#pragma GCC visibility push(default)
 extern "C" {
 void* __libc_malloc(std::size_t);
 void* __libc_calloc(std::size_t, std::size_t);
@@ -57,6 +59,7 @@ void free(void* block) noexcept {
   __libc_free(block);
 }
 }
+#pragma GCC visibility pop
 
 #else  // the sanitizer keeps malloc and counts the blocks
 

@@ -81,10 +81,11 @@ Sub Properties()
   Check "any text is kept", accumulate.Period = "fort" & Chr(233) & "night"
   data(1, 1) = 0 : data(1, 2) = 5 : data(2, 1) = 1 : data(2, 2) = 20
   result = Array(7, 8)
-  On Error Resume Next
   accumulate.Accumulate data, result, flag
-  CheckError "a one-dimensional result", 13, "dAccumulate"
-  On Error GoTo 0
+  Check "without a result the variable keeps what it held", Not flag And UBound(result) = 1
+  accumulate.Period = "Month"
+  accumulate.Accumulate data, result, flag
+  Check "a result comes whatever its variable held", flag And UBound(result, 2) = 2
   flag = True
   accumulate.Frequency = 0
   accumulate.Accumulate data, Empty, (flag)
