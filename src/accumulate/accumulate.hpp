@@ -22,36 +22,44 @@ class ztAccumulate {
   ztAccumulate(const ztAccumulate&) = delete;
   ztAccumulate& operator=(const ztAccumulate&) = delete;
 
-  /// Start of reporting.
+  /// Start of reporting: period k ends k x Frequency x Period after it. At first the moment of
+  /// creation.
   void put_StartDate(Date value) { start_date_ = value; }
   Date get_StartDate() const { return start_date_; }
   /// Stored, without effect.
   void put_Silent(bool value) { silent_ = value; }
-  /// Reporting periods per row.
+  /// Periods per row, 1 at first. Below 1 Accumulate fails (5).
   void put_Frequency(std::int32_t value) { frequency_ = value; }
   std::int32_t get_Frequency() const { return frequency_; }
   /// Stored and returned, without effect on Accumulate: RateArray decides.
   void put_Rates(bool value) { rates_ = value; }
   bool get_Rates() const { return rates_; }
   /// Per column of the data (1 is the time column), true for a rate, false for a cumulative value.
-  /// The array is copied.
+  /// The array is copied. A column beyond its end fails in Accumulate (9).
   void put_RateArray(const Array1<const Boolean>& value);
-  /// First row of the data that is used, from 1.
+  /// First row of the data that is used, 1 at first. Outside the rows Accumulate fails (9).
   void put_AccumulateIndex(std::int32_t value) { accumulate_index_ = value; }
-  /// Period word in which the data count their time.
+  /// Unit in which column 1 of the data counts time, a word as of Period; "day" at first. With any
+  /// other word Accumulate fails (5).
   void put_DataPeriod(std::string value) { data_period_ = std::move(value); }
-  /// Reporting period word.
+  /// Reporting period: minute, hour, day, week, month, bi-monthly, quarter, half-year or year, in
+  /// any letter case, all but bi-monthly in the plural too; "Month" at first. From month on periods
+  /// go by the calendar. With any other word qOK of Accumulate is false, without a message.
   void put_Period(std::string value) { period_ = std::move(value); }
   std::string get_Period() const { return period_; }
-  /// Moment of time 0 of the data.
+  /// Moment of time 0 of the data; at first that of creation.
   void put_StartData(Date value) { start_data_ = value; }
   Date get_StartData() const { return start_data_; }
   /// Stored, without effect.
   void put_ProductionProfile(bool value) { production_profile_ = value; }
 
   /// Accumulates dArr (time column and series, one sample a row) into dAccumulate, one row per
-  /// reporting period; see AccumulateData. Unless RateArray was set, every series is a rate. NaN:
-  /// as a time error 5; in a series it is in the periods that its sample reaches into.
+  /// reporting period that the data cover: column 1 the days from the start of the first period to
+  /// the end of this one, then of a rate its mean over the period, of a cumulative its value at the
+  /// end. A rate is the mean of the interval that ends at its sample. Unless RateArray was set,
+  /// every series is a rate. qOK true and dAccumulate re-dimensioned when all went well. Fails (5)
+  /// for a time that steps back, and when nothing lies after StartDate. NaN: as a time error 5; in
+  /// a series it is in the periods that its sample reaches into.
   void Accumulate(const Array2<const float>& dArr, Array2<float>& dAccumulate, bool& qOK);
 
  private:

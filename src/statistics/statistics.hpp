@@ -74,7 +74,7 @@ class ztStatistics {
 
   // Measures of one call, which leave the kept summary alone. 0 after a failure, unless said.
 
-  /// Extremes; of equal samples the first counts, and a NaN counts as element 1 only.
+  /// Largest and smallest sample. NaN: counts as element 1 only.
   float Maximum(const Array1<const float>& xA);
   float Minimum(const Array1<const float>& xA);
   /// Index of the extreme, from 1; the first of ties. NaN: counts as element 1 only.
@@ -109,15 +109,16 @@ class ztStatistics {
   /// upper bounds.
   float Cov(const Array1<const float>& xA, const Array1<const float>& yA);
 
-  /// Middle sample in ascending order, mean of the middle two for even n. NaN counts as largest.
-  /// When the sort companion says that it failed: the first sample. O(n) with the built-in sort.
+  /// Middle sample in ascending order, mean of the middle two for even n. When the sort companion
+  /// says that it failed: the first sample. O(n) with the built-in sort. NaN: counts as largest.
   float Median(const Array1<const float>& xA);
 
-  /// The value that a counter of value changes ends with over the ascending samples: each sample
-  /// that differs from the current value counts one, and takes its place once more than the best
-  /// count so far have gone by (so the mode of 1, 2, 2, 2, 5 is 1). ModeBin of them when that never
-  /// happened. The first sample when the sort companion says that it failed. NaN: goes last, each
-  /// one a change of value.
+  /// Not the most frequent value, but the last one to win a count of changes over the ascending
+  /// samples: mode and current value begin as the smallest sample, run and best as 1. Each sample
+  /// other than the current value adds 1 to the run while that is not above best; else the current
+  /// value becomes the mode, the run best, and the sample current with a run of 1. So the mode of
+  /// 1, 2, 2, 2, 5 is 1. ModeBin where no value won. The first sample when the sort companion says
+  /// that it failed. NaN: goes last, each one a change of value.
   float Mode(const Array1<const float>& xA);
 
   /// Mean of the fullest bin over ascending samples. With n/2 bins, then n/4, ... but never fewer
@@ -191,7 +192,7 @@ class ztStatistics {
 
   /// Half width of the confidence interval of the mean, q s / sqrt(n): s the n-1 standard deviation
   /// (in double precision), q the two-sided Student quantile at level dLevel in (0, 1) with n - 1
-  /// degrees of freedom. Error 5 outside (0, 1) and for n < 2. NaN: a sample's flows to the result;
+  /// degrees of freedom. Error 5 outside (0, 1) and for n < 2. NaN: flows to the result;
   /// as dLevel error 5.
   float ConfidenceLimit(const Array1<const float>& xA, const double& dLevel);
   /// The interval itself: mean -/+ half width. NaN: as ConfidenceLimit.
