@@ -41,13 +41,13 @@ def cases():
     for freedom in (1, 2, 3, 7, 30, 31, 1000, 100001, 10000000):
         root = sqrt(mpf(2 * freedom))
         points = {max(freedom + float(k * root), freedom * 0.0625)
-                  for k in (-2, -0.5, 0, 0.25, 3, 12)}
+                  for k in (-2, 0, 3, 12)}
         for point in sorted({round(p * 16) / 16 for p in points} - {0.0}):
             yield "chi", point, freedom, chi(point, freedom)
     yield "chi", 1e-20, 1, chi(1e-20, 1)
     yield "chi", 1400.0, 5, chi(1400.0, 5)
     for freedom in (1, 2, 3, 4, 10, 29, 1000, 1000001):
-        for t in (2.0**-40, 0.125, 0.75, 1.0, 1.5, 2.75, 6.0, 30.0):
+        for t in (2.0**-40, 0.75, 1.5, 6.0, 30.0):
             yield "student", t, freedom, student(t, freedom)
     yield "student", 2.0**80, 3, student(2.0**80, 3)
     starts = {2.0**-30: (1e-9,) * 6, 0.125: (0.16,) * 6, 0.5: (1, 0.8, 0.75, 0.7, 0.68, 0.67),

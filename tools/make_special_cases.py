@@ -8,7 +8,7 @@ Elementary functions ("formula" rows): the function's formula with its own const
 to 53 bits (mpmath). "size" is what the last bit of a platform function can be magnified by on the way:
 in a sum, the larger operand over the result, the most of all sums.
 
-usage: make_special_cases.py [OUTPUT [POINTS]]      POINTS per interval, 5 unless given
+usage: make_special_cases.py [OUTPUT [POINTS]]      POINTS per interval, 4 unless given
 """
 import math
 import pathlib
@@ -231,7 +231,7 @@ def formulas():
 def main():
     target = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else (
         pathlib.Path(__file__).resolve().parent.parent / "tests/data/special_cases.tsv")
-    points = int(sys.argv[2]) if len(sys.argv) > 2 else 5
+    points = int(sys.argv[2]) if len(sys.argv) > 2 else 4
     mp.dps = 50
     lines = [HEADER]
     for name, interval, a, b, x, value in special(points):
