@@ -38,6 +38,14 @@ set(VQ_PUBLIC_HEADERS
   statistics/statistics.hpp
   statistics/sums.hpp)
 
+# A class that hosts create by name is there for hosts in C++ too.
+file(GLOB vq_member_tables CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/src src/*/*_members.hpp)
+list(TRANSFORM vq_member_tables REPLACE "_members\\.hpp$" ".hpp")
+list(REMOVE_ITEM vq_member_tables ${VQ_PUBLIC_HEADERS})
+if(vq_member_tables)
+  message(FATAL_ERROR "cmake/PublicHeaders.cmake does not list ${vq_member_tables}")
+endif()
+
 set(VQ_PUBLIC_INCLUDE ${PROJECT_BINARY_DIR}/include)
 
 list(TRANSFORM VQ_PUBLIC_HEADERS PREPEND ${PROJECT_SOURCE_DIR}/src/ OUTPUT_VARIABLE vq_header_sources)

@@ -60,7 +60,7 @@ class Interfaces {
   std::map<std::string, Member>& members() { return members_; }
   const Member& of(const std::string& key) const {
     const auto found = members_.find(key);
-    if (found == members_.end()) throw std::invalid_argument("no member " + key);
+    if (found == members_.end()) throw std::invalid_argument("no row in interface.tsv for " + key);
     return found->second;
   }
 

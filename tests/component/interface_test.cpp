@@ -66,9 +66,11 @@ TEST(InterfaceTest, classes_and_members_are_described_as_the_table_has_them) {
       }
       members.push_back(line);
     }
-    EXPECT_EQ(described_without(4, programmatic_id(of).c_str()), members) << of.name;
+    EXPECT_EQ(described_without(4, programmatic_id(of).c_str()), members)
+        << of.name << " differs: a new member wants its row in tests/data/interface.tsv";
   }
-  EXPECT_EQ(described_without(2, nullptr), classes);
+  EXPECT_EQ(described_without(2, nullptr), classes)
+      << "a new class wants its line and its rows in tests/data/interface.tsv";
 }
 
 TEST(InterfaceTest, names_have_the_ids_of_the_table) {
@@ -162,6 +164,15 @@ TEST(InterfaceTest, the_reference_page_declares_the_members_of_the_table) {
     }
   }
   EXPECT_EQ(got, want) << "the page is made by: python3 tools/make_reference.py VQGENERATE";
+}
+
+TEST(InterfaceTest, the_readme_lists_every_class) {
+  std::stringstream page;
+  page << std::ifstream(VQ_DOCS "/../README.md").rdbuf();
+  for (const InterfaceClass& of : interface_table()) {
+    EXPECT_NE(page.str().find("| `" + of.name + "` |"), std::string::npos)
+        << "the table of classes in README.md wants a line for " << of.name;
+  }
 }
 
 }  // namespace

@@ -92,8 +92,10 @@ TEST_F(Vqhost, EveryCommandHasATranscriptAndAnExample) {
     const std::string name = line->substr(2, line->find(' ', 2) - 2);
     EXPECT_TRUE(all.find("\n$ " + name + " ") != all.npos ||
                 all.find("\n$ " + name + "\n") != all.npos)
-        << name;
-    EXPECT_NE(run(name + " --help").out.find("xample"), std::string::npos) << name;
+        << "a transcript tests/data/vqhost/*.txt wants a line: $ " << name << " ...";
+    const std::string text = run(name + " --help").out;
+    EXPECT_NE(text.find("vqhost " + name, text.find("xample")), text.npos)
+        << "the notes of the command " << name << " want an example of it";
     ++commands;
   }
   EXPECT_GE(commands, 11);
