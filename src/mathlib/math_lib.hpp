@@ -229,9 +229,12 @@ class ztMathLib {
 
   // Plane geometry. Coordinates share one unit; arrays are read from index 1 to their upper bound.
 
-  /// PointInPolygon (geometry/polygon.hpp) of (x0, y0) and the vertices (X(i), Y(i)), in about a
-  /// nanosecond a vertex. False for X and Y of unequal upper bounds. NaN: a point with one is
-  /// outside; the edges at a vertex with one are not crossed.
+  /// Whether a ray from (x0, y0) towards +X crosses an odd number of the edges of the polygon with
+  /// the vertices (X(i), Y(i)), given open or closed. An edge counts when exactly one of its ends
+  /// is at or above the point; one whose ends agree in Y to a relative 1e-6 is never crossed. So of
+  /// a box's edges the left and the upper one belong to it. False for X and Y of unequal upper
+  /// bounds. About a nanosecond a vertex. NaN: a point with one is outside; the edges at a vertex
+  /// with one are not crossed.
   bool Point_In_Polygon(const float& x0, const float& y0, const Array1<const float>& X,
                         const Array1<const float>& Y) const;
   /// Where segment i meets segment j. The ranges of X and Y must meet exactly, and the parameter of
@@ -256,18 +259,24 @@ class ztMathLib {
 
   // Cells, given by the corners of their top and bottom: geometry/cell.hpp.
 
-  /// Whether the point is inside the cell; false for corner arrays of the wrong shape too. NaN: a
-  /// point with one is outside; a triangle of the cell with one is never crossed.
+  /// Whether a ray from the point straight up, to 1000 above the highest corner, crosses an odd
+  /// number of the cell's 12 triangles. Corner arrays are (X, Y, Z; corner 1 to 4 around the face),
+  /// those of the bottom below those of the top; each face is split from its first to its third
+  /// corner, and a ray through that diagonal is turned over twice. False for corner arrays of the
+  /// wrong shape too. NaN: a point with one is outside; a triangle of the cell with one is never
+  /// crossed.
   bool Point_In_Cube(const float& x0, const float& y0, const float& z0,
                      const Array2<const float>& sTopFace,
                      const Array2<const float>& sBottomFace) const;
-  /// Which of the points (X(i), Y(i), Z(i)) are inside the cell: PointsInCube. NaN: as
-  /// Point_In_Cube.
+  /// Which of the points (X(i), Y(i), Z(i)), i = 1 to the upper bound of X, are inside the cell, as
+  /// Point_In_Cube tells; qInCube has an element for each. From coordinates whose products could
+  /// overflow some microseconds a point, else nanoseconds. NaN: as Point_In_Cube.
   void Points_In_Cube(const Array1<const float>& X, const Array1<const float>& Y,
                       const Array1<const float>& Z, const Array2<const float>& sTopFace,
                       const Array2<const float>& sBottomFace, Array1<Boolean>& qInCube,
                       bool& qOK) const;
-  /// The same, with the indices of the points inside and their number. NaN: as Point_In_Cube.
+  /// The same; NumPoints is the number of points inside, and PointsIndex holds their indices (with
+  /// none inside, as many zeros as there are points). NaN: as Point_In_Cube.
   void Points_In_CubeIndex(const Array1<const float>& X, const Array1<const float>& Y,
                            const Array1<const float>& Z, const Array2<const float>& sTopFace,
                            const Array2<const float>& sBottomFace, std::int32_t& NumPoints,

@@ -29,7 +29,9 @@ class ztRegression {
   /// The type's name, or the word last set when it named no type.
   std::string get_RegressionType() const { return text_; }
 
-  /// Number of coefficients of the polynomial fit; no value is rejected.
+  /// Number of coefficients of the polynomial fit, of the powers 0 to one less; 1 at first. No
+  /// value is rejected here; below 1 Regression fails (9) for the polynomial type, and above 42
+  /// there is no fit.
   void put_RegressionOrder(std::int32_t value) { order_ = value; }
 
   /// Fits samples 1 to the upper bound of xA and keeps the line in A, B and R; `weights` is for the
