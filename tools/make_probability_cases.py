@@ -2,6 +2,8 @@
 """Writes tests/data/probability_cases.tsv: tail probabilities at 50 digits (python3-mpmath), as the
 nearest Doubles.
 
+One and two degrees of freedom have closed forms, which the test itself has.
+
   chi       chi squared, degrees of freedom: chance of a larger chi squared
   student   t, degrees of freedom: chance of a smaller |t|, chance of a larger one
   quantile  level, degrees of freedom: the |t| that stays unexceeded with that chance
@@ -38,7 +40,7 @@ def quantile(level, freedom, start):
 
 
 def cases():
-    for freedom in (1, 2, 3, 7, 30, 31, 1000, 100001, 10000000):
+    for freedom in (3, 7, 30, 31, 1000, 100001, 10000000):
         root = sqrt(mpf(2 * freedom))
         points = {max(freedom + float(k * root), freedom * 0.0625)
                   for k in (-2, 0, 3, 12)}
@@ -46,16 +48,16 @@ def cases():
             yield "chi", point, freedom, chi(point, freedom)
     yield "chi", 1e-20, 1, chi(1e-20, 1)
     yield "chi", 1400.0, 5, chi(1400.0, 5)
-    for freedom in (1, 2, 3, 4, 10, 29, 1000, 1000001):
+    for freedom in (3, 4, 10, 29, 1000, 1000001):
         for t in (2.0**-40, 0.75, 1.5, 6.0, 30.0):
             yield "student", t, freedom, student(t, freedom)
     yield "student", 2.0**80, 3, student(2.0**80, 3)
-    starts = {2.0**-30: (1e-9,) * 6, 0.125: (0.16,) * 6, 0.5: (1, 0.8, 0.75, 0.7, 0.68, 0.67),
-              0.75: (2.4, 1.6, 1.3, 1.2, 1.16, 1.15), 0.9375: (10, 3.8, 2.2, 2, 1.9, 1.87),
-              0.9990234375: (650, 32, 6.8, 4.1, 3.35, 3.3),
-              1 - 2.0**-40: (7e11, 1e6, 560, 23, 8.5, 7)}
+    starts = {2.0**-30: (1e-9,) * 4, 0.125: (0.16,) * 4, 0.5: (0.75, 0.7, 0.68, 0.67),
+              0.75: (1.3, 1.2, 1.16, 1.15), 0.9375: (2.2, 2, 1.9, 1.87),
+              0.9990234375: (6.8, 4.1, 3.35, 3.3),
+              1 - 2.0**-40: (560, 23, 8.5, 7)}
     for level, guesses in starts.items():
-        for freedom, start in zip((1, 2, 5, 14, 120, 100000), guesses):
+        for freedom, start in zip((5, 14, 120, 100000), guesses):
             yield "quantile", level, freedom, quantile(level, freedom, start)
 
 

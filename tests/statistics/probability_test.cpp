@@ -23,7 +23,7 @@ TEST(Probability, agrees_with_fifty_digits) {
   };
   std::map<std::string, Bound> bounds = {
       {"chi", {1e-13}}, {"student", {1e-11}}, {"quantile", {1e-12}}};
-  each_row("probability_cases.tsv", "", 121, [&](const TableRow& row) {
+  each_row("probability_cases.tsv", "", 89, [&](const TableRow& row) {
     const std::string kind = row["kind"];
     const double at = row["at"], freedom = row["freedom"];
     const std::vector<double> want = row["results"];
@@ -39,7 +39,7 @@ TEST(Probability, agrees_with_fifty_digits) {
     ++bounds.at(kind).rows;
     EXPECT_LT(error, bounds.at(kind).bound) << kind << " at " << at << ", " << freedom;
   });
-  for (const auto& [name, bound] : bounds) EXPECT_GT(bound.rows, 35) << name;
+  for (const auto& [name, bound] : bounds) EXPECT_GT(bound.rows, 25) << name;
 }
 
 TEST(Probability, agrees_with_closed_forms) {
