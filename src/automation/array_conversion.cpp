@@ -167,6 +167,8 @@ HRESULT write_back(const Results& results, SAFEARRAY* target) {
   SafeArrayGetVartype(target, &type);
   const ArrayLock lock(target);
   if (FAILED(lock.result())) return lock.result();
+  // Code of the host that ran while another result was handed back may have made it shorter.
+  if (element_count(target) != results.count()) return S_OK;
   const std::size_t size = SafeArrayGetElemsize(target);
   auto* out = static_cast<std::byte*>(target->pvData);
   HRESULT outcome = S_OK;

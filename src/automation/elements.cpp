@@ -30,15 +30,28 @@ HRESULT store_number(double number, VARTYPE type, void* to) noexcept {
   }
 }
 
+bool is_object(const VARIANT& value) {
+  return (value.vt & ~VT_BYREF) == VT_DISPATCH;
+}
+
+bool is_null_reference(const VARIANT& value) {
+  return (value.vt & VT_BYREF) != 0 && value.byref == nullptr;
+}
+
+Reference<IDispatch> object_in(const VARIANT& value) {
+  if (is_null_reference(value)) return {};
+  return Reference<IDispatch>::to((value.vt & VT_BYREF) != 0 ? *value.ppdispVal : value.pdispVal);
+}
+
 HRESULT change_object(const VARIANT& from, VARTYPE to, LCID locale, VARIANT& out) {
-  auto held = Reference<IDispatch>::to((from.vt & VT_BYREF) != 0 ? *from.ppdispVal : from.pdispVal);
+  auto held = object_in(from);
   constexpr int kMostObjects = 8;  // one whose value is itself has no end
   for (int i = 0; held && i < kMostObjects; ++i) {
     Variant value;
     const HRESULT read = default_value(held.get(), locale, value);
     if (FAILED(read)) return read;
-    if (value.vt != VT_DISPATCH) return change_type(value, to, locale, out);
-    held = Reference<IDispatch>::to(value.pdispVal);
+    if (!is_object(value)) return change_type(value, to, locale, out);
+    held = object_in(value);
   }
   return DISP_E_TYPEMISMATCH;
 }
@@ -61,7 +74,9 @@ std::size_t value_size(VARTYPE type) {
     case VT_UI8:
       return 8;
     case VT_BSTR:
-      return sizeof(BSTR);
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+      return sizeof(void*);
     case VT_VARIANT:
       return sizeof(VARIANT);
     default:
@@ -107,9 +122,10 @@ void load_variant(VARTYPE type, const void* from, VARIANT* out) {
 }
 
 HRESULT change_type(const VARIANT& from, VARTYPE to, LCID locale, VARIANT& out) {
+  if (is_object(from)) return change_object(from, to, locale, out);
+  if (is_null_reference(from)) return DISP_E_TYPEMISMATCH;
   const bool behind = (from.vt & VT_BYREF) != 0;
   const auto type = static_cast<VARTYPE>(from.vt & ~VT_BYREF);
-  if (type == VT_DISPATCH) return change_object(from, to, locale, out);
   double number = 0.0;
   if (read_number(type, behind ? from.byref : &from.llVal, number)) {
     VARIANT made{};
@@ -151,17 +167,20 @@ HRESULT store_element(VARTYPE from_type, const void* from, VARTYPE to_type, void
   if (to_type == VT_VARIANT) {
     auto* target = static_cast<VARIANT*>(to);
     if (target->vt == (VT_BYREF | VT_VARIANT)) target = target->pvarVal;
-    const VARIANT old = *target;
+    if (target == nullptr) return DISP_E_TYPEMISMATCH;  // the host's element is another one by now
+    Variant old;  // let go after the element has its number, for that may run code of the host
+    static_cast<VARIANT&>(old) = *target;
     *target = value;
-    Variant gone;  // after the element has its number: to let go of an object runs other code
-    static_cast<VARIANT&>(gone) = old;
     return S_OK;
   }
-  VARIANT converted{};
+  Variant converted;
   const HRESULT result = change_type(value, to_type, 0, converted);
   if (FAILED(result)) return result;
-  if (to_type == VT_BSTR) SysFreeString(*static_cast<BSTR*>(to));
-  std::memcpy(to, &converted.llVal, value_size(to_type));
+  if (to_type == VT_BSTR) {
+    replace_text(*static_cast<BSTR*>(to), OwnedText(converted.release().bstrVal));
+  } else {
+    std::memcpy(to, &converted.llVal, value_size(to_type));
+  }
   return S_OK;
 }
 

@@ -121,11 +121,15 @@ class LateArguments {
     held_.release();
     for (std::size_t i = 0; i < count_; ++i) arguments_[i]->settle();
     HRESULT outcome = S_OK;
-    for (std::size_t i = 0; i < count_; ++i) {
-      const HRESULT back = arguments_[i]->hand_back(succeeded);
-      if (FAILED(back) && SUCCEEDED(outcome)) {
-        outcome = back;
-        failed = i;
+    // Objects of a script last: what their code gives the other variables is their values then.
+    for (const bool scripts : {false, true}) {
+      for (std::size_t i = 0; i < count_; ++i) {
+        if (arguments_[i]->is_script() != scripts) continue;
+        const HRESULT back = arguments_[i]->hand_back(succeeded);
+        if (FAILED(back) && (SUCCEEDED(outcome) || i < failed)) {
+          outcome = back;
+          failed = i;
+        }
       }
     }
     return outcome;

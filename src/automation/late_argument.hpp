@@ -41,6 +41,9 @@ class LateArgument {
   /// from another one's of the same variable.
   void settle() noexcept { kept_by_host_ = noted_ && !holds_what_was_taken(); }
 
+  /// The value is an object of a script, whose own code takes the result.
+  bool is_script() const { return static_cast<bool>(script_); }
+
   /// Hands what the member wrote back to the host; after a failed call only what it changed.
   HRESULT hand_back(bool succeeded) noexcept;
 

@@ -110,6 +110,7 @@ HRESULT LateArray::hand_back_changes(bool succeeded) {
       const HRESULT refilled = refill_script_array(array_.get(), script_.get());
       // An object that is no array is what the variable held until now.
       const bool no_array = refilled == DISP_E_UNKNOWNNAME || refilled == DISP_E_MEMBERNOTFOUND;
+      settle();
       return no_array && !by_value() && !kept_by_host() ? replace_host_array() : refilled;
     }
     const Results results(array_.get(), numbers_, succeeded);
@@ -123,6 +124,9 @@ HRESULT LateArray::hand_back_changes(bool succeeded) {
 }
 
 HRESULT LateArray::replace_host_array() {
+  if (is_array(*target_) && array_in(*target_) != nullptr && is_fixed(array_in(*target_))) {
+    return DISP_E_ARRAYISLOCKED;
+  }
   const VARTYPE element = is_array(*target_) ? element_of(*target_) : VARTYPE{VT_VARIANT};
   OwnedArray fresh;
   if (array_ && element == sent_.info.type.vt) {

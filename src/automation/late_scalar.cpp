@@ -35,13 +35,12 @@ bool same_bits(const VARIANT& a, const VARIANT& b) {
 // Stores `value` where a by-reference variant of type BYREF|X points to.
 HRESULT store_through(const VARIANT& reference, const VARIANT& value) {
   const auto wanted = static_cast<VARTYPE>(reference.vt & ~static_cast<VARTYPE>(VT_BYREF));
-  if (!convertible_element(wanted)) return DISP_E_TYPEMISMATCH;
+  if (!convertible_element(wanted) || reference.byref == nullptr) return DISP_E_TYPEMISMATCH;
   Variant converted;
   const HRESULT changed = change_type(value, wanted, LOCALE_USER_DEFAULT, converted);
   if (FAILED(changed)) return changed;
   if (wanted == VT_BSTR) {
-    const OwnedText old(*reference.pbstrVal);
-    *reference.pbstrVal = converted.release().bstrVal;
+    replace_text(*reference.pbstrVal, OwnedText(converted.release().bstrVal));
     return S_OK;
   }
   std::memcpy(reference.byref, &converted.llVal, value_size(wanted));
@@ -126,6 +125,7 @@ HRESULT LateScalar::hand_back_changes(bool succeeded) {
     const HRESULT put = write_property(script_.get(), VQ_OLESTR("value"), value_);
     // An object that is no box is what the variable held until now.
     if (by_value() || (put != DISP_E_UNKNOWNNAME && put != DISP_E_MEMBERNOTFOUND)) return put;
+    settle();
   }
   if (by_value() || kept_by_host()) return S_OK;
   // Another argument may stand for the same variable.

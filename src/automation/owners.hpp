@@ -92,6 +92,11 @@ struct FreeText {
 /// A BSTR of our own, until it is handed over.
 using OwnedText = std::unique_ptr<OLECHAR, FreeText>;
 
+/// Puts a text into a variable that owns its text.
+inline void replace_text(BSTR& variable, OwnedText text) noexcept {
+  const OwnedText old(std::exchange(variable, text.release()));
+}
+
 /// One reference to an object behind an interface, or none.
 template <class Interface>
 class Reference {

@@ -1,13 +1,13 @@
 #include "automation/parameter.hpp"
 
+#include "automation/owners.hpp"
+
 namespace vqmath63::automation {
 
 HRESULT TextConvert::out(const std::string& value, BSTR& target) noexcept {
   try {
     if (text_of(target) == value) return S_OK;  // the host's own string stays in place
-    BSTR fresh = new_bstr(value);
-    SysFreeString(target);
-    target = fresh;
+    replace_text(target, OwnedText(new_bstr(value)));
     return S_OK;
   } catch (...) {
     return E_OUTOFMEMORY;

@@ -140,25 +140,22 @@ TEST_F(ArraysTest, one_array_passed_twice_is_one_array) {
 
 TEST_F(ArraysTest, an_array_that_its_owner_holds_is_written_but_not_resized) {
   for (const USHORT feature : {FADF_FIXEDSIZE, FADF_STATIC, FADF_AUTO, USHORT{0}}) {
-    const Sent sent(array(VT_R4, 1, {1, 2, 3}), kByRef);
-    SAFEARRAY* const held = sent.variable.v.parray;
-    held->fFeatures = static_cast<USHORT>(held->fFeatures | feature);
-    if (feature == 0) SafeArrayLock(held);
-    for (const std::int32_t what : {kResize, kErase}) {
-      EXPECT_EQ(call(object, u"Singles", {sent.variant, i4(what).v}).scode, error_code(10));
+    for (const VARTYPE element : {VT_R4, VT_R8}) {
+      const Sent sent(array(element, 1, {1, 2, 3}), kByRef);
+      SAFEARRAY* const held = sent.variable.v.parray;
+      held->fFeatures = static_cast<USHORT>(held->fFeatures | feature);
+      if (feature == 0) SafeArrayLock(held);
+      for (const std::int32_t what : {kResize, kErase}) {
+        EXPECT_EQ(call(object, u"Singles", {sent.variant, i4(what).v}).scode, error_code(10));
+        ASSERT_EQ(sent.variable.v.parray, held) << feature << element;
+      }
+      EXPECT_EQ(act(u"Singles", sent, kChange), "1..3: 1 2 3");
+      EXPECT_EQ(listed(sent.variable.v), "1..3: -1 2 3") << feature << element;
+      EXPECT_EQ(held->cLocks, feature == 0 ? 1U : 0U);
+      if (feature == 0) SafeArrayUnlock(held);
+      held->fFeatures = FADF_HAVEVARTYPE;
     }
-    EXPECT_EQ(act(u"Singles", sent, kChange), "1..3: 1 2 3");
-    EXPECT_EQ(sent.variable.v.parray, held);
-    EXPECT_EQ(listed(sent.variable.v), "1..3: -1 2 3") << feature;
-    EXPECT_EQ(held->cLocks, feature == 0 ? 1U : 0U);
-    if (feature == 0) SafeArrayUnlock(held);
-    held->fFeatures = FADF_HAVEVARTYPE;
   }
-  const Sent locked(array(VT_R8, 1, {1, 2, 3}), kByRef);
-  SafeArrayLock(locked.variable.v.parray);
-  EXPECT_EQ(call(object, u"Singles", {locked.variant, i4(kResize).v}).scode, error_code(10));
-  EXPECT_EQ(listed(locked.variable.v), "1..3: 1 2 3");
-  SafeArrayUnlock(locked.variable.v.parray);
 }
 
 TEST_F(ArraysTest, what_is_no_fitting_array_is_refused_in_words) {
@@ -173,6 +170,12 @@ TEST_F(ArraysTest, what_is_no_fitting_array_is_refused_in_words) {
   const Value bad = with(line, 2, error(-5).v);
   const Value bad_table = with(array(VT_VARIANT, 1, {1, 2, 3, 4, 5, 6}, 2), 4, null().v);
   const Value dangling = with(line, 1, reference(VT_VARIANT, nullptr));
+  const Value no_number = with(line, 1, reference(VT_R8, nullptr));
+  const Value no_object = with(line, 1, reference(VT_DISPATCH, nullptr));
+  CountingObject endless;  // whose value is a reference to itself
+  IDispatch* itself = &endless;
+  endless.default_value = reference(VT_DISPATCH, &itself);
+  const Value round = with(line, 1, endless.default_value);
   const struct {
     const char16_t* member;
     Value sent;
@@ -188,6 +191,9 @@ TEST_F(ArraysTest, what_is_no_fitting_array_is_refused_in_words) {
       {u"Singles", bad, 13, "; its element (2) cannot be converted"},
       {u"Table", bad_table, 13, "; its element (2, 2) cannot be converted"},
       {u"Singles", dangling, 13, "; its element (1) cannot be converted"},
+      {u"Singles", no_number, 13, "; its element (1) cannot be converted"},
+      {u"Singles", no_object, 13, "; its element (1) cannot be converted"},
+      {u"Singles", round, 13, "; its element (1) cannot be converted"},
       {u"Singles", array(VT_R8, 5, {1, -1e39}), 6, "; its element (6) cannot be converted"},
       {u"Longs", array(VT_R8, 1, {1, NAN}), 6, "; its element (2) cannot be converted"},
       {u"Longs", array(VT_R4, 1, {-3e9}), 6, "; its element (1) cannot be converted"},

@@ -145,6 +145,12 @@ struct Sample {
     xA.redim(1, 2);
   }
   void Negate(double& x) { x = -x; }
+  void Turn(Array1<float>& xA, Array1<float>& xB) {
+    for (std::int32_t i = 1; i <= 3; ++i) {
+      xA(i) = -xA(i);
+      xB(i) = -xB(i);
+    }
+  }
   void Keep(std::int32_t&, bool&, Array1<std::int32_t>&) {}
 
  private:
@@ -192,7 +198,8 @@ inline constexpr auto kSample = table<Sample>(
     method<&Sample::Meanwhile>    (27, "Meanwhile",     {arg("b"), arg("s"), arg("xA"), arg("f")}, ""),
     method<&Sample::Answer>       (28, "Answer",        {out("n"), out("b"), out("s"), out("xA")}, ""),
     method<&Sample::Negate>       (29, "Negate",        {arg("x")}, ""),
-    method<&Sample::Keep>         (30, "Keep",          {arg("n"), arg("b"), arg("xA")}, "")
+    method<&Sample::Keep>         (30, "Keep",          {arg("n"), arg("b"), arg("xA")}, ""),
+    method<&Sample::Turn>         (31, "Turn",          {arg("xA"), arg("xB")}, "")
     // clang-format on
 );
 
@@ -230,6 +237,7 @@ struct ISample : IDispatch {
   virtual HRESULT VQ_API Answer(LONG*, VARIANT_BOOL*, BSTR*, SAFEARRAY**) = 0;
   virtual HRESULT VQ_API Negate(double*) = 0;
   virtual HRESULT VQ_API Keep(LONG*, VARIANT_BOOL*, SAFEARRAY**) = 0;
+  virtual HRESULT VQ_API Turn(SAFEARRAY**, SAFEARRAY**) = 0;
 };
 
 class BoundaryTest : public ::testing::Test {

@@ -86,6 +86,49 @@ TEST_F(ScriptObjectsTest, objects_that_are_no_fitting_arrays_are_refused) {
   }
 }
 
+TEST_F(ScriptObjectsTest, variables_that_a_script_reassigns_keep_that_value) {
+  // The script's code runs when its object is read (0) and when it gets its result (1). All that
+  // was taken before, or is handed back, is the host's; the object is the last argument, or first.
+  for (const bool handing_back : {false, true}) {
+    for (const Value& other : {empty(), r8(0.5), text(u"a text of the host's own")}) {
+      const Value box = script_box(r8(1));
+      const bool first = handing_back;
+      Sent b(first ? box : boolean(false), kVariant), s(text(u"LOG"), kVariant);
+      Sent x(array(VT_VARIANT, 1, {1, 2, 3}), kVariant), f(first ? r8(1) : box, kVariant);
+      Value moved;
+      int calls = 0;
+      object_of(box).work = [&] {
+        if (calls++ != (handing_back ? 1 : 0)) return;
+        std::swap(moved.v, x.variable.v);
+        for (Sent* const sent : {&b, &s, &x, &f}) VariantCopy(&sent->variable.v, &other.v);
+      };
+      const Answer answer =
+          call(object, u"Meanwhile", {b.variant, s.variant, x.variant, f.variant});
+      EXPECT_EQ(answer.hr, S_OK) << ascii(answer.words);
+      EXPECT_EQ(calls, 2);
+      for (const Sent* const sent : {&b, &s, &x, &f}) {
+        EXPECT_EQ(shown(sent->variable.v), shown(other.v)) << handing_back;
+      }
+    }
+  }
+  // To let go of what an element held runs other code too, which may make the next array shorter.
+  CountingObject held;
+  held.default_value = r8(1).v;
+  Sent x(array(VT_VARIANT, 1, {1, 2, 3}), kByRef), y(array(VT_VARIANT, 1, {1, 2, 3}), kByRef);
+  *static_cast<VARIANT*>(x.variable.v.parray->pvData) = as_value(nullptr).v;
+  auto& element = *static_cast<VARIANT*>(x.variable.v.parray->pvData);
+  element.pdispVal = &held;
+  held.AddRef();
+  held.context = y.variable.v.parray;
+  held.on_release = [](CountingObject& gone) {
+    SAFEARRAYBOUND one{1, 1};
+    if (gone.references == 0) SafeArrayRedim(static_cast<SAFEARRAY*>(gone.context), &one);
+  };
+  EXPECT_EQ(call(object, u"Turn", {x.variant, y.variant}).hr, S_OK);
+  EXPECT_EQ(listed(x.variable.v), "1..3: -1 -2 -3");
+  EXPECT_EQ(listed(y.variable.v), "1..1: 1");
+}
+
 TEST_F(ScriptObjectsTest, boxes_carry_scalars_by_reference) {
   const struct {
     const char16_t* member;
