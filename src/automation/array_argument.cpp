@@ -6,11 +6,6 @@
 #include "frame/fault.hpp"
 
 namespace vqmath63::automation {
-namespace {
-
-constexpr std::int32_t kTypeMismatch = 13;
-
-}  // namespace
 
 std::string array_type_text(VARTYPE element, int rank) {
   std::string text = rank == 2 ? "a two-dimensional array of " : "a one-dimensional array of ";
@@ -38,7 +33,7 @@ BorrowedSafeArray::BorrowedSafeArray(SAFEARRAY** place, VARTYPE element, int ran
   SAFEARRAY* array = sent_ = *place;
   if (is_unset(array)) return;
   if (array->cDims != rank || !holds(array, element)) {
-    raise_for_argument(kTypeMismatch, member, argument,
+    raise_for_argument(number_of(ErrorNumber::kTypeMismatch), member, argument,
                        "must be " + array_type_text(element, rank));
   }
   if (is_fixed(array)) resizing_ = Resizing::kRefused;

@@ -28,13 +28,13 @@ HRESULT result_of_number(std::int32_t number) noexcept {
 std::int32_t number_of_result(HRESULT result) noexcept {
   switch (result) {
     case DISP_E_OVERFLOW:
-      return 6;
+      return number_of(ErrorNumber::kOverflow);
     case E_OUTOFMEMORY:
-      return 7;
+      return number_of(ErrorNumber::kOutOfMemory);
     case DISP_E_ARRAYISLOCKED:
-      return 10;
+      return number_of(ErrorNumber::kArrayLocked);
     case DISP_E_TYPEMISMATCH:
-      return 13;
+      return number_of(ErrorNumber::kTypeMismatch);
     default:
       return result;
   }

@@ -6,6 +6,7 @@
 #include "automation/elements.hpp"
 #include "automation/failure.hpp"
 #include "automation/text.hpp"
+#include "frame/fault.hpp"
 
 namespace vqmath63::automation {
 
@@ -30,9 +31,9 @@ LateArgument::LateArgument(const Sent& sent) : sent_(sent), target_(sent.given) 
 }
 
 void LateArgument::refuse(HRESULT why, const std::string& detail) const {
-  constexpr std::int32_t kTypeMismatch = 13;
   const std::int32_t number = number_of_result(why);
-  raise_for_argument(number < 0 ? kTypeMismatch : number, sent_.member, sent_.info.name, detail);
+  raise_for_argument(number < 0 ? number_of(ErrorNumber::kTypeMismatch) : number, sent_.member,
+                     sent_.info.name, detail);
 }
 
 LateArgument::Identity LateArgument::identity() const noexcept {

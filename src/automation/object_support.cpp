@@ -1,6 +1,7 @@
 #include "automation/object_support.hpp"
 
 #include <new>
+#include <utility>
 
 #include "automation/owners.hpp"
 
@@ -140,21 +141,15 @@ HRESULT load_type_info(REFIID id, ITypeInfo** out) noexcept {
   HRESULT result = S_OK;
   AcquireSRWLockExclusive(&library_lock);
   if (library == nullptr) result = load_library(&library);
-  ITypeLib* const held = library;
-  if (held != nullptr) held->AddRef();
+  const auto held = Reference<ITypeLib>::to(library);
   ReleaseSRWLockExclusive(&library_lock);
-  if (held == nullptr) return result;
-  result = held->GetTypeInfoOfGuid(id, out);
-  held->Release();
-  return result;
+  return held ? held->GetTypeInfoOfGuid(id, out) : result;
 }
 
 void release_type_library() noexcept {
   AcquireSRWLockExclusive(&library_lock);
-  ITypeLib* const held = library;
-  library = nullptr;
+  const Reference<ITypeLib> held(std::exchange(library, nullptr));
   ReleaseSRWLockExclusive(&library_lock);
-  if (held != nullptr) held->Release();
 }
 
 #else

@@ -1,7 +1,5 @@
 #include "automation/parameter.hpp"
 
-#include "automation/owners.hpp"
-
 namespace vqmath63::automation {
 
 HRESULT TextConvert::out(const std::string& value, BSTR& target) noexcept {

@@ -11,6 +11,7 @@
 #include "automation/array_argument.hpp"
 #include "automation/class_info.hpp"
 #include "automation/failure.hpp"
+#include "automation/owners.hpp"
 #include "automation/text.hpp"
 #include "frame/array.hpp"
 #include "frame/date.hpp"
@@ -326,35 +327,41 @@ struct Param<const Array1<const T>&> : ArrayParam<Array1, const T, 1> {};
 template <class T>
 struct Param<const Array2<const T>&> : ArrayParam<Array2, const T, 2> {};
 
-/// How a result is stored at the interface.
+/// A number on its way to the host, as OwnedText is a text.
+template <class Abi>
+struct HeldNumber {
+  Abi value{};
+  Abi release() noexcept { return value; }
+};
+
+/// How a result is stored at the interface, and what holds it until the host gets it.
 template <class R>
 struct Result {
   using Abi = typename Param<R>::Abi;
+  using Held = HeldNumber<Abi>;
   static constexpr ValueType kType = Param<R>::kType;
-  /// Lets go of a stored result that the host will not get.
-  static void discard(Abi) {}
-  static Abi store(R value) { return static_cast<Abi>(value); }
+  static Held hold(R value) { return {static_cast<Abi>(value)}; }
 };
 template <>
 struct Result<bool> {
   using Abi = VARIANT_BOOL;
   static constexpr ValueType kType{VT_BOOL, 0, false};
-  static void discard(Abi) {}
-  static Abi store(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
+  using Held = HeldNumber<Abi>;
+  static Held hold(bool value) { return {value ? VARIANT_TRUE : VARIANT_FALSE}; }
 };
 template <>
 struct Result<Date> {
   using Abi = DATE;
   static constexpr ValueType kType{VT_DATE, 0, false};
-  static void discard(Abi) {}
-  static Abi store(Date value) { return value.value; }
+  using Held = HeldNumber<Abi>;
+  static Held hold(Date value) { return {value.value}; }
 };
 template <>
 struct Result<std::string> {
   using Abi = BSTR;
   static constexpr ValueType kType{VT_BSTR, 0, false};
-  static void discard(BSTR stored) { SysFreeString(stored); }
-  static Abi store(const std::string& value) { return new_bstr(value); }
+  using Held = OwnedText;
+  static Held hold(const std::string& value) { return OwnedText(new_bstr(value)); }
 };
 template <>
 struct Result<void> {

@@ -102,13 +102,11 @@ struct Thunk<kTable, kRow, R (C::*)(A...)> : ThunkBase<kTable, kRow, C, R, A...>
       return refuse_null_result(class_info<kTable>(), std::get<kRow>(kTable.rows).name);
     }
     *result = ResultAbi{};
+    typename Result<R>::Held held;
     const HRESULT outcome = Thunk::run(
-        self, [&](const auto& native) { *result = Result<R>::store(native()); },
+        self, [&](const auto& native) { held = Result<R>::hold(native()); },
         std::index_sequence_for<A...>{}, a...);
-    if (FAILED(outcome)) {  // also of a value that could not be handed back
-      Result<R>::discard(*result);
-      *result = ResultAbi{};
-    }
+    if (SUCCEEDED(outcome)) *result = held.release();  // nothing where a value was not handed back
     return outcome;
   }
 };

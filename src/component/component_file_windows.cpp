@@ -1,8 +1,8 @@
 // The component's file on Windows, by what the loader knows of it.
 #include "component/component_file.hpp"
 
+#include "automation/owners.hpp"
 #include "automation/text.hpp"
-#include "automation/types.hpp"
 #include "component/module_path_windows.hpp"
 
 namespace vqmath63::component {
@@ -24,15 +24,14 @@ std::string modified_text(const fs::path& file) {
   FILETIME local;
   SYSTEMTIME parts;
   DATE date = 0;
-  BSTR text = nullptr;
+  automation::Variant text;
   if (!FileTimeToLocalFileTime(&data.ftLastWriteTime, &local) ||
       !FileTimeToSystemTime(&local, &parts) || !SystemTimeToVariantTime(&parts, &date) ||
-      FAILED(VarBstrFromDate(date, LOCALE_USER_DEFAULT, 0, &text))) {
+      FAILED(VarBstrFromDate(date, LOCALE_USER_DEFAULT, 0, &text.bstrVal))) {
     return {};
   }
-  std::string result = automation::text_of(text);
-  SysFreeString(text);
-  return result;
+  text.vt = VT_BSTR;
+  return automation::text_of(text.bstrVal);
 }
 
 }  // namespace
