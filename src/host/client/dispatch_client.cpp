@@ -40,9 +40,8 @@ std::string result_text(HRESULT result) {
 }  // namespace
 
 std::string taken_text(BSTR text) {
-  std::string out = text == nullptr ? std::string() : utf8({text, SysStringLen(text)});
-  SysFreeString(text);
-  return out;
+  const automation::OwnedText taken(text);
+  return automation::text_of(text);
 }
 
 double automation_date(double days) {
@@ -54,11 +53,6 @@ double automation_date(double days) {
 double day_count(double automation_date) {
   const double whole = std::trunc(automation_date);
   return whole + std::fabs(automation_date - whole);
-}
-
-Value& Value::operator=(Value&& other) noexcept {
-  std::swap(variant_, other.variant_);
-  return *this;
 }
 
 Value Value::number(double value) {
@@ -139,16 +133,6 @@ Value Value::boolean_reference(VARIANT_BOOL* place) {
   return v;
 }
 
-ArrayOwner::~ArrayOwner() {
-  if (array_ != nullptr) SafeArrayDestroy(array_);
-}
-
-SAFEARRAY* ArrayOwner::release() {
-  SAFEARRAY* array = array_;
-  array_ = nullptr;
-  return array;
-}
-
 SAFEARRAY* new_array(VARTYPE element, std::size_t rows, std::size_t columns) {
   constexpr std::size_t kMost = std::numeric_limits<std::int32_t>::max();
   SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(rows), 1}, {static_cast<ULONG>(columns), 1}};
@@ -170,22 +154,16 @@ DispatchObject DispatchObject::create(const std::string& class_name) {
   CLSID clsid{};
   HRESULT result = CLSIDFromProgID(utf16(programmatic_id(class_name)).c_str(), &clsid);
   if (FAILED(result)) throw AutomationError("there is no class '" + class_name + "'");
-  void* out = nullptr;
-  result = DllGetClassObject(clsid, IID_IClassFactory, &out);
+  automation::Reference<IClassFactory> factory;
+  automation::Reference<IDispatch> object;
+  result = DllGetClassObject(clsid, IID_IClassFactory, factory.untyped_place());
   if (SUCCEEDED(result)) {
-    auto* factory = static_cast<IClassFactory*>(out);
-    out = nullptr;
-    result = factory->CreateInstance(nullptr, IID_IDispatch, &out);
-    factory->Release();
+    result = factory->CreateInstance(nullptr, IID_IDispatch, object.untyped_place());
   }
   if (FAILED(result)) {
     throw AutomationError("cannot create '" + class_name + "': " + result_text(result));
   }
-  return DispatchObject(static_cast<IDispatch*>(out));
-}
-
-DispatchObject::~DispatchObject() {
-  if (object_ != nullptr) object_->Release();
+  return DispatchObject(std::move(object));
 }
 
 Value DispatchObject::call(const std::string& member, std::vector<Argument> arguments) {
@@ -238,8 +216,7 @@ Value DispatchObject::invoke(const std::string& member, WORD flags,
                            &exception, &bad_argument);
   if (SUCCEEDED(result)) return answer;
   if (exception.pfnDeferredFillIn != nullptr) exception.pfnDeferredFillIn(&exception);
-  SysFreeString(exception.bstrSource);
-  SysFreeString(exception.bstrHelpFile);
+  const automation::OwnedText source(exception.bstrSource), help(exception.bstrHelpFile);
   const std::string told = taken_text(exception.bstrDescription);
   if (!told.empty()) throw AutomationError(told);
   throw AutomationError(

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "automation/owners.hpp"
 #include "automation/text.hpp"
-#include "automation/types.hpp"
 #include "host/failure.hpp"
 
 namespace vqmath63::host {
@@ -17,6 +17,7 @@ struct AutomationError : WorkError {
   using WorkError::WorkError;
 };
 
+using ArrayOwner = automation::OwnedArray;
 using automation::utf16;
 using automation::utf8;
 
@@ -31,11 +32,6 @@ double day_count(double automation_date);
 /// Owns a VARIANT and what it holds. A new one is empty.
 class Value {
  public:
-  Value() { VariantInit(&variant_); }
-  ~Value() { VariantClear(&variant_); }
-  Value(Value&& other) noexcept : variant_(other.variant_) { VariantInit(&other.variant_); }
-  Value& operator=(Value&& other) noexcept;
-
   static Value number(double value);
   static Value whole_number(std::int32_t value);
   static Value boolean(bool value);
@@ -59,23 +55,7 @@ class Value {
   bool is_empty() const { return variant_.vt == VT_EMPTY; }
 
  private:
-  VARIANT variant_;
-};
-
-/// Owns a safe array, or none.
-class ArrayOwner {
- public:
-  explicit ArrayOwner(SAFEARRAY* array = nullptr) : array_(array) {}
-  ~ArrayOwner();
-  ArrayOwner(ArrayOwner&& other) noexcept : array_(other.release()) {}
-  ArrayOwner& operator=(ArrayOwner&&) = delete;
-
-  SAFEARRAY* get() const { return array_; }
-  SAFEARRAY** place() { return &array_; }
-  SAFEARRAY* release();
-
- private:
-  SAFEARRAY* array_;
+  automation::Variant variant_;
 };
 
 /// A new array with lower bounds 1: of `rows` elements, or of rows x columns where `columns` is not
@@ -94,12 +74,6 @@ class DispatchObject {
   /// Creates an object of a class: "ztAccumulate", or its whole programmatic id.
   static DispatchObject create(const std::string& class_name);
 
-  DispatchObject(DispatchObject&& other) noexcept : object_(other.object_) {
-    other.object_ = nullptr;
-  }
-  DispatchObject& operator=(DispatchObject&&) = delete;
-  ~DispatchObject();
-
   /// Calls a method.
   Value call(const std::string& member, std::vector<Argument> arguments);
   /// Calls a method whose last argument is the flag qOK, which is added here; what it says.
@@ -110,10 +84,10 @@ class DispatchObject {
   void put(const std::string& property, Value value);
 
  private:
-  explicit DispatchObject(IDispatch* object) : object_(object) {}
+  explicit DispatchObject(automation::Reference<IDispatch> object) : object_(std::move(object)) {}
   Value invoke(const std::string& member, WORD flags, std::vector<Argument>& arguments);
 
-  IDispatch* object_;
+  automation::Reference<IDispatch> object_;
 };
 
 /// "vq140Analyse." and the class name, unless that is there already.
