@@ -34,7 +34,8 @@ struct Fraction {
 
 // Each formula gives the derivative at point i as a fraction of sums of products, so that a step
 // which is not finite always shows in one of its halves, or in the quotient. It reads the points
-// i - kBefore to i + kAfter.
+// i - kBefore to i + kAfter. Terms that read elements are added one a statement: a compiler takes
+// the operands of + and - in an order of its own, and the first of two failures is to be reported.
 
 struct ForwardFirst {
   static constexpr std::int64_t kBefore = 0, kAfter = 1;
@@ -60,7 +61,11 @@ struct CentredFirst {
     const Real h2 = x(i + 1) - x(i);
     const Real a = h1 * h1;
     const Real b = h2 * h2;
-    return {a * y(i + 1) - (a - b) * y(i) - b * y(i - 1), h1 * b + h2 * a + Real(kGuard)};
+    Real n = a * y(i + 1);
+    const Real between = a - b;
+    n = n - between * y(i);
+    n = n - b * y(i - 1);
+    return {n, h1 * b + h2 * a + Real(kGuard)};
   }
 };
 
@@ -70,8 +75,11 @@ struct ForwardSecond {
   static Fraction<Real> at(const Reader& x, const Reader& y, std::int64_t i) {
     const Real a = x(i + 1) - x(i);
     const Real b = x(i + 2) - x(i);
-    const Real n = a * y(i + 2) - b * y(i + 1) + (b - a) * y(i);
-    return {Real(2.0) * n, (b - a) * b * a};
+    Real n = a * y(i + 2);
+    n = n - b * y(i + 1);
+    const Real between = b - a;
+    n = n + between * y(i);
+    return {Real(2.0) * n, between * b * a};
   }
 };
 
@@ -81,7 +89,10 @@ struct BackwardSecond {
   static Fraction<Real> at(const Reader& x, const Reader& y, std::int64_t i) {
     const Real a = x(i) - x(i - 1);
     const Real b = x(i) - x(i - 2);
-    const Real n = a * y(i - 2) - b * y(i - 1) + (b - a) * y(i);
+    Real n = a * y(i - 2);
+    n = n - b * y(i - 1);
+    const Real between = b - a;
+    n = n + between * y(i);
     return {Real(2.0) * n, b * a * b - a * a * b};
   }
 };
@@ -95,7 +106,9 @@ struct CentredSecond {
     const Real s = h2 + h1;
     // The factor 12 makes the centred value a twelfth of the parabola's; the ends stay unscaled.
     const Real t = h1 * Real(12.0) * h2;
-    const Real n = h1 * y(i + 1) - s * y(i) + h2 * y(i - 1);
+    Real n = h1 * y(i + 1);
+    n = n - s * y(i);
+    n = n + h2 * y(i - 1);
     return {Real(2.0) * n, s * t};
   }
 };

@@ -26,7 +26,10 @@ float rectangles(const Samples& x, const Samples& y) {
     using Mode = decltype(mode);
     const typename Mode::template Reader<float> xs(x), ys(y);
     typename Mode::Single sum;
-    for (std::int64_t i = 1; i < n; ++i) sum = sum + (xs(i + 1) - xs(i)) * ys(i + kSide);
+    for (std::int64_t i = 1; i < n; ++i) {
+      const auto step = xs(i + 1) - xs(i);  // may fail, so before the ordinate is looked for
+      sum = sum + step * ys(i + kSide);
+    }
     return sum;
   });
 }
@@ -42,7 +45,8 @@ float Trapezoidal(const Samples& x, const Samples& y) {
       const typename Mode::template Reader<float> xs(x), ys(y);
       Wide sum;
       for (std::int64_t i = 1; i < n; ++i) {
-        sum += (ys(i) + ys(i + 1)) * (xs(i + 1) - xs(i));
+        const Wide ordinates = ys(i) + ys(i + 1);  // may fail, so before the abscissae
+        sum += ordinates * (xs(i + 1) - xs(i));
       }
       return typename Mode::Single(sum * Wide(0.5));
     });

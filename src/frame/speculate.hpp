@@ -19,6 +19,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <type_traits>
 
 #include "frame/array.hpp"
@@ -35,13 +36,19 @@ struct NumberMode {
   template <class T>
   using Number = std::conditional_t<std::is_same_v<T, float>, Single, Double>;
 
-  /// Looks at the bounds for each element, in both modes: for indices that stand in the data.
+  /// Looks at the bounds for each element, in both modes: for indices that stand in the data. An
+  /// element that is not there is a NaN to the plain run, which must show in its result: a step
+  /// before may have failed.
   template <class T>
   class BoundedReader {
    public:
     explicit BoundedReader(const Array1<const T>& a) : array_(a) {}
     explicit BoundedReader(Array1<const T>&&) = delete;  // read where the view stands
-    Number<T> operator()(std::int64_t i) const { return array_(i); }
+    Number<T> operator()(std::int64_t i) const {
+      if (!kChecked && !array_.covers(i, i)) [[unlikely]]
+        return std::numeric_limits<T>::quiet_NaN();
+      return array_(i);
+    }
 
    private:
     const Array1<const T>& array_;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <type_traits>
 
 #include "frame/companions.hpp"
 #include "frame/speculate.hpp"
@@ -18,13 +19,10 @@ constexpr Location kWater{"ztPetroleum", "GetWaterVolumeCorrection"};
 constexpr double kHairAbove = 1.000001;
 
 // Index arithmetic on 32 bits, which can overflow for indices out of a host's table.
+constexpr std::int64_t kLeastIndex = std::numeric_limits<std::int32_t>::min();
 std::int32_t next(std::int32_t i) {
   if (i == std::numeric_limits<std::int32_t>::max()) raise_fault(ErrorNumber::kOverflow);
   return i + 1;
-}
-std::int32_t previous(std::int32_t i) {
-  if (i == std::numeric_limits<std::int32_t>::min()) raise_fault(ErrorNumber::kOverflow);
-  return i - 1;
 }
 
 // The arguments of a live-oil factor, and the two curves that bracket the data point.
@@ -86,7 +84,8 @@ class LiveFactor {
 
     const Single data = oil_.data_secondary;
     if (stored(saturation * kHairAbove) >= data) {
-      return stored(t * value_(upper_start) + w * value_(lower_start)).value();
+      const Double upper_part = t * value_(upper_start);
+      return stored(upper_part + w * value_(lower_start)).value();
     }
     const Double s1 = lower_saturation + data - saturation;
     const Double s2 = secondary_(upper_start) + data - saturation;
@@ -98,6 +97,16 @@ class LiveFactor {
     return stored(t * upper_value + w * lower_value).value();
   }
 
+  // The entry before i. A step before may have failed: the plain run leaves the failure to the
+  // other.
+  std::int64_t previous(std::int64_t i) {
+    if (i == kLeastIndex) {
+      if constexpr (std::is_same_v<Mode, CheckedMode>) raise_fault(ErrorNumber::kOverflow);
+      fits_ = false;
+    }
+    return i - 1;
+  }
+
   Single stored(Double number) {
     const Single single = number;
     fits_ = fits_ && std::isfinite(single.value());
@@ -107,13 +116,13 @@ class LiveFactor {
   // The factor at abscissa s of the curve of entries first to last. Its segment is the first one
   // that begins at or below s and does not end below `far`; the chord of the whole curve serves
   // where s is outside of it, or there is none.
-  Double on_curve(std::int32_t first, std::int32_t last, Double s, Double far) {
-    std::int32_t a = first;
-    std::int32_t b = last;
+  Double on_curve(std::int64_t first, std::int64_t last, Double s, Double far) {
+    std::int64_t a = first;
+    std::int64_t b = last;
     if (s >= secondary_(first) && s <= secondary_(last)) {
       // Both ends are there, so is all between.
       const typename Mode::template Reader<float> point(oil_.secondary);
-      for (std::int32_t j = first; j < last; ++j) {
+      for (std::int64_t j = first; j < last; ++j) {
         if (far <= point(j + 1) && point(j) <= s) {
           a = j;
           b = j + 1;
@@ -123,7 +132,8 @@ class LiveFactor {
     }
     const Double run = secondary_(a) - secondary_(b);
     const Double slope = stored(run).value() != 0.0F ? (value_(a) - value_(b)) / run : Double(0.0);
-    return slope * (s - secondary_(a)) + value_(a);
+    const Double along = slope * (s - secondary_(a));
+    return along + value_(a);
   }
 
   const LiveOil& oil_;

@@ -158,7 +158,8 @@ float ztStatistics::Cov(const Array1<const float>& xA, const Array1<const float>
       const typename Mode::template Reader<float> xs(xA), ys(yA);
       Stored sum;
       for (std::int64_t i = 1; i <= n; ++i) {
-        sum = sum + Stored((xs(i) - Stored(mean_x)) * (ys(i) - Stored(mean_y)));
+        const auto from_mean = xs(i) - Stored(mean_x);  // may fail, so before y is looked for
+        sum = sum + Stored(from_mean * (ys(i) - Stored(mean_y)));
       }
       return sum;
     });

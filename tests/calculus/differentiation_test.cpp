@@ -118,6 +118,30 @@ TEST_F(DifferentiationTest, derivatives_in_place_of_the_samples_are_those_of_the
   }
 }
 
+// y(1) is not there, and the products of y with x are beyond Double.
+TEST_F(DifferentiationTest, of_two_failures_the_first_in_the_formula_is_reported) {
+  const struct {
+    decltype(&FirstDerivativeCentered) routine;
+    const char* name;
+    std::int32_t point, error;
+  } rows[] = {
+      {&FirstDerivativeCentered, "FirstDerivativeCentered", 2, 6},
+      {&SecondDerivativeUpStream, "SecondDerivativeUpStream", 1, 6},
+      {&SecondDerivativeDownStream, "SecondDerivativeDownStream", 3, 9},
+      {&SecondDerivativeCentered, "SecondDerivativeCentered", 2, 6},
+  };
+  const Array1<double> x = samples_of<double>({0, 1e100, 2e100, 3e100}, 1);
+  std::vector<double> ordinates(3, 1e300);
+  const Array1<double> y(ordinates.data(), {2, 4});
+  for (const auto& row : rows) {
+    Array1<double> d(1, 4);
+    bool ok = true;
+    row.routine(x, y, row.point, row.point, d, ok);
+    EXPECT_FALSE(ok) << row.name;
+    EXPECT_EQ(taken(), routine_lines(row.error, row.name));
+  }
+}
+
 TEST_F(DifferentiationTest, a_fault_deep_in_a_long_curve_stops_there) {
   // Two infinite ordinates side by side: their difference is an invalid operation.
   constexpr std::int32_t kCount = 4000;

@@ -59,7 +59,7 @@ TEST_F(IntegrationTest, areas_of_many_samples_round_at_every_step) {
 }
 
 TEST_F(IntegrationTest, failures_are_one_line_and_zero) {
-  each_row("calculus.tsv", "area failures", 9, [&](const TableRow& row) {
+  each_row("calculus.tsv", "area failures", 11, [&](const TableRow& row) {
     const std::string errors = row["errors"];
     for (std::size_t r = 0; r < 4; ++r) {
       Array1<float> x = array_of<float>(row["x"], row["x from"]),
