@@ -33,6 +33,7 @@ struct ArgumentInfo {
   bool optional = false;
   DefaultValue fallback{};
   bool only_written = false;         ///< the member never reads what the host's variable holds
+  bool lent = false;                 ///< only a companion could write it, and none of ours does
   std::string (*words)() = nullptr;  ///< the words that a text is one of, a line each; null for any
 };
 

@@ -54,7 +54,7 @@ LateArgument::Identity LateArgument::identity() const noexcept {
 HRESULT LateArgument::hand_back(bool succeeded) noexcept {
   if (sent_.given == nullptr || !sent_.info.type.by_ref || sent_.info.type.read_only) return S_OK;
   try {
-    return hand_back_changes(succeeded);
+    return hand_back_changes(succeeded && !sent_.info.lent);
   } catch (...) {  // no memory for a name or a list of arguments
     return E_OUTOFMEMORY;
   }

@@ -11,12 +11,17 @@
 namespace vqmath63::automation {
 
 /// An argument by name: one that is read; one that the member only writes, whatever the host's
-/// variable holds before; an optional one with the value that a missing argument stands for.
+/// variable holds before; one that is read and lent to a companion, so that the host's variable
+/// keeps its own value and type unless the companion writes another; an optional one with the value
+/// that a missing argument stands for.
 consteval ArgumentInfo arg(const char* name) {
   return {.name = name};
 }
 consteval ArgumentInfo out(const char* name) {
   return {.name = name, .only_written = true};
+}
+consteval ArgumentInfo lent(const char* name) {
+  return {.name = name, .lent = true};
 }
 /// An argument that is one of some words.
 consteval ArgumentInfo word_arg(const char* name, std::string (*words)()) {

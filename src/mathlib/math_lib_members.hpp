@@ -7,6 +7,7 @@
 namespace vqmath63::members {
 
 using automation::arg;
+using automation::lent;
 using automation::method;
 using automation::optional_arg;
 using automation::out;
@@ -92,7 +93,7 @@ inline constexpr auto kMathLib = automation::table<ztMathLib>(
     method<&ztMathLib::Ybn>                 (74, "Ybn",                  {arg("n"), arg("X")}, "Bessel function Y of order n, 0 or more; 1e308 unless X is positive."),
     method<&ztMathLib::Point_In_Polygon>    (75, "Point_In_Polygon",     {arg("x0"), arg("y0"), arg("X"), arg("Y")}, "Whether (x0, y0) is inside the polygon, given open or closed; of a box's edges the left and the upper one belong to it."),
     method<&ztMathLib::LineIntersect>       (76, "LineIntersect",        {arg("x1i"), arg("y1i"), arg("x2i"), arg("y2i"), arg("x1j"), arg("y1j"), arg("x2j"), arg("y2j"), out("xi"), out("yi"), out("qInt")}, "Crossing (xi, yi) of segments i and j, and whether there is one."),
-    method<&ztMathLib::LineCrossPoint>      (77, "LineCrossPoint",       {arg("x1i"), arg("y1i"), arg("x2i"), arg("y2i"), arg("x1j"), arg("y1j"), arg("x2j"), arg("y2j"), arg("xi"), arg("yi"), arg("qInt")}, "Crossing of segments i and j by the mathematical companion: both ends of both count."),
+    method<&ztMathLib::LineCrossPoint>      (77, "LineCrossPoint",       {lent("x1i"), lent("y1i"), lent("x2i"), lent("y2i"), lent("x1j"), lent("y1j"), lent("x2j"), lent("y2j"), arg("xi"), arg("yi"), arg("qInt")}, "Crossing of segments i and j by the mathematical companion: both ends of both count."),
     method<&ztMathLib::GetPointOnLine>      (78, "GetPointOnLine",       {arg("x1"), arg("y1"), arg("Z1"), arg("x2"), arg("y2"), arg("z2"), arg("PtZ"), arg("qBetweenPoints"), arg("PtX"), arg("PtY"), out("qOK")}, "PtX and PtY where the line reaches the level PtZ."),
     method<&ztMathLib::Point_In_Cube>       (79, "Point_In_Cube",        {arg("x0"), arg("y0"), arg("z0"), arg("sTopFace"), arg("sBottomFace")}, "Whether a point is inside a cell; corner arrays are (coordinate 1 to 3, corner 1 to 4)."),
     method<&ztMathLib::Points_In_Cube>      (80, "Points_In_Cube",       {arg("X"), arg("Y"), arg("Z"), arg("sTopFace"), arg("sBottomFace"), out("qInCube"), out("qOK")}, "Which points are inside a cell."),

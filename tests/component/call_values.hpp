@@ -165,6 +165,17 @@ inline std::string shown(const VARIANT& v) {
   return text + "]";
 }
 
+/// The types of a value and of the elements of an array.
+inline std::string types_of(const VARIANT& v) {
+  std::string text = std::to_string(v.vt);
+  if (v.vt != (VT_ARRAY | VT_VARIANT) || v.parray == nullptr) return text;
+  std::size_t count = 1;
+  for (UINT d = 0; d < v.parray->cDims; ++d) count *= v.parray->rgsabound[d].cElements;
+  const auto* elements = static_cast<const VARIANT*>(v.parray->pvData);
+  for (std::size_t i = 0; i < count; ++i) text += ' ' + types_of(elements[i]);
+  return text;
+}
+
 /// Whether two values as the table writes them are the same, numbers to within this part of them.
 inline bool same(const std::string& got, const std::string& want, double within) {
   if (got == want) return true;
