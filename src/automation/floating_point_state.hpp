@@ -77,7 +77,9 @@ class FloatingPointState {
   }
 
  private:
-  static constexpr std::uint64_t kControlBits = 0x07C89F00;
+  // Rounding, traps and tiny numbers; the lowest three are of processors that treat the tiny
+  // operands and results of one instruction apart.
+  static constexpr std::uint64_t kControlBits = 0x07C89F07;
   std::uint64_t fpcr_ = 0;
   void read() noexcept {
     __asm__ volatile("mrs %0, fpcr" : "=r"(fpcr_));
