@@ -9,41 +9,36 @@ namespace vqmath63::automation {
 
 /// Gives the component the usual floating-point state, whatever the host has set, and gives the
 /// host its own back: at the end, and while code of its own runs in between. What that code leaves
-/// is the host's state from then on. Costs a compare when the host runs with the usual state.
+/// is the host's state from then on. Costs a compare when the host runs with the usual state, and
+/// less within another such scope, which has set the state already.
 class FloatingPointScope : Surroundings {
  public:
-  FloatingPointScope() noexcept
-      : host_state_(FloatingPointState::current()), here_(surroundings()), outer_(here_) {
+  FloatingPointScope() noexcept : here_(surroundings()) {
+    if (here_ != nullptr) return;
     here_ = this;
-    change_state();
+    come_back();
   }
   ~FloatingPointScope() {
-    here_ = outer_;
-    if (changed_) [[unlikely]]
-      host_state_.restore();
+    if (here_ != this) return;
+    here_ = nullptr;
+    step_aside();
   }
 
  private:
-  void change_state() noexcept {
+  void step_aside() noexcept final {
+    if (changed_) [[unlikely]]
+      host_state_.restore();
+  }
+  void come_back() noexcept final {
+    host_state_ = FloatingPointState::current();
     changed_ = !host_state_.is_usual();
     if (changed_) [[unlikely]]
       FloatingPointState::set_usual();
-  }
-  // A call within a call has the library's state around it; the host's is that of the outermost.
-  void step_aside() noexcept override {
-    if (changed_) host_state_.restore();
-    if (outer_ != nullptr) outer_->step_aside();
-  }
-  void come_back() noexcept override {
-    if (outer_ != nullptr) outer_->come_back();
-    host_state_ = FloatingPointState::current();
-    change_state();
   }
 
   FloatingPointState host_state_;
   bool changed_ = false;
   Surroundings*& here_;
-  Surroundings* const outer_;
 };
 
 /// The same for a call that may fail, and so begins without an earlier failure's text.

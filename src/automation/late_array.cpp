@@ -111,7 +111,8 @@ HRESULT LateArray::hand_back_changes(bool succeeded) {
       // An object that is no array is what the variable held until now.
       const bool no_array = refilled == DISP_E_UNKNOWNNAME || refilled == DISP_E_MEMBERNOTFOUND;
       settle();
-      return no_array && !by_value() && !kept_by_host() ? replace_host_array() : refilled;
+      if (!no_array || by_value()) return refilled;
+      return kept_by_host() ? S_OK : replace_host_array();
     }
     const Results results(array_.get(), numbers_, succeeded);
     return write_back_to_script(results, array_->cDims,

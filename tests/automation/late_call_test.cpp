@@ -189,7 +189,9 @@ TEST_F(LateCallTest, a_variable_that_the_host_changes_meanwhile_keeps_that_value
       for (Sent* const changed : {&b, &s, &f}) {
         VARIANT& variable = changed->variable.v;
         const bool is_text = variable.vt == VT_BSTR;
-        if (form == kVariant || is_text) {
+        if (is_text && moves) {
+          variable.bstrVal[0] = u'M';  // other characters in the same place
+        } else if (form == kVariant || is_text) {
           VariantCopy(&variable, is_text ? &words.v : &number.v);
         } else {
           variable.llVal ^= 0x70;  // memory of one type, in which only the value changes

@@ -16,7 +16,8 @@ class ScriptObject final : public IDispatch {
   bool is_array = true;
   std::vector<std::unique_ptr<Value>> elements;  ///< null where the array has a hole
   Value value;
-  std::function<void()> work;  ///< runs in every call
+  std::function<void()> work;   ///< runs in every call
+  std::function<void()> asked;  ///< runs when a name is looked up
 
   ScriptObject() { ++alive; }
   ~ScriptObject() { --alive; }
@@ -41,6 +42,7 @@ class ScriptObject final : public IDispatch {
   HRESULT VQ_API GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
   HRESULT VQ_API GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
   HRESULT VQ_API GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+    if (asked) asked();
     const std::u16string_view name = names[0];
     *ids = DISPID_UNKNOWN;
     if (is_array && name == u"length") *ids = kLength;

@@ -111,22 +111,43 @@ TEST_F(ScriptObjectsTest, variables_that_a_script_reassigns_keep_that_value) {
       }
     }
   }
-  // To let go of what an element held runs other code too, which may make the next array shorter.
-  CountingObject held;
-  held.default_value = r8(1).v;
-  Sent x(array(VT_VARIANT, 1, {1, 2, 3}), kByRef), y(array(VT_VARIANT, 1, {1, 2, 3}), kByRef);
-  *static_cast<VARIANT*>(x.variable.v.parray->pvData) = as_value(nullptr).v;
-  auto& element = *static_cast<VARIANT*>(x.variable.v.parray->pvData);
-  element.pdispVal = &held;
-  held.AddRef();
-  held.context = y.variable.v.parray;
-  held.on_release = [](CountingObject& gone) {
-    SAFEARRAYBOUND one{1, 1};
-    if (gone.references == 0) SafeArrayRedim(static_cast<SAFEARRAY*>(gone.context), &one);
-  };
-  EXPECT_EQ(call(object, u"Turn", {x.variant, y.variant}).hr, S_OK);
-  EXPECT_EQ(listed(x.variable.v), "1..3: -1 -2 -3");
-  EXPECT_EQ(listed(y.variable.v), "1..1: 1");
+  // An object that takes no result at all is what the variable held: its code may run even so.
+  const Value no_box = script_array({}), no_array = script_box(r8(1)), half = r8(0.5);
+  Sent n(no_box, kVariant), b(r8(0), kVariant), s(r8(0), kVariant), x(no_array, kVariant);
+  object_of(no_box).asked = [&] { VariantCopy(&n.variable.v, &half.v); };
+  object_of(no_array).asked = [&] { VariantCopy(&x.variable.v, &half.v); };
+  EXPECT_EQ(call(object, u"Answer", {n.variant, b.variant, s.variant, x.variant}).hr, S_OK);
+  EXPECT_EQ(shown(n.variable.v), shown(half.v));
+  EXPECT_EQ(shown(x.variable.v), shown(half.v));
+}
+
+// To let go of what an element held runs other code too, which may change the next array.
+TEST_F(ScriptObjectsTest, an_array_that_an_object_changes_at_its_end_is_not_written_beyond) {
+  void (*const changes[])(CountingObject&) = {
+      [](CountingObject& gone) {
+        SAFEARRAYBOUND one{1, 1};
+        if (gone.references == 0) SafeArrayRedim(static_cast<SAFEARRAY*>(gone.context), &one);
+      },
+      [](CountingObject& gone) {
+        auto* first = static_cast<VARIANT*>(static_cast<SAFEARRAY*>(gone.context)->pvData);
+        if (gone.references == 0) *first = reference(VT_VARIANT, nullptr);
+      }};
+  const HRESULT outcomes[] = {S_OK, error_code(13)};
+  const char* const left[] = {"1..1: 1", "1..3: -999 2 3"};
+  for (const int i : {0, 1}) {
+    CountingObject held;
+    held.default_value = r8(1).v;
+    Sent x(array(VT_VARIANT, 1, {1, 2, 3}), kByRef), y(array(VT_VARIANT, 1, {1, 2, 3}), kByRef);
+    VARIANT& element = *static_cast<VARIANT*>(x.variable.v.parray->pvData);
+    element.vt = VT_DISPATCH;
+    element.pdispVal = &held;
+    held.AddRef();
+    held.context = y.variable.v.parray;
+    held.on_release = changes[i];
+    EXPECT_EQ(call(object, u"Turn", {x.variant, y.variant}).scode, outcomes[i]);
+    EXPECT_EQ(listed(x.variable.v), "1..3: -1 -2 -3");
+    EXPECT_EQ(listed(y.variable.v), left[i]);
+  }
 }
 
 TEST_F(ScriptObjectsTest, boxes_carry_scalars_by_reference) {
