@@ -1,0 +1,48 @@
+// Fuzz target of the component: a program of calls to any class and member by name and through the
+// vtable, with values of every kind, in any state of the host, while code of the host interferes.
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "component/exports.hpp"
+#include "world.hpp"
+
+extern "C" {
+
+HRESULT VQ_API DllCanUnloadNow();
+
+// Memory that no machine has is an answer of the allocator, not the end of the program.
+__attribute__((used, visibility("default"))) const char* __asan_default_options() {
+  return "allocator_may_return_null=1:max_allocation_size_mb=256:detect_stack_use_after_return=0";
+}
+
+int LLVMFuzzerInitialize(int*, char***) {
+  // Logs go to files of this folder alone: no text of an input has a slash.
+  std::filesystem::path folder = std::filesystem::temp_directory_path() / "vq_fuzz_XXXXXX";
+  std::string name = folder.string();
+  if (mkdtemp(name.data()) == nullptr || chdir(name.c_str()) != 0) return 1;
+  static struct Folder {
+    std::string name;
+    ~Folder() {
+      std::error_code ignored;
+      std::filesystem::remove_all(name, ignored);
+    }
+  } last{name};
+  // The lines of a sink without callback and log; sanitizers write to the descriptor itself.
+  if (std::FILE* nowhere = std::fopen("/dev/null", "w")) stderr = nowhere;
+  return 0;
+}
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace vqmath63::fuzz;
+  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  {
+    World host;
+    host.run(program_of(bytes));
+  }
+  require(DllCanUnloadNow() == S_OK, "an object is left");
+  return 0;
+}
+
+}  // extern "C"

@@ -1,0 +1,20 @@
+// Objects of a script language: arrays, boxes with a value, and objects that misbehave.
+#pragma once
+
+#include "values.hpp"
+
+namespace vqmath63::fuzz {
+
+/// Runs whenever an object of the host, or its message callback, is called.
+void host_moment();
+
+/// How many script objects live.
+extern int live_script_objects;
+
+/// A new object, with one reference.
+IDispatch* new_script_object(Bytes& bytes);
+
+/// Gives an array object another length, as its script could meanwhile.
+void grow(IDispatch* object, std::size_t length);
+
+}  // namespace vqmath63::fuzz

@@ -1,0 +1,218 @@
+#include "world.hpp"
+
+#include <filesystem>
+#include <new>
+#include <utility>
+
+#include "component/class_list.hpp"
+#include "component/exports.hpp"
+#include "frame/companions.hpp"
+#include "frame/fault.hpp"
+#include "frame/replaced_companions.hpp"
+#include "script_object.hpp"
+
+namespace vqmath63::fuzz {
+
+World* world = nullptr;
+
+namespace {
+
+void take_line(const OLECHAR* line, BOOL is_close_down, void* context) {
+  static_cast<World*>(context)->line(line, is_close_down != FALSE);
+}
+
+/// An error sink of the host's own.
+struct Sink final : ztErrorHandler {
+  explicit Sink(std::uint8_t fault) : fault_(fault) {}
+  void ReportError(std::string& message, bool& flag) override {
+    world->line({message.begin(), message.end()}, !flag);
+    if (fault_ != 0) raise_companion_failure(fault_ == 1 ? E_FAIL : DISP_E_OVERFLOW);
+  }
+  void SetLogToFile(bool&) override {}
+  void SetLogFile(std::string&) override {}
+  void SetVersionText(std::string&) override {}
+
+ private:
+  std::uint8_t fault_;
+};
+
+/// A maker that fails in one way or another, or gives a companion of the host's own.
+template <class Companion>
+auto maker(std::uint8_t way, const std::function<std::shared_ptr<Companion>()>& built_in) {
+  return [=]() -> std::shared_ptr<Companion> {
+    host_moment();
+    if (way == 1) return nullptr;
+    if (way == 2) raise_fault(ErrorNumber::kSubscript);
+    if (way == 3) throw std::bad_alloc();
+    return way == 4 ? as_host_code(built_in()) : built_in();
+  };
+}
+
+}  // namespace
+
+World::World() {
+  world = this;
+  set_callback(true);
+}
+
+World::~World() {
+  control_ = kUsualControl;
+  events_.clear();
+  companion_makers() = built_in_makers();
+  common_globals() = {};
+  for (const auto& [type, object] : objects_) {
+    if (object != nullptr) require(object->Release() == 0, "an object has references left");
+  }
+  SetErrorInfo(0, nullptr);
+  for (HostVariable& variable : variables) clear(variable);
+  end_arrays();
+  VqSetMessageCallback(nullptr, nullptr);
+  world = nullptr;
+  require(live_script_objects == 0, "references to objects of the host are left");
+  if (wrote_log_) {
+    for (const auto& entry : std::filesystem::directory_iterator(".")) {
+      std::filesystem::remove_all(entry);
+    }
+  }
+}
+
+void World::run(const Program& program) {
+  for (const Operation& operation : program) run(operation);
+}
+
+void World::run(const Operation& operation) {
+  ++depth_;
+  Bytes head(operation[0]);
+  switch (head.byte() % 16) {
+    case 1:
+      assign(head, operation);
+      break;
+    case 2:
+      set_host_state(head);
+      break;
+    case 3:
+      replace_companions(head);
+      break;
+    case 4:
+      use_object(head);
+      break;
+    case 5:
+      system_call(head, operation);
+      break;
+    case 6:
+      ask(head, operation);
+      break;
+    case 7:  // later, when the host is called back
+      if (events_.size() < 16 && operation.size() > 1) {
+        events_.push_back({head.byte() % 32U, {operation.begin() + 1, operation.end()}});
+      }
+      break;
+    default:
+      call(head, operation);
+  }
+  --depth_;
+}
+
+void World::moment() {
+  constexpr unsigned kMost = 3'000'000;
+  require(++moments_ < kMost, "the host is called without an end");
+  const bool in_library = std::exchange(in_library_, false);
+  if (in_library) {
+    require((_mm_getcsr() & kControlBits) == control_, "the host's code runs in another state");
+    _mm_setcsr(kUsualControl);
+  }
+  constexpr int kDeepest = 4;
+  if (depth_ < kDeepest) {
+    std::vector<Operation> due;
+    for (std::size_t i = 0; i < events_.size();) {
+      if (events_[i].countdown-- != 0) {
+        ++i;
+        continue;
+      }
+      due.push_back(std::move(events_[i].operation));
+      events_.erase(events_.begin() + static_cast<std::ptrdiff_t>(i));
+    }
+    for (const Operation& operation : due) run(operation);
+  }
+  if (in_library) _mm_setcsr(control_);
+  in_library_ = in_library;
+}
+
+void host_moment() {
+  if (world != nullptr) world->moment();
+}
+
+void World::line(const std::u16string& text, bool is_close_down) {
+  moment();
+  check_line(text, is_close_down);
+}
+
+IDispatch* World::object(std::size_t type) {
+  IDispatch*& object = objects_[type];
+  if (object == nullptr) {
+    const automation::ClassInfo& info = *component::classes()[type];
+    void* made = nullptr;
+    const HRESULT code = as_host([&] { return info.create(info.iid, &made); });
+    require(SUCCEEDED(code) ? made != nullptr : made == nullptr && own_companions_,
+            "an object cannot be made");
+    object = static_cast<IDispatch*>(made);
+  }
+  return object;
+}
+
+void World::set_callback(bool on) {
+  VqSetMessageCallback(on ? &take_line : nullptr, this);
+  wrote_log_ = wrote_log_ || !on;
+}
+
+/// Another value for a variable: of the program, or of a call that is being made.
+void World::assign(Bytes head, const Operation& operation) {
+  const std::uint8_t which = head.byte();
+  HostVariable* variable = &variables[which % kVariables];
+  if (which >= 64 && !frames_.empty()) {
+    const Frame& frame = frames_[frames_.size() - 1 - which / 128 % frames_.size()];
+    if (!frame.arguments.empty()) {
+      variable = frame.arguments[which % 16 % frame.arguments.size()].variable;
+    }
+  }
+  Bytes bytes(chunk(operation, 1));
+  HostVariable made;
+  ValueType type{variable->v.vt, 0, false};
+  if (variable->is_array()) {
+    type = {static_cast<VARTYPE>(variable->v.vt & VT_TYPEMASK), 1, false};
+    if (variable->v.parray != nullptr) type.rank = variable->v.parray->cDims;
+  }
+  make(bytes, type, variables, made.v);
+  if (variable->fixed_type != 0 && made.v.vt != variable->v.vt) return;
+  if (clear(*variable)) std::swap(variable->v, made.v);
+}
+
+void World::set_host_state(Bytes head) {
+  const std::uint8_t what = head.byte();
+  if ((what & 1) != 0) set_callback((what & 2) == 0);
+  if ((what & 4) != 0 && !keeps_control_) control_ = head.raw<std::uint16_t>() & kControlBits;
+}
+
+void World::replace_companions(Bytes head) {
+  const std::uint8_t which = head.byte();
+  const std::uint8_t way = head.byte() % 6;
+  if (way == 4 && control_ != kUsualControl) return;  // built-in ones want the usual state
+  own_companions_ = true;
+  keeps_control_ = keeps_control_ || way == 4;
+  const CompanionMakers built_in = built_in_makers();
+  CompanionMakers& makers = companion_makers();
+  if ((which & 1) != 0) makers.CommonMaths = maker(way, built_in.CommonMaths);
+  if ((which & 2) != 0) makers.ArrayTools = maker(way, built_in.ArrayTools);
+  if ((which & 4) != 0) makers.SortTools = maker(way, built_in.SortTools);
+  if ((which & 8) != 0) makers.DateTools = maker(way, built_in.DateTools);
+  if ((which & 16) != 0) {
+    makers.ErrorHandler = maker(way, built_in.ErrorHandler);
+    if (way == 5) {
+      const std::uint8_t fault = head.byte() % 3;
+      makers.ErrorHandler = [=] { return std::make_shared<Sink>(fault); };
+    }
+  }
+  common_globals() = {};
+}
+
+}  // namespace vqmath63::fuzz

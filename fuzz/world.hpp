@@ -1,0 +1,116 @@
+// The host of one program: its objects, variables, floating-point state, and what it does when it
+// is called back.
+#pragma once
+
+#include <xmmintrin.h>
+
+#include <deque>
+#include <map>
+#include <utility>
+
+#include "values.hpp"
+
+namespace vqmath63::fuzz {
+
+/// What the host hands over for one argument of a call.
+struct Argument {
+  HostVariable own;
+  HostVariable* variable = &own;
+  VARIANT inner{}, outer{};  // references on the way to the variable
+  bool typed = false;        // the variable is referred to by type
+};
+
+/// A call that is being made.
+struct Frame {
+  IDispatch* self = nullptr;
+  std::deque<Argument> arguments;
+  std::size_t type = 0;  // which class
+};
+
+/// The control bits of the processor's state.
+inline constexpr std::uint32_t kControlBits = 0xFFC0;
+inline constexpr std::uint32_t kUsualControl = 0x1F80;
+
+class World {
+ public:
+  World();
+  ~World();
+  World(const World&) = delete;
+  World& operator=(const World&) = delete;
+
+  void run(const Program& program);
+
+  /// Called whenever the library calls the host.
+  void moment();
+  /// Takes a line of the error sink.
+  void line(const std::u16string& text, bool is_close_down);
+
+  /// An object of a class; null where the host's own companions keep it from being made.
+  IDispatch* object(std::size_t type);
+
+  HostVariables variables;
+
+ private:
+  void run(const Operation& operation);
+  void call(Bytes head, const Operation& operation);
+  void assign(Bytes head, const Operation& operation);
+  void set_host_state(Bytes head);
+  void set_callback(bool on);
+  void replace_companions(Bytes head);
+  void use_object(Bytes head);
+  void system_call(Bytes head, const Operation& operation);
+  void ask(Bytes head, const Operation& operation);
+
+  void decode_arguments(const Operation& operation, const automation::MemberInfo& member,
+                        Frame& frame);
+  void prepare(Bytes& bytes, const ValueType& wanted, Argument& argument);
+  HRESULT call_by_vtable(const automation::MemberInfo& member, std::size_t slot, Frame& frame,
+                         bool no_result);
+  HRESULT call_by_name(const automation::ClassInfo& info, const automation::MemberInfo& member,
+                       Frame& frame, const Operation& operation, Bytes& head);
+  /// Runs work of the library in the host's floating-point state.
+  template <class Work>
+  HRESULT as_host(Work work);
+  void look_at_variables();
+
+  struct Event {
+    unsigned countdown;
+    Operation operation;
+  };
+
+  std::map<std::size_t, IDispatch*> objects_;
+  std::deque<Frame> frames_;
+  std::deque<Event> events_;
+  std::uint32_t control_ = kUsualControl;
+  bool in_library_ = false;
+  bool wrote_log_ = false;
+  bool own_companions_ = false;
+  bool keeps_control_ = false;  // companions work in the host's state
+  unsigned moments_ = 0;
+  int depth_ = 0;
+};
+
+template <class Work>
+HRESULT World::as_host(Work work) {
+  const bool before = std::exchange(in_library_, true);
+  _mm_setcsr(control_);
+  const HRESULT result = work();
+  const std::uint32_t after = _mm_getcsr() & kControlBits;
+  _mm_setcsr(kUsualControl);
+  in_library_ = before;
+  require(after == control_, "the floating-point control word was not kept");
+  return result;
+}
+
+/// The host of the program that runs.
+extern World* world;
+
+/// Looks at a result of a member, and at what a variable holds.
+void check_result(const automation::MemberInfo& member, const VARIANT& result);
+void check_value(const VARIANT& value, bool idle);
+/// Looks at a line of the error sink.
+void check_line(const std::u16string& text, bool is_close_down);
+/// Looks at the code and text of a failure.
+void check_failure(const automation::ClassInfo& info, HRESULT code, BSTR source, BSTR words);
+
+}  // namespace vqmath63::fuzz
