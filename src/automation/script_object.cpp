@@ -1,7 +1,9 @@
 #include "automation/script_object.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
+#include <span>
 #include <vector>
 
 #include "automation/elements.hpp"
@@ -17,13 +19,42 @@ Utf16 number_name(std::int64_t i) {
 
 // Length of an array object, or -1 when it has none.
 std::int64_t length_of(IDispatch* object) {
+  constexpr double kBeyondAll = 1e15;
   Variant length;
-  VARIANT whole{};
+  VARIANT number{};
   if (FAILED(read_property(object, VQ_OLESTR("length"), length)) ||
-      FAILED(change_type(length, VT_I4, 0, whole))) {
+      FAILED(change_type(length, VT_R8, 0, number)) || !(number.dblVal >= 0.0)) {
     return -1;
   }
-  return whole.lVal;
+  return static_cast<std::int64_t>(std::nearbyint(std::min(number.dblVal, kBeyondAll)));
+}
+
+// No script language keeps more elements than these.
+constexpr std::int64_t kMostElements = std::int64_t{1} << 27;
+
+Conversion too_large(std::int64_t count) {
+  return {E_OUTOFMEMORY, "; it is too large to convert: its length is " + std::to_string(count)};
+}
+
+// A script gives an array any length at no cost, and each missing element costs us a call of the
+// script. So missing elements are passed over only while they are no more than the others and
+// these.
+class Gaps {
+ public:
+  void note(bool missing) { balance_ += missing ? 1 : -1; }
+  bool too_many() const { return balance_ > kMost; }
+  Conversion refusal(std::int64_t count) const {
+    return {E_OUTOFMEMORY,
+            "; its length is " + std::to_string(count) + ", and nearly all of it is missing"};
+  }
+
+ private:
+  static constexpr std::int64_t kMost = std::int64_t{1} << 21;
+  std::int64_t balance_ = 0;
+};
+
+bool is_missing(const VARIANT& value) {
+  return value.vt == VT_EMPTY || value.vt == VT_NULL;
 }
 
 // What a script's array is read into.
@@ -34,70 +65,80 @@ struct Target {
 };
 
 // A hole in a script's array has no name to be found by; it reads as Empty.
-HRESULT read_element(IDispatch* source, std::int64_t i, Variant& out) {
-  const HRESULT read = read_property(source, number_name(i).c_str(), out);
+HRESULT read_element(IDispatch* source, const OLECHAR* name, Variant& out) {
+  const HRESULT read = read_property(source, name, out);
   return read == DISP_E_UNKNOWNNAME || read == DISP_E_MEMBERNOTFOUND ? S_OK : read;
 }
 
-// Reads elements 0..count-1 of an array object into every `step`th element of `made`, from `first`.
-Conversion read_elements(IDispatch* source, std::int64_t count, const Target& target,
-                         SAFEARRAY* made, std::size_t first, std::size_t step,
-                         const std::string& row) {
-  const std::size_t size = SafeArrayGetElemsize(made);
-  auto* const out = static_cast<std::byte*>(made->pvData);
-  std::size_t at = first;
-  for (std::int64_t i = 0; i < count; ++i, at += step) {
-    Variant element;
-    HRESULT result = read_element(source, i, element);
-    if (FAILED(result)) {
-      return {result, "; its element (" + row + std::to_string(i) + ") cannot be read"};
-    }
-    if (element.vt == VT_EMPTY || element.vt == VT_NULL) continue;
-    result = convert_element(VT_VARIANT, &element, target.type, out + at * size, target.locale);
-    if (FAILED(result)) {
-      return {result, "; its element (" + row + std::to_string(i) + ") cannot be converted"};
-    }
-    if (target.numbers != nullptr) {
-      Variant own;
-      const bool known = SUCCEEDED(change_type(element, VT_R8, target.locale, own));
-      (*target.numbers)[at] = known ? own.dblVal : std::numeric_limits<double>::quiet_NaN();
-    }
+// Converts an element into its place, and into the host's own numbers behind those before it.
+HRESULT convert(const Variant& element, const Target& target, void* place) {
+  double own = 0.0;
+  if (!is_missing(element)) {
+    const HRESULT result = convert_element(VT_VARIANT, &element, target.type, place, target.locale);
+    if (FAILED(result)) return result;
+    VARIANT number{};
+    const bool known =
+        target.numbers != nullptr && SUCCEEDED(change_type(element, VT_R8, target.locale, number));
+    own = known ? number.dblVal : std::numeric_limits<double>::quiet_NaN();
   }
-  return {};
+  if (target.numbers != nullptr) target.numbers->push_back(own);
+  return S_OK;
 }
 
 IDispatch* object_in(const VARIANT& value) {
   return value.vt == VT_DISPATCH ? value.pdispVal : nullptr;
 }
 
-Conversion read_rows(IDispatch* source, std::int64_t rows, const Target& target, OwnedArray& out) {
-  std::vector<Variant> row_values(static_cast<std::size_t>(rows));
-  std::int64_t columns = 0;
-  for (std::int64_t r = 0; r < rows; ++r) {
-    Variant& row = row_values[static_cast<std::size_t>(r)];
-    const HRESULT read = read_element(source, r, row);
-    if (FAILED(read)) return {read, "; its row (" + std::to_string(r) + ") cannot be read"};
-    if (row.vt == VT_EMPTY || row.vt == VT_NULL) continue;
-    const std::int64_t length = object_in(row) == nullptr ? -1 : length_of(object_in(row));
-    if (length < 0) {
-      return {DISP_E_TYPEMISMATCH, "; its row (" + std::to_string(r) + ") is no array"};
+// An array of a script that is to be read: the only one, or a row of a table.
+struct Row {
+  IDispatch* source = nullptr;  // null for a missing row
+  std::int64_t length = 0;
+};
+
+// Reads the rows column by column, as an array keeps them: what has been taken in grows with what
+// the script has given.
+Conversion read_columns(std::span<const Row> rows, std::int64_t columns, const Target& target,
+                        bool table, SAFEARRAY* made) {
+  const std::size_t size = SafeArrayGetElemsize(made);
+  auto* out = static_cast<std::byte*>(made->pvData);
+  Gaps gaps;
+  for (std::int64_t c = 0; c < columns; ++c) {
+    const Utf16 name = number_name(c);
+    for (std::size_t r = 0; r < rows.size(); ++r, out += size) {
+      Variant element;
+      const auto told = [&](const char* problem) {
+        return "; its element (" + (table ? std::to_string(r) + ", " : "") + std::to_string(c) +
+               ") cannot be " + problem;
+      };
+      HRESULT result = S_OK;
+      if (c < rows[r].length) result = read_element(rows[r].source, name.c_str(), element);
+      if (FAILED(result)) return {result, told("read")};
+      result = convert(element, target, out);
+      if (FAILED(result)) return {result, told("converted")};
+      gaps.note(is_missing(element));
+      if (gaps.too_many()) return gaps.refusal(columns);
     }
-    columns = std::max(columns, length);
   }
-  SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(rows), 0}, {static_cast<ULONG>(columns), 0}};
-  OwnedArray made = create_array(target.type, value_size(target.type), 2, bounds);
-  if (!made) return {E_OUTOFMEMORY, "; it is too large to convert"};
-  if (target.numbers != nullptr) target.numbers->resize(element_count(made.get()));
-  for (std::int64_t r = 0; r < rows; ++r) {
-    IDispatch* row = object_in(row_values[static_cast<std::size_t>(r)]);
-    if (row == nullptr) continue;
-    // Not beyond what there is room for: the script may have grown the row since it was measured.
-    const std::int64_t length = std::clamp<std::int64_t>(length_of(row), 0, columns);
-    Conversion outcome = read_elements(row, length, target, made.get(), static_cast<std::size_t>(r),
-                                       static_cast<std::size_t>(rows), std::to_string(r) + ", ");
-    if (FAILED(outcome.result)) return outcome;
+  return {};
+}
+
+// The rows of a table, which `holders` keep alive.
+Conversion measure_rows(IDispatch* source, std::int64_t count, std::vector<Variant>& holders,
+                        std::vector<Row>& rows) {
+  Gaps gaps;
+  for (std::int64_t r = 0; r < count; ++r) {
+    const auto told = [&] { return "; its row (" + std::to_string(r) + ")"; };
+    Variant& value = holders.emplace_back();
+    const HRESULT read = read_element(source, number_name(r).c_str(), value);
+    if (FAILED(read)) return {read, told() + " cannot be read"};
+    Row& row = rows.emplace_back();
+    gaps.note(is_missing(value));
+    if (gaps.too_many()) return gaps.refusal(count);
+    if (is_missing(value)) continue;
+    row.source = object_in(value);
+    row.length = row.source == nullptr ? -1 : length_of(row.source);
+    if (row.length < 0) return {DISP_E_TYPEMISMATCH, told() + " is no array"};
   }
-  out = std::move(made);
   return {};
 }
 
@@ -156,13 +197,25 @@ Conversion convert_script_array(IDispatch* source, VARTYPE element, int rank, LC
   if (length < 0) {
     return {DISP_E_TYPEMISMATCH, "; it is an object without a length, not an array"};
   }
-  const Target target{element, locale, numbers};
-  if (rank == 2) return read_rows(source, length, target, out);
-  SAFEARRAYBOUND bound{static_cast<ULONG>(length), 0};
-  OwnedArray made = create_array(element, value_size(element), 1, &bound);
+  if (length > kMostElements) return too_large(length);
+  const bool table = rank == 2;
+  std::vector<Variant> holders;
+  std::vector<Row> rows;
+  std::int64_t columns = length;
+  if (table) {
+    const Conversion measured = measure_rows(source, length, holders, rows);
+    if (FAILED(measured.result)) return measured;
+    columns = 0;
+    for (const Row& row : rows) columns = std::max(columns, row.length);
+    if (columns > kMostElements / std::max<std::int64_t>(length, 1)) return too_large(columns);
+  } else {
+    rows.push_back({source, length});
+  }
+  SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(length), 0}, {static_cast<ULONG>(columns), 0}};
+  OwnedArray made = create_array(element, value_size(element), table ? 2 : 1, bounds);
   if (!made) return {E_OUTOFMEMORY, "; it is too large to convert"};
-  if (numbers != nullptr) numbers->resize(static_cast<std::size_t>(length));
-  Conversion outcome = read_elements(source, length, target, made.get(), 0, 1, "");
+  const Target target{element, locale, numbers};
+  Conversion outcome = read_columns(rows, columns, target, table, made.get());
   if (SUCCEEDED(outcome.result)) out = std::move(made);
   return outcome;
 }

@@ -15,6 +15,7 @@ class ScriptObject final : public IDispatch {
 
   bool is_array = true;
   std::vector<std::unique_ptr<Value>> elements;  ///< null where the array has a hole
+  double boast = 0.0;                            ///< a length beyond the elements
   Value value;
   std::function<void()> work;   ///< runs in every call
   std::function<void()> asked;  ///< runs when a name is looked up
@@ -77,6 +78,7 @@ class ScriptObject final : public IDispatch {
         return DISP_E_MEMBERNOTFOUND;
       if (id != kLength) return VariantCopy(result, place(id));
       *result = system::test::i4(static_cast<LONG>(elements.size())).v;
+      if (boast != 0.0) *result = system::test::r8(boast).v;
       return S_OK;
     } catch (const std::bad_alloc&) {
       return E_OUTOFMEMORY;
@@ -118,6 +120,10 @@ inline Value as_value(ScriptObject* object) {
   return made;
 }
 
+inline ScriptObject& object_of(const Value& value) {
+  return *static_cast<ScriptObject*>(value.v.pdispVal);
+}
+
 /// A script's array of numbers and values; "hole" leaves one out.
 inline Value script_array(const std::vector<Value>& values) {
   auto* made = new ScriptObject;
@@ -131,15 +137,18 @@ inline Value script_array(const std::vector<Value>& values) {
   return as_value(made);
 }
 
+/// An array that has few elements for its length.
+inline Value boasting_array(double length, const std::vector<Value>& values = {}) {
+  Value made = script_array(values);
+  object_of(made).boast = length;
+  return made;
+}
+
 inline Value script_box(const Value& value) {
   auto* made = new ScriptObject;
   made->is_array = false;
   VariantCopy(&made->value.v, &value.v);
   return as_value(made);
-}
-
-inline ScriptObject& object_of(const Value& value) {
-  return *static_cast<ScriptObject*>(value.v.pdispVal);
 }
 
 }  // namespace vqmath63::automation::test

@@ -73,8 +73,16 @@ TEST_F(ScriptObjectsTest, objects_that_are_no_fitting_arrays_are_refused) {
       {u"Table", script_array({r8(1)}), 13, "; its row (0) is no array"},
       {u"Table", script_array({script_array({}), script_box(r8(1))}), 13, "row (1) is no array"},
       {u"Table", script_array({script_array({r8(1), text(u"x")})}), 13, "element (0, 1) cannot"},
+      {u"Singles", boasting_array(2147483648.0, {r8(1)}), 7, ": its length is 2147483648"},
+      {u"Singles", boasting_array(1e8, {r8(1)}), 7, "; its length is 100000000, and nearly all"},
+      {u"Table", boasting_array(2e7, {script_array({})}), 7,
+       "; its length is 20000000, and nearly"},
+      {u"Table", script_array({boasting_array(1e8), kHole}), 7, ": its length is 100000000"},
+      {u"Table", boasting_array(-1.0), 13, "; it is an object without a length"},
   };
   for (const auto& row : rows) {
+    int calls = 0;
+    object_of(row.sent).asked = [&] { ASSERT_LT(++calls, 3'000'000); };
     const Answer answer = call(object, row.member, {row.sent.v, i4(kRead).v});
     EXPECT_EQ(answer.scode, error_code(row.number)) << row.words;
     EXPECT_NE(ascii(answer.words).find(row.words), std::string::npos) << ascii(answer.words);
