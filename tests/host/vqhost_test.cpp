@@ -50,14 +50,26 @@ TEST_F(Vqhost, WritesAFileWholeOrLeavesWhatWasThere) {
   const char* const full_disk = "trap '' XFSZ; ulimit -f 16;";
   const Outcome refused = run("derivative long.csv -o out.csv", full_disk);
   EXPECT_EQ(refused.status, 1);
-  EXPECT_EQ(refused.err, "vqhost: out.csv: cannot be written\n");
+  EXPECT_EQ(refused.err, "vqhost: out.csv: cannot be written: File too large\n");
   EXPECT_EQ(contents(folder_ / "old.csv"), "old\n");
   EXPECT_EQ(run("derivative long.csv -o out.csv").out, "out.csv: 5000 rows\n");
   EXPECT_TRUE(fs::is_symlink(folder_ / "out.csv"));
   EXPECT_EQ(lines_of(contents(folder_ / "old.csv")).size(), 5001U);
-  EXPECT_EQ(run("derivative long.csv -o /dev/full").err, "vqhost: /dev/full: cannot be written\n");
+  EXPECT_EQ(run("derivative long.csv -o /dev/full").err,
+            "vqhost: /dev/full: cannot be written: No space left on device\n");
   const auto files = std::distance(fs::directory_iterator(folder_), fs::directory_iterator());
   EXPECT_EQ(files, 4);  // with err.txt: nothing is left lying about
+}
+
+// A table's rows are not kept until it is printed: kept, these would take 200 MB.
+TEST_F(Vqhost, PrintsALongTableInLittleMemory) {
+  write("year.csv", "date,q\n2023-01-01,1\n2024-01-01,2\n");
+  const char* const before = "ulimit -v 150000;";
+  if (run("--help", before).status != 0) GTEST_SKIP() << "sanitizers and emulators need more";
+  const auto lines = lines_of(run("accumulate year.csv --period minute", before).out);
+  ASSERT_EQ(lines.size(), 525605U);
+  EXPECT_EQ(lines[525602], "2023-12-31 23:59  2024-01-01 00:00    0.0007     2");
+  EXPECT_EQ(lines[525604], "rate x days                         365.0000   730");
 }
 
 // 100 x 100, its bottom at 0, its top from 10 (south) to 14 (north), on a map.

@@ -18,28 +18,34 @@ std::string fixed(double value, int decimals) {
           std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals).ptr};
 }
 
-// A column of numbers as texts: whole numbers as they are, else one number of decimals for all, so
-// that the largest shows `digits` digits.
-std::vector<std::string> number_texts(const std::vector<double>& values, int digits,
-                                      int most_decimals) {
-  double largest = 0.0;
-  bool whole = true;
-  for (const double value : values) {
-    if (!std::isfinite(value)) continue;
-    largest = std::max(largest, std::fabs(value));
-    whole = whole && std::trunc(value) == value;
+// How the numbers of a column are written: whole numbers as they are, else with one number of
+// decimals for all, so that the largest shows `digits` digits.
+class NumberStyle {
+ public:
+  template <class T>
+  NumberStyle(const std::vector<T>& values, int digits, int most_decimals) {
+    double largest = 0.0;
+    bool whole = true;
+    for (const double value : values) {
+      if (!std::isfinite(value)) continue;
+      largest = std::max(largest, std::fabs(value));
+      whole = whole && std::trunc(value) == value;
+    }
+    const int before_point =
+        largest > 0.0 ? static_cast<int>(std::floor(std::log10(largest))) + 1 : 1;
+    plain_ = before_point > -2 && before_point <= 15;
+    decimals_ = whole ? 0 : std::clamp(digits - before_point, 0, most_decimals);
   }
-  const int before_point =
-      largest > 0.0 ? static_cast<int>(std::floor(std::log10(largest))) + 1 : 1;
-  const bool plain = before_point > -2 && before_point <= 15;
-  const int decimals = whole ? 0 : std::clamp(digits - before_point, 0, most_decimals);
-  std::vector<std::string> texts;
-  for (const double value : values) {
-    texts.push_back(plain && std::isfinite(value) ? fixed(value, decimals)
-                                                  : number_text(static_cast<float>(value)));
+
+  std::string text(double value) const {
+    return plain_ && std::isfinite(value) ? fixed(value, decimals_)
+                                          : number_text(static_cast<float>(value));
   }
-  return texts;
-}
+
+ private:
+  bool plain_;
+  int decimals_;
+};
 
 // To the microday: the differences of moments carry more digits than they know.
 double tidy_days(double days) {
@@ -50,60 +56,68 @@ bool any_time_of_day(const Accumulated& accumulated) {
   return std::any_of(accumulated.boundaries.begin(), accumulated.boundaries.end(), has_time_of_day);
 }
 
-// A column of a table to read, and its texts.
-struct Column {
+constexpr int kDecimals = 5;
+constexpr int kRateDigits = 5;
+constexpr int kVolumeDigits = 7;  // about what a Single holds
+
+// A series to read: what stands over and under it, and how its values are written.
+struct SeriesColumn {
   TableColumn about;
-  Texts texts;
+  NumberStyle style;
 };
 
-Column series_column(const Production& production, const Accumulated& accumulated, std::size_t j) {
-  constexpr int kDecimals = 5;
-  constexpr int kRateDigits = 5;
-  constexpr int kVolumeDigits = 7;  // about what a Single holds
+SeriesColumn series_column(const Production& production, const Accumulated& accumulated,
+                           std::size_t j) {
   const std::vector<float>& values = accumulated.series[j];
-  const std::vector<double> numbers(values.begin(), values.end());
   const std::string& name = production.names[j];
   if (!production.rates[j]) {
-    return {{name, Align::kRight, "at end"}, number_texts(numbers, kVolumeDigits, kDecimals)};
+    return {{name, Align::kRight, "at end"}, {values, kVolumeDigits, kDecimals}};
   }
   double volume = 0.0;
-  for (std::size_t i = 0; i < values.size(); ++i) volume += numbers[i] * accumulated.days(i);
-  return {{name, Align::kRight, "mean", number_texts({volume}, kVolumeDigits, kDecimals).front()},
-          number_texts(numbers, kRateDigits, kDecimals)};
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    volume += static_cast<double>(values[i]) * accumulated.days(i);
+  }
+  const NumberStyle of_volume(std::vector<double>{volume}, kVolumeDigits, kDecimals);
+  return {{name, Align::kRight, "mean", of_volume.text(volume)}, {values, kRateDigits, kDecimals}};
 }
 
-// The days of each period, and of all at the foot.
-Column days_column(const Accumulated& accumulated, bool with_foot) {
-  constexpr int kDigits = 8;
-  constexpr int kDecimals = 4;
+// The days of each period, and of all at the end.
+std::vector<double> days_of(const Accumulated& accumulated) {
   std::vector<double> days;
-  double all = 0.0;
   for (std::size_t i = 0; i < accumulated.periods(); ++i) {
     days.push_back(tidy_days(accumulated.days(i)));
-    all += days.back();
   }
-  days.push_back(tidy_days(all));
-  Column column{{"days"}, number_texts(days, kDigits, kDecimals)};
-  if (with_foot) column.about.foot = column.texts.back();
-  return column;
+  days.push_back(tidy_days(accumulated.boundaries.back() - accumulated.boundaries.front()));
+  return days;
 }
 
 void put_to_read(const Production& production, const Accumulated& accumulated) {
   const bool with_time = any_time_of_day(accumulated);
   const bool any_rate =
       std::find(production.rates.begin(), production.rates.end(), true) != production.rates.end();
-  std::vector<Column> numbers{days_column(accumulated, any_rate)};
+  const std::vector<double> days = days_of(accumulated);
+  constexpr int kDayDigits = 8;
+  constexpr int kDayDecimals = 4;
+  const NumberStyle day_style(days, kDayDigits, kDayDecimals);
+  std::vector<TableColumn> columns{
+      {"start", Align::kLeft, "", any_rate ? "rate x days" : ""},
+      {"end", Align::kLeft},
+      {"days", Align::kRight, "", any_rate ? day_style.text(days.back()) : ""}};
+  std::vector<NumberStyle> styles;
   for (std::size_t j = 0; j < production.names.size(); ++j) {
-    numbers.push_back(series_column(production, accumulated, j));
+    const SeriesColumn column = series_column(production, accumulated, j);
+    columns.push_back(column.about);
+    styles.push_back(column.style);
   }
-  std::vector<TableColumn> columns{{"start", Align::kLeft, "", any_rate ? "rate x days" : ""},
-                                   {"end", Align::kLeft}};
-  for (const Column& column : numbers) columns.push_back(column.about);
   put_table("", std::move(columns), [&](TableWriter& table) {
+    Texts row(3 + styles.size());
     for (std::size_t i = 0; i < accumulated.periods(); ++i) {
-      Texts row{moment_text(accumulated.boundaries[i], with_time),
-                moment_text(accumulated.boundaries[i + 1], with_time)};
-      for (const Column& column : numbers) row.push_back(column.texts[i]);
+      row[0] = moment_text(accumulated.boundaries[i], with_time);
+      row[1] = moment_text(accumulated.boundaries[i + 1], with_time);
+      row[2] = day_style.text(days[i]);
+      for (std::size_t j = 0; j < styles.size(); ++j) {
+        row[3 + j] = styles[j].text(accumulated.series[j][i]);
+      }
       table.row(row);
     }
   });

@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -42,7 +44,7 @@ class OutputFile {
     if (written_ == target_) return;
     std::error_code error;
     fs::rename(written_, target_, error);
-    if (error) fail();
+    if (error) fail(error.message());
     written_ = target_;
   }
 
@@ -61,7 +63,10 @@ class OutputFile {
     if (fs::exists(status)) fs::permissions(beside, status.permissions(), ignored);
   }
 
-  [[noreturn]] void fail() const { throw WorkError(path_ + ": cannot be written"); }
+  // Says what the last call to the system that failed says.
+  [[noreturn]] void fail(const std::string& why = std::strerror(errno)) const {
+    throw WorkError(path_ + ": cannot be written: " + why);
+  }
 
   std::string path_;
   fs::path target_;
@@ -72,8 +77,7 @@ class OutputFile {
 std::size_t write_table(std::ostream& out, TableForm form, std::vector<TableColumn> columns,
                         const FillTable& fill) {
   TableWriter table(out, form, std::move(columns));
-  fill(table);
-  table.end();
+  while (table.wants_rows()) fill(table);
   return table.rows();
 }
 

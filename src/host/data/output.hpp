@@ -17,7 +17,7 @@ inline bool for_reading(const std::string& output) {
   return output.empty();
 }
 
-/// Hands a table's rows to the writer.
+/// Hands a table's rows to the writer: the same ones each time that it is asked.
 using FillTable = std::function<void(TableWriter& table)>;
 
 /// A table as the option -o has it: without one to be read, with "-" as CSV on the standard output,

@@ -28,39 +28,17 @@ enum class TableForm {
   kCsv,      ///< names and rows; printed row by row
 };
 
-/// Prints a table. One whose columns have no names has no header.
-class TableWriter {
- public:
-  TableWriter(std::ostream& out, TableForm form, std::vector<TableColumn> columns);
-
-  /// Takes a row, a text a column.
-  void row(const Texts& cells);
-  /// The rows taken.
-  std::size_t rows() const { return count_; }
-  /// Prints what is left to print.
-  void end();
-
- private:
-  void print_csv(const Texts& cells);
-  template <class Part>
-  Texts texts_of(Part part) const;
-
-  std::ostream& out_;
-  TableForm form_;
-  std::vector<TableColumn> columns_;
-  std::vector<Texts> kept_;  // the rows that are still to be aligned
-  std::size_t count_ = 0;
-  std::string line_;  // of CSV, kept for its room
-};
-
 /// Lines of texts in columns as wide as the widest of them.
 class AlignedLines {
  public:
+  AlignedLines() = default;
   explicit AlignedLines(std::vector<Align> aligned)
       : aligned_(std::move(aligned)), widths_(aligned_.size(), 0) {}
 
   /// Makes room for texts that will stand in a line.
   void widen(const Texts& cells);
+  /// The same for texts of a width in a column.
+  void widen(std::size_t column, std::size_t width);
   /// A line without its end; texts of columns that do not meet at the left stand at the right.
   std::string line(const Texts& cells) const;
   /// The length of the longest line that there can be.
@@ -69,6 +47,50 @@ class AlignedLines {
  private:
   std::vector<Align> aligned_;
   std::vector<std::size_t> widths_;
+};
+
+/// Prints a table. One whose columns have no names has no header. Rows are not kept: a table to be
+/// read takes them twice, first to measure them.
+///
+///   while (table.wants_rows()) { for each row: table.row(cells); }
+class TableWriter {
+ public:
+  TableWriter(std::ostream& out, TableForm form, std::vector<TableColumn> columns);
+
+  /// Whether the rows have to be handed over, from the first to the last, once or once more. When
+  /// they need not the table is printed whole.
+  bool wants_rows();
+  /// Takes a row, a text a column.
+  void row(const Texts& cells);
+  /// The rows of the table.
+  std::size_t rows() const { return count_; }
+
+ private:
+  enum class Pass { kNone, kMeasuring, kPrinting, kDone };
+  // What the cells of a column come to.
+  struct Measure {
+    bool numbers = true;
+    std::size_t width = 0;
+    std::size_t before_point = 0;
+    std::size_t after_point = 0;
+  };
+
+  void measure(const Texts& cells);
+  void print(Texts cells);
+  void print_csv(const Texts& cells);
+  void print_head();
+  void print_foot();
+  template <class Part>
+  Texts texts_of(Part part) const;
+
+  std::ostream& out_;
+  TableForm form_;
+  std::vector<TableColumn> columns_;
+  Pass pass_ = Pass::kNone;
+  std::size_t count_ = 0;
+  std::vector<Measure> measures_;
+  AlignedLines lines_;  // once measured
+  std::string line_;    // of CSV, kept for its room
 };
 
 }  // namespace vqmath63::host
