@@ -32,8 +32,10 @@ struct ArgumentInfo {
   ValueType type{};
   bool optional = false;
   DefaultValue fallback{};
-  bool only_written = false;         ///< the member never reads what the host's variable holds
-  bool lent = false;                 ///< only a companion could write it, and none of ours does
+  bool only_written = false;  ///< the member never reads what the host's variable holds
+  bool answer = false;        ///< a result: the host's variable only keeps what it held where
+                              ///< the member has none
+  bool lent = false;          ///< only a companion could write it, and none of ours does
   std::string (*words)() = nullptr;  ///< the words that a text is one of, a line each; null for any
 };
 
@@ -53,12 +55,16 @@ inline constexpr std::size_t kMostArguments = 16;
 
 enum class MemberKind { kMethod, kPropertyGet, kPropertyLet };
 
+struct ManyCalls;
+
 /// One member: a row of a class's table.
 struct MemberInfo {
   /// Calls the member's vtable function `function` on `self` with the interface values that stand
   /// at `arguments`; `result` points to room for the result's automation value.
   using LateCall = HRESULT (*)(void* self, void (*function)(), void* const* arguments,
                                void* result);
+  /// Calls the native function that `native` points to on `self` many times over.
+  using ManyCall = HRESULT (*)(void* self, const void* native, ManyCalls& calls) noexcept;
 
   const char* name = "";
   std::uint32_t hash = 0;  ///< name_hash(name)
@@ -68,6 +74,8 @@ struct MemberInfo {
   std::span<const ArgumentInfo> arguments;
   ValueType result;
   LateCall late_call = nullptr;
+  ManyCall many_call = nullptr;
+  const void* native = nullptr;  ///< the pointer to the member function
 };
 
 /// A creatable class.
@@ -80,6 +88,7 @@ struct ClassInfo {
   /// Creates an instance and returns its interface `iid`; an exception of the class's own
   /// initialisation has become the returned result code.
   HRESULT (*create)(REFIID iid, void** out) noexcept = nullptr;
+  const void* vtable = nullptr;  ///< what an object of the class begins with a pointer to
 };
 
 /// Name of the type library, first word of every programmatic id.

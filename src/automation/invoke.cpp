@@ -19,19 +19,6 @@ bool serves(MemberKind kind, WORD flags) {
   return (flags & (kind == MemberKind::kPropertyLet ? kWrite : kRead)) != 0;
 }
 
-// The member of that id and kind, and its place in the vtable.
-const MemberInfo* find_member(const ClassInfo& info, DISPID dispid, WORD flags,
-                              std::size_t* place) {
-  for (std::size_t i = 0; i < info.members.size(); ++i) {
-    const MemberInfo& member = info.members[i];
-    if (member.dispid == dispid && serves(member.kind, flags)) {
-      *place = i;
-      return &member;
-    }
-  }
-  return nullptr;
-}
-
 // Hosts that forward an optional argument of their own send a reference to the missing one.
 bool is_missing(const VARIANT& sent) {
   const bool behind = sent.vt == (VT_BYREF | VT_VARIANT) && sent.pvarVal != nullptr;
@@ -198,6 +185,18 @@ HRESULT call_by_name(const ClassInfo& info, void* self, DISPID dispid, LCID loca
 }
 
 }  // namespace
+
+const MemberInfo* find_member(const ClassInfo& info, DISPID dispid, WORD flags,
+                              std::size_t* place) noexcept {
+  for (std::size_t i = 0; i < info.members.size(); ++i) {
+    const MemberInfo& member = info.members[i];
+    if (member.dispid == dispid && serves(member.kind, flags)) {
+      *place = i;
+      return &member;
+    }
+  }
+  return nullptr;
+}
 
 HRESULT ids_of_names(const ClassInfo& info, LPOLESTR* names, UINT count, DISPID* ids) noexcept {
   if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;

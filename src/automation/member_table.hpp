@@ -11,7 +11,8 @@
 namespace vqmath63::automation {
 
 /// An argument by name: one that is read; one that the member only writes, whatever the host's
-/// variable holds before; one that is read and lent to a companion, so that the host's variable
+/// variable holds before; one that is a result too, but stays what it was where the member comes to
+/// none; one that is read and lent to a companion, so that the host's variable
 /// keeps its own value and type unless the companion writes another; an optional one with the value
 /// that a missing argument stands for.
 consteval ArgumentInfo arg(const char* name) {
@@ -19,6 +20,9 @@ consteval ArgumentInfo arg(const char* name) {
 }
 consteval ArgumentInfo out(const char* name) {
   return {.name = name, .only_written = true};
+}
+consteval ArgumentInfo answer(const char* name) {
+  return {.name = name, .answer = true};
 }
 consteval ArgumentInfo lent(const char* name) {
   return {.name = name, .lent = true};
@@ -70,7 +74,7 @@ struct Row {
 // time, would have to call: none of these is defined.
 void the_name_of_a_row_is_not_that_of_its_member();
 void a_row_leaves_an_argument_of_its_member_out();
-void an_argument_that_is_only_written_is_no_reference();
+void an_argument_that_is_written_is_no_reference();
 void two_rows_have_the_same_name_and_kind();
 void two_names_have_the_same_id();
 void one_name_has_two_ids();
@@ -106,8 +110,8 @@ consteval Row<kMember> make_row(MemberKind kind, std::string_view declared, DISP
   if (declared != name) the_name_of_a_row_is_not_that_of_its_member();
   for (std::size_t k = 0; k < Native::kArguments; ++k) {
     if (*arguments[k].name == 0) a_row_leaves_an_argument_of_its_member_out();
-    if (arguments[k].only_written && !Native::kWritable[k]) {
-      an_argument_that_is_only_written_is_no_reference();
+    if ((arguments[k].only_written || arguments[k].answer) && !Native::kWritable[k]) {
+      an_argument_that_is_written_is_no_reference();
     }
   }
   return {name, dispid, kind, help, arguments};

@@ -5,6 +5,7 @@
 #include <new>
 
 #include "automation/invoke.hpp"
+#include "automation/many_calls.hpp"
 #include "automation/object_support.hpp"
 #include "automation/thunk.hpp"
 
@@ -104,7 +105,7 @@ struct ResultAbiOf<void> {
   using Type = void;
 };
 
-/// Automation types and late call of a native signature.
+/// Automation types of a native signature, and the calls that know it.
 template <class F>
 struct Describe;
 template <class C, class R, class... A>
@@ -113,9 +114,15 @@ struct Describe<R (C::*)(A...)> {
   static constexpr ValueType kResult = Result<R>::kType;
   static constexpr MemberInfo::LateCall kLateCall =
       &late_call<typename ResultAbiOf<R>::Type, typename Param<A>::Abi...>;
+  template <const auto& kTable, class F = R (C::*)(A...)>
+  static constexpr MemberInfo::ManyCall kManyCall = &ManyCallsOf<kTable, F, R, A...>::run;
 };
 template <class C, class R, class... A>
-struct Describe<R (C::*)(A...) const> : Describe<R (C::*)(A...)> {};
+struct Describe<R (C::*)(A...) const> : Describe<R (C::*)(A...)> {
+  template <const auto& kTable>
+  static constexpr MemberInfo::ManyCall kManyCall =
+      &ManyCallsOf<kTable, R (C::*)(A...) const, R, A...>::run;
+};
 
 /// Everything made from a table at compile time.
 template <const auto& kTable>
@@ -146,7 +153,8 @@ class Boundary {
     return {MemberInfo{std::get<k>(kTable.rows).name, name_hash(std::get<k>(kTable.rows).name),
                        std::get<k>(kTable.rows).dispid, std::get<k>(kTable.rows).kind,
                        std::get<k>(kTable.rows).help, kArguments<k>, DescribeRow<k>::kResult,
-                       DescribeRow<k>::kLateCall}...};
+                       DescribeRow<k>::kLateCall, DescribeRow<k>::template kManyCall<kTable>,
+                       &RowOf<k>::kFunction}...};
   }
 
   template <std::size_t... k>
@@ -164,9 +172,9 @@ class Boundary {
 
  public:
   static constexpr std::array<MemberInfo, kRows> kMembers = describe(Sequence{});
-  static constexpr ClassInfo kInfo{kTable.name, kTable.help, kTable.clsid,
-                                   kTable.iid,  kMembers,    &Boundary::create};
   static constexpr auto kVtable = make_vtable(Sequence{});
+  static constexpr ClassInfo kInfo{kTable.name, kTable.help,       kTable.clsid, kTable.iid,
+                                   kMembers,    &Boundary::create, &kVtable};
 };
 
 template <const auto& kTable>

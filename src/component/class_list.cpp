@@ -52,6 +52,14 @@ const ClassInfo* find_class(std::string_view programmatic_id) noexcept {
   return nullptr;
 }
 
+const ClassInfo* class_of(const void* object) noexcept {
+  const void* const vtable = *static_cast<const void* const*>(object);
+  for (const ClassInfo* info : kClasses) {
+    if (info->vtable == vtable) return info;
+  }
+  return nullptr;
+}
+
 std::string programmatic_id(const ClassInfo& info) {
   return std::string(automation::kLibraryName) + "." + info.name;
 }

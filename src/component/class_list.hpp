@@ -24,6 +24,10 @@ std::span<const automation::ClassInfo* const> classes() noexcept;
 const automation::ClassInfo* find_class(REFCLSID clsid) noexcept;
 const automation::ClassInfo* find_class(std::string_view programmatic_id) noexcept;
 
+/// The class of an object that this component has made; null for any other, be it a stand-in for
+/// one in another apartment.
+const automation::ClassInfo* class_of(const void* object) noexcept;
+
 /// "vq140Analyse." and the class name.
 std::string programmatic_id(const automation::ClassInfo& info);
 

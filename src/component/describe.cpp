@@ -41,6 +41,17 @@ std::string host_type(const ValueType& type) {
   return name;
 }
 
+namespace {
+
+const char* direction(const ArgumentInfo& argument) {
+  if (!argument.type.by_ref) return "in";
+  if (argument.type.read_only) return "in,ref";
+  if (argument.lent) return "in,lent";
+  return argument.only_written || argument.answer ? "out" : "in,out";
+}
+
+}  // namespace
+
 std::string host_default(const ArgumentInfo& argument) {
   const automation::DefaultValue& value = argument.fallback;
   if (value.text != nullptr) return "\"" + std::string(value.text) + "\"";
@@ -54,7 +65,7 @@ std::string describe_classes(ClassList classes) {
   std::string text;
   for (const ClassInfo* info : classes) {
     text.append(programmatic_id(*info)).append("\t").append(info->name).append("\t");
-    text.append(info->help).append("\n");
+    text.append(info->help).append("\t").append(guid_text(info->clsid)).append("\n");
   }
   return text;
 }
@@ -69,7 +80,7 @@ std::string describe_members(const ClassInfo& info) {
     text.append("\t").append(host_type(member.result)).append("\t").append(member.help);
     for (const ArgumentInfo& argument : member.arguments) {
       text.append("\t").append(argument.name).append("\t").append(host_type(argument.type));
-      text.append(argument.type.by_ref ? "\tin,out\t" : "\tin\t");
+      text.append("\t").append(direction(argument)).append("\t");
       text += argument.optional ? "optional=" + host_default(argument) : "required";
     }
     text += "\n";

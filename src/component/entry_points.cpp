@@ -1,6 +1,8 @@
 // The exported functions of the component.
 #include "automation/call_scope.hpp"
 #include "automation/failure.hpp"
+#include "automation/invoke.hpp"
+#include "automation/many_calls.hpp"
 #include "automation/object_support.hpp"
 #include "automation/text.hpp"
 #include "component/class_factory.hpp"
@@ -57,6 +59,27 @@ VQ_EXPORT HRESULT VQ_API VqSetMessageCallback(VqMessageCallback callback, void* 
   } catch (...) {
     return E_OUTOFMEMORY;
   }
+}
+
+VQ_EXPORT HRESULT VQ_API VqCallMany(void* object, DISPID member, WORD flags, int64_t calls,
+                                    const VqColumn* arguments, UINT argument_count,
+                                    const VqColumn* results, VqFailures* failures) {
+  if (failures != nullptr) *failures = {0, -1};
+  if (object == nullptr || (arguments == nullptr && argument_count > 0)) return E_POINTER;
+  const ClassInfo* const info = component::class_of(object);
+  if (info == nullptr) return E_NOINTERFACE;
+  if (calls < 0) return E_INVALIDARG;
+  std::size_t place = 0;
+  const automation::MemberInfo* const row = automation::find_member(*info, member, flags, &place);
+  if (row == nullptr) return DISP_E_MEMBERNOTFOUND;
+  if (argument_count != row->arguments.size()) return DISP_E_BADPARAMCOUNT;
+  automation::Column columns[automation::kMostArguments];
+  for (UINT k = 0; k < argument_count; ++k) columns[k] = {arguments[k].first, arguments[k].stride};
+  automation::ManyCalls many{*info, *row, {columns, argument_count}, {nullptr, 0}, calls};
+  if (results != nullptr) many.result = {results->first, results->stride};
+  const HRESULT outcome = row->many_call(object, row->native, many);
+  if (failures != nullptr) *failures = {many.failed, many.first_failed};
+  return outcome;
 }
 
 VQ_EXPORT HRESULT VQ_API VqDescribe(const OLECHAR* programmatic_id, BSTR* text) {

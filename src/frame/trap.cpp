@@ -2,6 +2,7 @@
 
 #include "frame/companions.hpp"
 #include "frame/fault.hpp"
+#include "frame/message_tally.hpp"
 
 namespace vqmath63 {
 
@@ -25,6 +26,8 @@ std::string error_message(std::int32_t number, const Location& where) {
 
 void report_failure(const Location& where) {
   std::string message = error_message(fault_in_flight().number(), where);
+  MessageTally* const tally = message_tally();
+  if (tally != nullptr && tally->take(message)) return;
   bool flag = true;
   error_handler()->ReportError(message, flag);
 }

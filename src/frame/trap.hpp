@@ -24,8 +24,8 @@ struct Location {
 std::string error_message(std::int32_t number, const Location& where);
 
 /// Sends the error line of the exception in flight to this thread's error sink, which is created
-/// if there is none. To be called from inside a catch block; a failure in here goes on to the
-/// caller.
+/// if there is none, or to this thread's MessageTally. To be called from inside a catch block; a
+/// failure in here goes on to the caller.
 void report_failure(const Location& where);
 
 /// Runs `work(result)` and returns `result`, which starts as zero (false, empty). A run-time

@@ -6,6 +6,7 @@
 
 namespace vqmath63::members {
 
+using automation::answer;
 using automation::arg;
 using automation::lent;
 using automation::method;
@@ -18,9 +19,9 @@ inline constexpr auto kMathLib = automation::table<ztMathLib>(
     {0x5680D313, 0x79A1, 0x416B, {0xBA, 0xFE, 0x9E, 0x0C, 0x37, 0x87, 0xBA, 0x08}},
     // clang-format off
     method<&ztMathLib::angle>               ( 1, "angle",                {arg("X"), arg("Y")}, "Angle in radians of the point (X, Y) seen from the origin, in (-pi, pi]."),
-    method<&ztMathLib::Polar_to_Rectangular>( 2, "Polar_to_Rectangular", {arg("Radius"), arg("Theta"), arg("X"), arg("Y")}, "X and Y of the point at distance Radius and angle Theta (radians)."),
+    method<&ztMathLib::Polar_to_Rectangular>( 2, "Polar_to_Rectangular", {arg("Radius"), arg("Theta"), answer("X"), answer("Y")}, "X and Y of the point at distance Radius and angle Theta (radians)."),
     method<&ztMathLib::Quadrant>            ( 3, "Quadrant",             {arg("X"), arg("Y")}, "Quadrant 1 to 4 of the point (X, Y); the positive axes and the origin belong to 1."),
-    method<&ztMathLib::Rectangular_to_Polar>( 4, "Rectangular_to_Polar", {arg("X"), arg("Y"), arg("Radius"), arg("Theta")}, "Distance and angle (radians) of the point (X, Y); errors reach the caller."),
+    method<&ztMathLib::Rectangular_to_Polar>( 4, "Rectangular_to_Polar", {arg("X"), arg("Y"), answer("Radius"), answer("Theta")}, "Distance and angle (radians) of the point (X, Y); errors reach the caller."),
     method<&ztMathLib::aLog>                ( 5, "aLog",                 {arg("xValue")}, "e to the power xValue; 1e308 above 707.47."),
     method<&ztMathLib::aLog10>              ( 6, "aLog10",               {arg("xValue")}, "10 to the power xValue; 1e308 where e times xValue exceeds 707.47."),
     method<&ztMathLib::Ln>                  ( 7, "Ln",                   {arg("xValue")}, "Natural logarithm; 1e308 unless xValue is positive."),
@@ -76,7 +77,7 @@ inline constexpr auto kMathLib = automation::table<ztMathLib>(
     method<&ztMathLib::Gamma_Series>        (57, "Gamma_Series",         {arg("A"), arg("X")}, "Regularised lower incomplete gamma function by its series."),
     method<&ztMathLib::Gamma_CF>            (58, "Gamma_CF",             {arg("A"), arg("X")}, "Regularised upper incomplete gamma function by its continued fraction."),
     method<&ztMathLib::Erf>                 (59, "Erf",                  {arg("xValue")}, "Error function."),
-    method<&ztMathLib::Arithmetic>          (60, "Arithmetic",           {arg("dReal1"), arg("dReal2"), arg("Operation"), arg("Result")}, "Result = dReal1 Operation dReal2, negligible sums being 0; 1e308 over zero."),
+    method<&ztMathLib::Arithmetic>          (60, "Arithmetic",           {arg("dReal1"), arg("dReal2"), arg("Operation"), answer("Result")}, "Result = dReal1 Operation dReal2, negligible sums being 0; 1e308 over zero."),
     method<&ztMathLib::ArithmeticSingle>    (61, "ArithmeticSingle",     {arg("dReal1"), arg("dReal2"), arg("Operation")}, "dReal1 Operation dReal2 in Single, negligible sums being 0; 3.402823E+38 over zero."),
     method<&ztMathLib::ArithmeticDiff>      (62, "ArithmeticDiff",       {arg("sReal1"), arg("sReal2"), optional_arg("Epslon", 1e-6)}, "sReal1 - sReal2, 0 when below Epslon of the larger."),
     method<&ztMathLib::I0>                  (63, "I0",                   {arg("X")}, "Modified Bessel function I of order 0."),
@@ -93,12 +94,12 @@ inline constexpr auto kMathLib = automation::table<ztMathLib>(
     method<&ztMathLib::Ybn>                 (74, "Ybn",                  {arg("n"), arg("X")}, "Bessel function Y of order n, 0 or more; 1e308 unless X is positive."),
     method<&ztMathLib::Point_In_Polygon>    (75, "Point_In_Polygon",     {arg("x0"), arg("y0"), arg("X"), arg("Y")}, "Whether (x0, y0) is inside the polygon, given open or closed; of a box's edges the left and the upper one belong to it."),
     method<&ztMathLib::LineIntersect>       (76, "LineIntersect",        {arg("x1i"), arg("y1i"), arg("x2i"), arg("y2i"), arg("x1j"), arg("y1j"), arg("x2j"), arg("y2j"), out("xi"), out("yi"), out("qInt")}, "Crossing (xi, yi) of segments i and j, and whether there is one."),
-    method<&ztMathLib::LineCrossPoint>      (77, "LineCrossPoint",       {lent("x1i"), lent("y1i"), lent("x2i"), lent("y2i"), lent("x1j"), lent("y1j"), lent("x2j"), lent("y2j"), arg("xi"), arg("yi"), arg("qInt")}, "Crossing of segments i and j by the mathematical companion: both ends of both count."),
-    method<&ztMathLib::GetPointOnLine>      (78, "GetPointOnLine",       {arg("x1"), arg("y1"), arg("Z1"), arg("x2"), arg("y2"), arg("z2"), arg("PtZ"), arg("qBetweenPoints"), arg("PtX"), arg("PtY"), out("qOK")}, "PtX and PtY where the line reaches the level PtZ."),
+    method<&ztMathLib::LineCrossPoint>      (77, "LineCrossPoint",       {lent("x1i"), lent("y1i"), lent("x2i"), lent("y2i"), lent("x1j"), lent("y1j"), lent("x2j"), lent("y2j"), answer("xi"), answer("yi"), answer("qInt")}, "Crossing of segments i and j by the mathematical companion: both ends of both count."),
+    method<&ztMathLib::GetPointOnLine>      (78, "GetPointOnLine",       {arg("x1"), arg("y1"), arg("Z1"), arg("x2"), arg("y2"), arg("z2"), arg("PtZ"), arg("qBetweenPoints"), answer("PtX"), answer("PtY"), out("qOK")}, "PtX and PtY where the line reaches the level PtZ."),
     method<&ztMathLib::Point_In_Cube>       (79, "Point_In_Cube",        {arg("x0"), arg("y0"), arg("z0"), arg("sTopFace"), arg("sBottomFace")}, "Whether a point is inside a cell; corner arrays are (coordinate 1 to 3, corner 1 to 4)."),
     method<&ztMathLib::Points_In_Cube>      (80, "Points_In_Cube",       {arg("X"), arg("Y"), arg("Z"), arg("sTopFace"), arg("sBottomFace"), out("qInCube"), out("qOK")}, "Which points are inside a cell."),
-    method<&ztMathLib::Points_In_CubeIndex> (81, "Points_In_CubeIndex",  {arg("X"), arg("Y"), arg("Z"), arg("sTopFace"), arg("sBottomFace"), arg("NumPoints"), out("PointsIndex"), out("qInCube"), out("qOK")}, "Which points are inside a cell, their indices and number."),
-    method<&ztMathLib::Line_Through_Cube>   (82, "Line_Through_Cube",    {arg("X"), arg("Y"), arg("Z"), arg("sTopFace"), arg("sBottomFace"), arg("qInCube"), out("sIntersectionPoints"), out("qOK")}, "Where a segment meets a cell's surface, (coordinate, crossing); qInCube tells whether it does.")
+    method<&ztMathLib::Points_In_CubeIndex> (81, "Points_In_CubeIndex",  {arg("X"), arg("Y"), arg("Z"), arg("sTopFace"), arg("sBottomFace"), answer("NumPoints"), out("PointsIndex"), out("qInCube"), out("qOK")}, "Which points are inside a cell, their indices and number."),
+    method<&ztMathLib::Line_Through_Cube>   (82, "Line_Through_Cube",    {arg("X"), arg("Y"), arg("Z"), arg("sTopFace"), arg("sBottomFace"), answer("qInCube"), out("sIntersectionPoints"), out("qOK")}, "Where a segment meets a cell's surface, (coordinate, crossing); qInCube tells whether it does.")
     // clang-format on
 );
 

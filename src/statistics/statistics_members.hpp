@@ -6,6 +6,7 @@
 
 namespace vqmath63::members {
 
+using automation::answer;
 using automation::arg;
 using automation::get;
 using automation::lent;
@@ -61,19 +62,19 @@ inline constexpr auto kStatistics = automation::table<ztStatistics>(
     method<&ztStatistics::Mode>                  (41, "Mode",                   {arg("xA")}, "Mode of the samples by changes of value in ascending order, else by ModeBin."),
     method<&ztStatistics::ModeBin>               (42, "ModeBin",                {arg("dSort")}, "Mean of the fullest bin over ascending samples; 0 when no bin holds more than one."),
     method<&ztStatistics::Quartile>              (43, "Quartile",               {arg("xA"), arg("ithQuartile")}, "First, second or third quartile (1, 2, 3); 0 for any other number."),
-    method<&ztStatistics::RemoveNulls>           (44, "RemoveNulls",            {lent("xNull"), arg("xA"), out("xANew"), arg("nANew"), out("qOK")}, "Copies xA without the samples equal to xNull; nANew is the number left."),
-    method<&ztStatistics::RemoveNullsXY>         (45, "RemoveNullsXY",          {lent("xNull"), arg("xA"), arg("xB"), out("xANew"), out("xBNew"), arg("NewLength"), out("qOK")}, "Copies two arrays without the rows in which one equals xNull."),
-    method<&ztStatistics::RemoveNullsXYZ>        (46, "RemoveNullsXYZ",         {lent("xNull"), arg("xA"), arg("xB"), arg("xC"), out("xANew"), out("xBNew"), out("xCNew"), arg("NewLength"), out("qOK")}, "Copies three arrays without the rows in which one equals xNull."),
-    method<&ztStatistics::RemoveNullValues>      (47, "RemoveNullValues",       {lent("dNull"), arg("iNull"), arg("dX"), arg("dY"), arg("nRows"), out("qOK")}, "Removes the rows in which one of two arrays equals dNull, in place; only counts them when iNull is 0."),
-    method<&ztStatistics::RemoveNullValuesXYZ>   (48, "RemoveNullValuesXYZ",    {lent("dNull"), arg("iNull"), arg("dX"), arg("dY"), arg("dZ"), arg("nRows"), out("qOK")}, "Removes the rows in which one of three arrays equals dNull, in place; only counts them when iNull is 0."),
-    method<&ztStatistics::MaskValuesXY>          (49, "MaskValuesXY",           {lent("qMask"), arg("dX"), arg("dY"), arg("nRows"), out("qOK"), optional_arg("qFlag", true)}, "Keeps the rows of two arrays whose mask entry is True, in place; qFlag is ignored."),
-    method<&ztStatistics::MaskValuesXYZ>         (50, "MaskValuesXYZ",          {lent("qMask"), arg("dX"), arg("dY"), arg("dZ"), arg("nRows"), out("qOK"), optional_arg("qFlag", true)}, "Keeps the rows of three arrays whose mask entry is True, in place; qFlag is ignored."),
+    method<&ztStatistics::RemoveNulls>           (44, "RemoveNulls",            {lent("xNull"), arg("xA"), out("xANew"), answer("nANew"), out("qOK")}, "Copies xA without the samples equal to xNull; nANew is the number left."),
+    method<&ztStatistics::RemoveNullsXY>         (45, "RemoveNullsXY",          {lent("xNull"), arg("xA"), arg("xB"), out("xANew"), out("xBNew"), answer("NewLength"), out("qOK")}, "Copies two arrays without the rows in which one equals xNull."),
+    method<&ztStatistics::RemoveNullsXYZ>        (46, "RemoveNullsXYZ",         {lent("xNull"), arg("xA"), arg("xB"), arg("xC"), out("xANew"), out("xBNew"), out("xCNew"), answer("NewLength"), out("qOK")}, "Copies three arrays without the rows in which one equals xNull."),
+    method<&ztStatistics::RemoveNullValues>      (47, "RemoveNullValues",       {lent("dNull"), arg("iNull"), arg("dX"), arg("dY"), answer("nRows"), out("qOK")}, "Removes the rows in which one of two arrays equals dNull, in place; only counts them when iNull is 0."),
+    method<&ztStatistics::RemoveNullValuesXYZ>   (48, "RemoveNullValuesXYZ",    {lent("dNull"), arg("iNull"), arg("dX"), arg("dY"), arg("dZ"), answer("nRows"), out("qOK")}, "Removes the rows in which one of three arrays equals dNull, in place; only counts them when iNull is 0."),
+    method<&ztStatistics::MaskValuesXY>          (49, "MaskValuesXY",           {lent("qMask"), arg("dX"), arg("dY"), answer("nRows"), out("qOK"), optional_arg("qFlag", true)}, "Keeps the rows of two arrays whose mask entry is True, in place; qFlag is ignored."),
+    method<&ztStatistics::MaskValuesXYZ>         (50, "MaskValuesXYZ",          {lent("qMask"), arg("dX"), arg("dY"), arg("dZ"), answer("nRows"), out("qOK"), optional_arg("qFlag", true)}, "Keeps the rows of three arrays whose mask entry is True, in place; qFlag is ignored."),
     method<&ztStatistics::SumOfSquareDifferences>(51, "SumOfSquareDifferences", {arg("xA"), arg("yA")}, "Sum of the squared differences of two arrays; 0 for unequal upper bounds."),
-    method<&ztStatistics::ChiSquared>            (52, "ChiSquared",             {arg("xObserved"), arg("xExpected"), arg("nConstraints"), arg("ChiSq"), arg("Probability"), out("qOK")}, "Chi squared of observed against expected counts and the chance of a larger one."),
-    method<&ztStatistics::Chi2Squared>           (53, "Chi2Squared",            {arg("xA"), arg("yA"), arg("nConstraints"), arg("ChiSq"), arg("Probability"), out("qOK")}, "Chi squared of two sets of counts and the chance of a larger one."),
-    method<&ztStatistics::t_Test>                (54, "t_Test",                 {arg("xA"), arg("yA"), arg("t"), arg("Probability"), out("qOK")}, "Student's t for two samples of equal variance and the two-sided chance of a larger one."),
+    method<&ztStatistics::ChiSquared>            (52, "ChiSquared",             {arg("xObserved"), arg("xExpected"), arg("nConstraints"), answer("ChiSq"), answer("Probability"), out("qOK")}, "Chi squared of observed against expected counts and the chance of a larger one."),
+    method<&ztStatistics::Chi2Squared>           (53, "Chi2Squared",            {arg("xA"), arg("yA"), arg("nConstraints"), answer("ChiSq"), answer("Probability"), out("qOK")}, "Chi squared of two sets of counts and the chance of a larger one."),
+    method<&ztStatistics::t_Test>                (54, "t_Test",                 {arg("xA"), arg("yA"), answer("t"), answer("Probability"), out("qOK")}, "Student's t for two samples of equal variance and the two-sided chance of a larger one."),
     method<&ztStatistics::ConfidenceLimit>       (55, "ConfidenceLimit",        {arg("xA"), arg("dLevel")}, "Half width of the confidence interval of the mean at level dLevel, 0 to 1."),
-    method<&ztStatistics::ConfidenceInterval>    (56, "ConfidenceInterval",     {arg("xA"), arg("dLevel"), arg("xLower"), arg("xUpper"), out("qOK")}, "Confidence interval of the mean at level dLevel, 0 to 1.")
+    method<&ztStatistics::ConfidenceInterval>    (56, "ConfidenceInterval",     {arg("xA"), arg("dLevel"), answer("xLower"), answer("xUpper"), out("qOK")}, "Confidence interval of the mean at level dLevel, 0 to 1.")
     // clang-format on
 );
 

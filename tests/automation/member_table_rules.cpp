@@ -39,7 +39,7 @@ inline constexpr auto kCurve = table<Curve>(
     method<&Other::Area>(3, "Area", {}, ""),
 #elif CASE == 9   // forgotten_argument: a_row_leaves_an_argument_of_its_member_out
     method<&Curve::Ends>(3, "Ends", {arg("x"), arg("y")}, ""),
-#elif CASE == 10  // output_by_value: an_argument_that_is_only_written_is_no_reference
+#elif CASE == 10  // output_by_value: an_argument_that_is_written_is_no_reference
     method<&Curve::Ends>(3, "Ends", {out("x"), out("y"), out("qOK")}, ""),
 #endif
     method<&Curve::Length>(2, "Length", {}, ""));

@@ -16,15 +16,15 @@ using namespace automation::system::test;
 using namespace automation::test;
 
 TEST(EntryPointsTest, what_a_foreign_host_needs_is_exported) {
-  for (const char* name : {"CLSIDFromProgID",     "DllGetClassObject",   "DllCanUnloadNow",
-                           "DllRegisterServer",   "DllUnregisterServer", "DllInstall",
-                           "SysAllocString",      "SysAllocStringLen",   "SysStringLen",
-                           "SysFreeString",       "SafeArrayCreate",     "SafeArrayDestroy",
-                           "SafeArrayRedim",      "SafeArrayGetDim",     "SafeArrayGetLBound",
-                           "SafeArrayGetUBound",  "SafeArrayAccessData", "SafeArrayUnaccessData",
-                           "VariantInit",         "VariantClear",        "VariantCopy",
-                           "VariantChangeType",   "GetErrorInfo",        "VqDescribe",
-                           "VqSetMessageCallback"}) {
+  for (const char* name : {"CLSIDFromProgID",      "DllGetClassObject",   "DllCanUnloadNow",
+                           "DllRegisterServer",    "DllUnregisterServer", "DllInstall",
+                           "SysAllocString",       "SysAllocStringLen",   "SysStringLen",
+                           "SysFreeString",        "SafeArrayCreate",     "SafeArrayDestroy",
+                           "SafeArrayRedim",       "SafeArrayGetDim",     "SafeArrayGetLBound",
+                           "SafeArrayGetUBound",   "SafeArrayAccessData", "SafeArrayUnaccessData",
+                           "VariantInit",          "VariantClear",        "VariantCopy",
+                           "VariantChangeType",    "GetErrorInfo",        "VqDescribe",
+                           "VqSetMessageCallback", "VqCallMany"}) {
     EXPECT_NE(dlsym(RTLD_DEFAULT, name), nullptr) << name;
   }
 }
