@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "component/component_file.hpp"
+#include "frame/fault.hpp"
 
 namespace vqmath63::component {
 namespace {
@@ -31,6 +32,7 @@ ComponentFile component_file() {
   if (dladdr(&kAnchor, &info) == 0 || info.dli_fname == nullptr) return {name, ""};
   std::error_code failed;
   const fs::path loaded = fs::absolute(info.dli_fname, failed);
+  if (failed == std::errc::not_enough_memory) raise_fault(ErrorNumber::kOutOfMemory);
   if (failed) return {name, ""};
   // The date is that of the file that was loaded: installed, its name may go on after ".so".
   return {(loaded.parent_path() / name).string(), modified_text(loaded.c_str())};

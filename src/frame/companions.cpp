@@ -21,8 +21,9 @@ std::shared_ptr<Companion> create(const std::function<std::shared_ptr<Companion>
     const HostCode code;
     if (maker) made = maker();
   } catch (...) {
-    // Whatever the maker met, to the library the companion cannot be created.
-    raise_fault(ErrorNumber::kCannotCreateObject);
+    // Whatever else the maker met, to the library the companion cannot be created.
+    const bool memory_ended = fault_in_flight().number() == number_of(ErrorNumber::kOutOfMemory);
+    raise_fault(memory_ended ? ErrorNumber::kOutOfMemory : ErrorNumber::kCannotCreateObject);
   }
   if (!made) raise_fault(ErrorNumber::kCannotCreateObject);
   const Companion& companion = *made;

@@ -132,7 +132,8 @@ struct CommonGlobals {
 };
 
 /// How this thread creates its companions. A host puts its own makers in place of the built-in
-/// ones; a maker that throws or returns nothing makes the routine that needs it fail (error 429).
+/// ones; a maker that throws or returns nothing makes the routine that needs it fail: error 7 when
+/// memory has ended, else 429. The next routine that needs the companion asks again.
 struct CompanionMakers {
   std::function<std::shared_ptr<ztErrorHandler>()> ErrorHandler;
   std::function<std::shared_ptr<ztCommonMaths>()> CommonMaths;

@@ -137,7 +137,7 @@ void ztStatistics::RemoveNullValuesXYZ(float& dNull, const std::int32_t& iNull, 
 
 void ztStatistics::mask_rows(Array1<Boolean>& mask, Samples& first,
                              std::initializer_list<Samples*> others, std::int32_t& rows) {
-  if (!array_tools_) raise_fault(ErrorNumber::kObjectNotSet);
+  if (!array_tools_) array_tools_ = create_array_tools();
   const auto tools = array_tools_;  // stays alive through its own calls
   const std::int32_t before = first.upper();
   // The flags are not looked at: what fails in here raises.

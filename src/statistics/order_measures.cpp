@@ -59,7 +59,7 @@ Array1<float> ztStatistics::sorted_copy(const Array1<const float>& x, bool& ok) 
   if (n < 1 || !x.covers(1, n)) raise_fault(ErrorNumber::kSubscript);
   Array1<float> work(1, n);
   std::copy_n(&x(1), n, work.data());
-  if (!sort_tools_) raise_fault(ErrorNumber::kObjectNotSet);
+  if (!sort_tools_) sort_tools_ = create_sort_tools();
   const auto tools = sort_tools_;  // stays alive through its own call
   ok = false;
   tools->SortAscending(work, ok);

@@ -20,7 +20,8 @@ namespace vqmath63 {
 /// result.
 class ztStatistics {
  public:
-  /// A summary of zeros with standard deviations 1; creates the instance's two companions.
+  /// A summary of zeros with standard deviations 1; creates the instance's two companions. One that
+  /// cannot be created then is asked for again by each method that needs it.
   ztStatistics();
   ~ztStatistics() = default;  // releases the companions
   ztStatistics(const ztStatistics&) = delete;

@@ -226,7 +226,7 @@ TEST_F(NullRemovalTest, a_failing_companion_keeps_the_callers_arrays) {
   EXPECT_EQ(numbers_of(taken()), "429");
   without.MaskValuesXY(mask, y, y, rows, ok, flag);
   EXPECT_FALSE(ok);
-  EXPECT_EQ(taken(), std::vector{error_line(91, "ztAnalysis", "MaskValuesXY")});
+  EXPECT_EQ(taken(), std::vector{error_line(429, "ztAnalysis", "MaskValuesXY")});
 }
 
 }  // namespace
