@@ -21,6 +21,7 @@ set(VQ_PUBLIC_HEADERS
   frame/date_tools.hpp
   frame/error_handler.hpp
   frame/fault.hpp
+  frame/memory.hpp
   frame/sort_tools.hpp
   geometry/cell.hpp
   geometry/polygon.hpp

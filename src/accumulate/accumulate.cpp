@@ -39,9 +39,9 @@ void ztAccumulate::InitAccumulate(bool& qOK) {
     silent_ = false;
     rates_ = true;
     rate_array_supplied_ = false;
-    rate_array_.redim(1, 1);
     data_period_ = "day";
     accumulate_index_ = 1;
+    rate_array_.redim(1, 1);  // last: what needs memory leaves no setting out
     qOK = true;
   });
 }
@@ -57,7 +57,8 @@ void ztAccumulate::Accumulate(const Array2<const float>& dArr, Array2<float>& dA
     qOK = false;
     std::int32_t columns = dArr.columns().upper;
     bool ok = false;
-    if (!rate_array_supplied_) {
+    // Without a first column the table fails below, and no flag is looked at.
+    if (!rate_array_supplied_ && can_size_results(dArr.columns())) {
       bool flag_a = true;
       bool flag_b = true;
       array_tools()->InitialiseFlagArray(columns, flag_a, flag_b, rate_array_, ok);

@@ -17,13 +17,24 @@ constexpr Location kBackwards{"ztAnalyse - ztDifferentiate", "FirstDerivativeBac
 
 using Samples = Array1<const double>;
 
-// Bounds 1 to n and zeros for the derivatives. What they held comes back: the samples may be that
-// very array, and are still read.
-[[nodiscard]] Array1<double> make_room(Array1<double>& derivatives, std::int32_t n,
-                                       const Samples& x, const Samples& y) {
-  if (overlap(derivatives, x) || overlap(derivatives, y)) return derivatives.replace(1, n);
-  derivatives.redim(1, n);
-  return {};
+// Differentiates into a result of bounds 1 to n, all zero before. The samples may be that very
+// array and are still read, so what it held is kept until the end. Where it cannot be sized, the
+// result stays as it is, and the routine reports that the first sample is missing.
+template <class Routine>
+void differentiate(const Routine& routine, const Samples& x, const Samples& y,
+                   Array1<double>& derivatives, bool& ok) {
+  const std::int32_t n = x.upper();
+  Array1<double> before;
+  if (!can_size_results(x.bounds())) {
+    routine(x, y, 1, n, before, ok);
+    return;
+  }
+  if (overlap(derivatives, x) || overlap(derivatives, y)) {
+    before = derivatives.replace(1, n);
+  } else {
+    derivatives.redim(1, n);
+  }
+  routine(x, y, 1, n, derivatives, ok);
 }
 
 }  // namespace
@@ -56,10 +67,8 @@ void ztDifferentiate::SecondDerivative(const Array1<const double>& xVals,
                                        bool& qOK) {
   trap(kSecond, [&] {
     qOK = false;
-    const std::int32_t n = xVals.upper();
-    const Array1<double> before = make_room(d2ydx2, n, xVals, yVals);
     bool ok = false;
-    SecondDerivatives(xVals, yVals, 1, n, d2ydx2, ok);
+    differentiate(SecondDerivatives, xVals, yVals, d2ydx2, ok);
     qOK = ok;
   });
 }
@@ -69,10 +78,8 @@ void ztDifferentiate::FirstDerivativeForwards(const Array1<const double>& xVals,
                                               Array1<double>& dydx, bool& qOK) {
   trap(kForwards, [&] {
     qOK = false;
-    const std::int32_t n = xVals.upper();
-    const Array1<double> before = make_room(dydx, n, xVals, yVals);
     bool ok = false;
-    FirstDerivativeUpStream(xVals, yVals, 1, n, dydx, ok);
+    differentiate(FirstDerivativeUpStream, xVals, yVals, dydx, ok);
     qOK = ok;
   });
 }
@@ -82,10 +89,8 @@ void ztDifferentiate::FirstDerivativeBackwards(const Array1<const double>& xVals
                                                Array1<double>& dydx, bool& qOK) {
   trap(kBackwards, [&] {
     qOK = false;
-    const std::int32_t n = xVals.upper();
-    const Array1<double> before = make_room(dydx, n, xVals, yVals);
     bool ok = false;
-    FirstDerivativeDownStream(xVals, yVals, 1, n, dydx, ok);
+    differentiate(FirstDerivativeDownStream, xVals, yVals, dydx, ok);
     qOK = ok;
   });
 }

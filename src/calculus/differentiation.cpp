@@ -280,7 +280,7 @@ void SecondDerivatives(const Samples& x, const Samples& y, std::int32_t i1, std:
     ok = false;
     const std::int32_t n = x.upper();
     if (n < 1) raise_fault(ErrorNumber::kSubscript);
-    {
+    if (can_size_results(x.bounds())) {
       // Room for n numbers that nothing uses: that it can be had is part of what this routine
       // tests.
       const auto work = std::make_unique_for_overwrite<double[]>(static_cast<std::size_t>(n));

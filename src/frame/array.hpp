@@ -7,11 +7,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <span>
 #include <utility>
 
 #include "frame/fault.hpp"
+#include "frame/memory.hpp"
 
 namespace vqmath63 {
 
@@ -31,6 +31,15 @@ struct Bounds {
   constexpr bool contains(std::int64_t i) const { return i >= lower && i <= upper; }
   friend constexpr bool operator==(const Bounds&, const Bounds&) = default;
 };
+
+/// Whether a result may be sized by the upper bound of samples with these bounds, which are read
+/// from element 1 on. Where that one is not there, the upper bound says nothing of how many there
+/// are (a single element can have any), and memory for as many results would be taken only to fail
+/// at the first step. A few results are sized all the same, as the steps say.
+constexpr bool can_size_results(const Bounds& samples) {
+  constexpr std::int32_t kFew = 4096;
+  return samples.lower <= 1 || samples.upper <= kFew;
+}
 
 namespace detail {
 
@@ -133,7 +142,7 @@ class BoundedArray {
     if (owned_ && count <= capacity_) {  // a buffer re-dimensioned in a loop costs no allocation
       std::fill_n(owned_.get(), count, T{});
     } else {
-      owned_ = std::make_unique<T[]>(count);
+      owned_ = make_elements<T>(count);
       capacity_ = count;
     }
     data_ = owned_.get();
@@ -157,8 +166,7 @@ class BoundedArray {
   /// Elements of its own, copies of those that start at `first`.
   void copy_from(const T* first, const Dimensions& dims) {
     const std::size_t count = total(dims);
-    owned_ = std::make_unique<T[]>(count);
-    std::copy_n(first, count, owned_.get());
+    owned_ = copy_elements(first, count);
     data_ = owned_.get();
     size_ = capacity_ = count;
     dims_ = dims;
@@ -188,7 +196,7 @@ class BoundedArray {
   std::size_t size_ = 0;
   std::size_t capacity_ = 0;
   Dimensions dims_{};
-  std::unique_ptr<T[]> owned_;
+  OwnedElements<T> owned_;
   bool allocated_ = false;
   bool resized_ = false;
   Resizing resizing_ = Resizing::kAllowed;

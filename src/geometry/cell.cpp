@@ -74,7 +74,9 @@ void CubeFaces(const Corners& top, const Corners& bottom, Array1<Face3D>& faces,
     if (bottom.rows().upper != 3 && top.rows().upper != 3) return;
     const std::int32_t n = bottom.columns().upper;
     if (top.columns().upper != n) return;
-    faces.redim(1, to_long(n + 2.0));
+    const std::int32_t count = to_long(n + 2.0);
+    if (!can_size_results(top.columns())) corner(top, 1);  // fails
+    faces.redim(1, count);
     outline_of(top, n, faces(1).Outline);
     outline_of(bottom, n, faces(2).Outline);
     for (std::int32_t i = 1; i <= n; ++i) {

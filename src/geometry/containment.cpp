@@ -104,8 +104,10 @@ void PointsInCube(const Array1<const float>& X, const Array1<const float>& Y,
     CubePlanes(top, bottom, planes, built);
     if (!built) return;
     const std::int32_t n = X.upper();
-    in_cell.redim(1, n);
-    indices.redim(1, n);
+    if (can_size_results(X.bounds())) {
+      in_cell.redim(1, n);
+      indices.redim(1, n);
+    }
     count = 0;
     const PreparedCell cell(planes);
     const std::int32_t readable = common_length(n, X, Y, Z);

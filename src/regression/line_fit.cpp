@@ -40,6 +40,7 @@ void FitaLine(const Array1<const float>& x, const Array1<const float>& y, std::i
     const bool log_x = type != kLinear && type != kExponential;
     const bool log_y = type != kLinear && type != kLogarithmic;
     const bool stop_quietly = type == kLogarithmic || type == kExponential;
+    if (!x.covers(1, n)) raise_fault(ErrorNumber::kSubscript);  // before room for n of them
     Array1<float> xs(1, n);
     Array1<float> ys(1, n);
     for (std::int32_t i = 1; i <= n; ++i) {

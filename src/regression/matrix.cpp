@@ -37,17 +37,11 @@ class WorkingSystem {
   float& right_side(std::size_t i) { return rows_[i][n_]; }
   void exchange(std::size_t i, std::size_t j) { std::swap(rows_[i], rows_[j]); }
 
+  /// A and b have elements 1 to n.
   void load(const Array2<const float>& A, const Array1<const float>& b) {
-    const Bounds rows = A.rows();
-    const Bounds columns = A.columns();
-    const auto last = static_cast<std::int64_t>(n_);
-    if (!rows.contains(1) || !columns.contains(1) || !columns.contains(last) ||
-        !b.covers(1, last)) {
-      raise_fault(ErrorNumber::kSubscript);
-    }
     const float* from = &A(1, 1);
     const float* right = &b(1);
-    const auto stride = static_cast<std::size_t>(rows.count());
+    const auto stride = static_cast<std::size_t>(A.rows().count());
     for (std::size_t i = 0; i < n_; ++i) {
       float* to = numbers_ + i * (n_ + 1);
       for (std::size_t j = 0; j < n_; ++j) to[j] = from[j * stride + i];
@@ -146,7 +140,11 @@ void MatrixEquation(const Array2<const float>& A, const Array1<const float>& b, 
     singular = false;
     ok = false;
     const std::int32_t n = A.rows().upper;
-    if (n < 1) raise_fault(ErrorNumber::kSubscript);
+    const Bounds columns = A.columns();
+    if (n < 1 || !A.rows().contains(1) || !columns.contains(1) || !columns.contains(n) ||
+        !b.covers(1, n)) {
+      raise_fault(ErrorNumber::kSubscript);
+    }
     WorkingSystem system(static_cast<std::size_t>(n));
     const Elimination done = speculate(true, [&](auto mode) {
       system.load(A, b);

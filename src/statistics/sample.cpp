@@ -5,9 +5,10 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <span>
 #include <utility>
-#include <vector>
 
 #include "frame/checked.hpp"
 #include "frame/trap.hpp"
@@ -44,22 +45,30 @@ Limits extremes(std::span<const float> samples) {
   return {*std::min_element(low.begin(), low.end()), *std::max_element(high.begin(), high.end())};
 }
 
-using Counts = std::vector<std::uint32_t>;
+// Counts kept as integers in the memory of the Singles that they become.
+std::uint32_t counted(const float* bin) {
+  std::uint32_t count;
+  std::memcpy(&count, bin, sizeof count);
+  return count;
+}
+void store_count(float* bin, std::uint32_t count) {
+  std::memcpy(bin, &count, sizeof count);
+}
 
 // Bin k (from 0) of a sample x between the limits is floor((x - lower) nBins / (upper - lower)).
 // The differences of Singles and their products are exact in Doubles, for all but samples next to
-// nothing beside the limits, and so a sample on an edge meets it. Counted with a bin to spare at
-// the end for those outside.
-Counts count(std::span<const float> samples, const Limits& limits, std::int32_t bins) {
-  Counts counts(static_cast<std::size_t>(bins) + 1);
+// nothing beside the limits, and so a sample on an edge meets it. `numbers` are zero before.
+void count(std::span<const float> samples, const Limits& limits, std::span<float> numbers) {
+  const auto bins = static_cast<std::int32_t>(numbers.size());
   const double lower = limits.lower;
   const double width = static_cast<double>(limits.upper) - lower;
   const double last = bins - 1.0;
   const double scale = width > 0.0 ? width : 1.0;  // all equal: (x - lower) is 0
+  float outside = 0.0F;
   const auto bin_of = [&](float x) {
     const double position = std::min((x - lower) * bins / scale, last);
     const bool inside = limits.lower <= x && x <= limits.upper;
-    return static_cast<std::int32_t>(inside ? position : bins);
+    return static_cast<std::int32_t>(inside ? position : -1.0);
   };
   // In blocks, so that the divisions do not wait for the counters.
   constexpr std::size_t kBlock = 256;
@@ -67,10 +76,15 @@ Counts count(std::span<const float> samples, const Limits& limits, std::int32_t 
   for (std::size_t start = 0; start < samples.size(); start += kBlock) {
     const std::size_t size = std::min(kBlock, samples.size() - start);
     for (std::size_t i = 0; i < size; ++i) block[i] = bin_of(samples[start + i]);
-    for (std::size_t i = 0; i < size; ++i) ++counts[static_cast<std::size_t>(block[i])];
+    for (std::size_t i = 0; i < size; ++i) {
+      float* const bin = block[i] < 0 ? &outside : &numbers[static_cast<std::size_t>(block[i])];
+      store_count(bin, counted(bin) + 1);
+    }
   }
-  counts.pop_back();
-  return counts;
+  for (float& number : numbers) {
+    const std::uint32_t whole = counted(&number);
+    if (whole != 0) number = static_cast<float>(whole);
+  }
 }
 
 }  // namespace
@@ -99,11 +113,11 @@ void ztSample::BinVector(const Array1<const float>& xA, const std::int32_t& nBin
     const Double width = (Double(limits.upper) - lower) / Double(bins);
     if (!std::isfinite(width.value())) raise_fault(ErrorNumber::kInvalidCall);
 
-    const Counts counts = count(samples, limits, bins);
+    expect_memory(2 * sizeof(float) * static_cast<std::uint64_t>(bins));
     Array1<float> centres(1, bins), numbers(1, bins);
+    count(samples, limits, {numbers.data(), numbers.size()});
     for (std::int32_t k = 1; k <= bins; ++k) {
       centres(k) = to_single((lower + (Double(k) - 0.5) * width).value());
-      numbers(k) = static_cast<float>(counts[static_cast<std::size_t>(k) - 1]);
     }
     xBin = std::move(centres);
     xCount = std::move(numbers);

@@ -1,0 +1,96 @@
+// The counted memory of this program, and that it refuses what it is asked to.
+#include "counted_memory.hpp"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
+#include <new>
+
+namespace vqmath63::automation::test {
+namespace {
+
+thread_local constinit CountedMemory memory_of_thread;
+constinit std::atomic<std::int64_t> blocks{0};
+
+void note(long change) noexcept {
+  memory_of_thread.blocks += change;
+  blocks.fetch_add(change, std::memory_order_relaxed);
+}
+
+bool refused(std::size_t size) noexcept {
+  if (!memory_of_thread.refused(size)) return false;
+  errno = ENOMEM;
+  return true;
+}
+
+}  // namespace
+
+CountedMemory& counted_memory() noexcept {
+  return memory_of_thread;
+}
+
+std::int64_t blocks_of_all_threads() noexcept {
+  return blocks.load(std::memory_order_relaxed);
+}
+
+}  // namespace vqmath63::automation::test
+
+using vqmath63::automation::test::note;
+using vqmath63::automation::test::refused;
+
+#if VQ_HAS_OWN_MALLOC
+
+// Seen by the shared libraries too, whatever the build hides.
+#pragma GCC visibility push(default)
+extern "C" {
+void* __libc_malloc(std::size_t);
+void* __libc_calloc(std::size_t, std::size_t);
+void* __libc_realloc(void*, std::size_t);
+void __libc_free(void*);
+
+void* malloc(std::size_t size) noexcept {
+  void* block = refused(size) ? nullptr : __libc_malloc(size);
+  note(block != nullptr);
+  return block;
+}
+void* calloc(std::size_t count, std::size_t size) noexcept {
+  void* block = refused(count * size) ? nullptr : __libc_calloc(count, size);
+  note(block != nullptr);
+  return block;
+}
+void* realloc(void* old, std::size_t size) noexcept {
+  void* block = refused(size) ? nullptr : __libc_realloc(old, size);
+  note(old == nullptr && block != nullptr);
+  return block;
+}
+void free(void* block) noexcept {
+  note(-(block != nullptr));
+  __libc_free(block);
+}
+}
+#pragma GCC visibility pop
+
+#else
+
+void* operator new(std::size_t size) {
+  void* block = refused(size) ? nullptr : std::malloc(size);
+  if (block == nullptr) throw std::bad_alloc();
+  note(1);
+  return block;
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  void* block = refused(size) ? nullptr : std::malloc(size);
+  note(block != nullptr);
+  return block;
+}
+void operator delete(void* block) noexcept {
+  note(-(block != nullptr));
+  std::free(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+  operator delete(block);
+}
+
+#endif
