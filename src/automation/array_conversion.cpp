@@ -1,5 +1,6 @@
 #include "automation/array_conversion.hpp"
 
+#include <algorithm>
 #include <bit>
 #include <limits>
 
@@ -136,11 +137,20 @@ HRESULT recast_array(SAFEARRAY* source, VARTYPE element, OwnedArray& out) {
 }
 
 Results::Results(SAFEARRAY* array, const HostNumbers& host, bool succeeded)
-    : host_(host),
+    : array_(*array),
+      host_(host),
       first_(static_cast<const std::byte*>(array->pvData)),
       size_(SafeArrayGetElemsize(array)),
       succeeded_(succeeded) {
   SafeArrayGetVartype(array, &type_);
+}
+
+bool Results::fit(const SAFEARRAY& target) const {
+  return std::equal(array_.rgsabound, array_.rgsabound + array_.cDims, target.rgsabound,
+                    target.rgsabound + target.cDims,
+                    [](const SAFEARRAYBOUND& a, const SAFEARRAYBOUND& b) {
+                      return a.cElements == b.cElements && a.lLbound == b.lLbound;
+                    });
 }
 
 bool Results::is_due(std::size_t offset, VARIANT& value) const {
@@ -167,8 +177,8 @@ HRESULT write_back(const Results& results, SAFEARRAY* target) {
   SafeArrayGetVartype(target, &type);
   const ArrayLock lock(target);
   if (FAILED(lock.result())) return lock.result();
-  // Code of the host that ran while another result was handed back may have made it shorter.
-  if (element_count(target) != results.count()) return S_OK;
+  // Code of the host that ran while another result was handed back may have resized it.
+  if (!results.fit(*target)) return S_OK;
   const std::size_t size = SafeArrayGetElemsize(target);
   auto* out = static_cast<std::byte*>(target->pvData);
   HRESULT outcome = S_OK;

@@ -35,10 +35,13 @@ class Results {
  public:
   Results(SAFEARRAY* array, const HostNumbers& host, bool succeeded);
   std::size_t count() const { return host_.size(); }
+  /// True for an array of the same bounds.
+  bool fit(const SAFEARRAY& target) const;
   /// True when the result at `offset` has to be stored; it then stands in `value`.
   bool is_due(std::size_t offset, VARIANT& value) const;
 
  private:
+  const SAFEARRAY& array_;
   const HostNumbers& host_;
   const std::byte* first_;
   std::size_t size_;

@@ -67,7 +67,9 @@ TEST_F(ArraysTest, every_array_in_every_form) {
 
 TEST_F(ArraysTest, variables_without_elements) {
   const Value released = array(VT_VARIANT, 0, {1, 2, 3});
+  const Value erased = array(VT_R4, 1, {1, 2, 3});
   ASSERT_EQ(SafeArrayDestroyData(released.v.parray), S_OK);
+  ASSERT_EQ(SafeArrayDestroyData(erased.v.parray), S_OK);
   const struct {
     const char* name;
     Value sent;
@@ -79,6 +81,7 @@ TEST_F(ArraysTest, variables_without_elements) {
       {"unset Single()", bare(VT_ARRAY | VT_R4), "none", VT_ARRAY | VT_R4},
       {"unset Integer()", bare(VT_ARRAY | VT_I2), "none", VT_ARRAY | VT_I2},
       {"unset Variant()", bare(VT_ARRAY | VT_VARIANT), "none", VT_ARRAY | VT_VARIANT},
+      {"erased Single()", erased, "none", VT_ARRAY | VT_R4},
       {"released Variant()", released, "none", VT_ARRAY | VT_VARIANT},
       {"Empty", empty(), "none", VT_ARRAY | VT_VARIANT},
   };
@@ -155,6 +158,38 @@ TEST_F(ArraysTest, an_array_that_its_owner_holds_is_written_but_not_resized) {
       if (feature == 0) SafeArrayUnlock(held);
       held->fFeatures = FADF_HAVEVARTYPE;
     }
+  }
+}
+
+TEST_F(ArraysTest, an_array_that_cannot_be_locked_once_more_is_refused) {
+  const struct {
+    VARTYPE element;
+    ULONG locks;
+    std::int32_t act;
+    int number;
+    const char16_t* words;
+  } rows[] = {{VT_R4, 0xFFFFFFFE, kRead, 0, u""},
+              {VT_R4, 0xFFFFFFFF, kRead, 10, u"; it cannot be locked"},
+              {VT_R8, 0xFFFFFFFF, kRead, 10, u"; it cannot be locked"},
+              // A conversion takes the system's lock beside ours; it is refused at 65535.
+              {VT_R8, 0xFFFD, kChange, 0, u""},
+              {VT_R8, 0xFFFE, kChange, 13, u"; it cannot be locked"}};
+  for (const auto& row : rows) {
+    Sent sent(array(row.element, 1, {1, 2}), kByRef);
+    ULONG& locks = sent.variable.v.parray->cLocks;
+    locks = row.locks;
+    const Answer answer = call(object, u"Singles", {sent.variant, i4(row.act).v});
+    EXPECT_EQ(answer.scode, row.number == 0 ? S_OK : error_code(row.number)) << row.locks;
+    EXPECT_TRUE(answer.words.ends_with(row.words)) << ascii(answer.words);
+    EXPECT_EQ(locks, row.locks);
+    BSTR out = nullptr;
+    if (row.element == VT_R4) {
+      EXPECT_EQ(object->Singles(&sent.variable.v.parray, kRead, &out),
+                row.number == 0 ? S_OK : DISP_E_ARRAYISLOCKED);
+      EXPECT_EQ(locks, row.locks);
+    }
+    SysFreeString(out);
+    locks = 0;
   }
 }
 

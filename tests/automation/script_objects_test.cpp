@@ -137,12 +137,16 @@ TEST_F(ScriptObjectsTest, an_array_that_an_object_changes_at_its_end_is_not_writ
         if (gone.references == 0) SafeArrayRedim(static_cast<SAFEARRAY*>(gone.context), &one);
       },
       [](CountingObject& gone) {
+        if (gone.references > 0) return;
+        static_cast<SAFEARRAY*>(gone.context)->rgsabound[0].lLbound = 0;
+      },
+      [](CountingObject& gone) {
         auto* first = static_cast<VARIANT*>(static_cast<SAFEARRAY*>(gone.context)->pvData);
         if (gone.references == 0) *first = reference(VT_VARIANT, nullptr);
       }};
-  const HRESULT outcomes[] = {S_OK, error_code(13)};
-  const char* const left[] = {"1..1: 1", "1..3: -999 2 3"};
-  for (const int i : {0, 1}) {
+  const HRESULT outcomes[] = {S_OK, S_OK, error_code(13)};
+  const char* const left[] = {"1..1: 1", "0..2: 1 2 3", "1..3: -999 2 3"};
+  for (const int i : {0, 1, 2}) {
     CountingObject held;
     held.default_value = r8(1).v;
     Sent x(array(VT_VARIANT, 1, {1, 2, 3}), kByRef), y(array(VT_VARIANT, 1, {1, 2, 3}), kByRef);

@@ -157,7 +157,10 @@ TEST(SystemSafeArray, NullArgumentsAreAnswered) {
                              SafeArrayGetElement(array, nullptr, &value),
                              SafeArrayGetElement(array, at, nullptr),
                              SafeArrayPutElement(array, at, nullptr),
+                             SafeArrayPutElement(array, nullptr, &value),
                              SafeArrayPtrOfIndex(nullptr, at, &place),
+                             SafeArrayPtrOfIndex(array, nullptr, &place),
+                             SafeArrayPtrOfIndex(array, at, nullptr),
                              SafeArrayCopy(array, nullptr),
                              SafeArrayGetVartype(nullptr, &vt)};
   for (const HRESULT& hr : refused) EXPECT_EQ(hr, E_INVALIDARG) << "number " << &hr - refused;

@@ -6,6 +6,7 @@
 
 #include <bit>
 #include <cmath>
+#include <thread>
 
 #include "automation/call_scope.hpp"
 #include "frame/companions.hpp"
@@ -47,7 +48,7 @@ TEST_F(VtableTest, both_roads_give_the_same_bits) {
     EXPECT_EQ(object->ChangeBoolean(&changed), S_OK);
     EXPECT_EQ(changed, b == 0 ? VARIANT_TRUE : VARIANT_FALSE);
   }
-  each_row("automation.tsv", "texts", 6, [&](const TableRow& row) {
+  each_row("automation.tsv", "texts", 7, [&](const TableRow& row) {
     const Value sent = value_of(row["from"]);
     Value out = bare(VT_BSTR);
     EXPECT_EQ(object->EchoText(sent.v.bstrVal, &out.v.bstrVal), S_OK);
@@ -169,6 +170,24 @@ TEST_F(VtableTest, failures_carry_the_same_words_on_both_roads_and_leave_nothing
     EXPECT_EQ(invoke_id(object, 4, {r4(1).v}, DISPATCH_METHOD).hr, S_OK);
     EXPECT_EQ(error_words(), u"") << "after a good call by name";
   });
+  // What the host itself has told its thread stays, also while another thread has our failure.
+  float out = 0;
+  Value where = text(u"host");
+  EXPECT_EQ(object->Fail(9, &where.v.bstrVal, &out), error_code(9));
+  std::thread([&] {
+    ICreateErrorInfo* writer = nullptr;
+    void* own = nullptr;
+    ASSERT_EQ(CreateErrorInfo(&writer), S_OK);
+    std::u16string words = u"the host's own";
+    writer->SetDescription(words.data());
+    ASSERT_EQ(writer->QueryInterface(IID_IErrorInfo, &own), S_OK);
+    writer->Release();
+    SetErrorInfo(0, static_cast<IErrorInfo*>(own));
+    static_cast<IErrorInfo*>(own)->Release();
+    EXPECT_EQ(object->EchoSingle(1, &out), S_OK);
+    EXPECT_EQ(error_words(), words);
+  }).join();
+  EXPECT_EQ(error_words(), u"Subscript out of range");
   // Without an exception record the words stay with the thread.
   VARIANT sent[] = {empty().v, i4(9).v};
   DISPPARAMS params{sent, nullptr, 2, 0};
@@ -178,7 +197,6 @@ TEST_F(VtableTest, failures_carry_the_same_words_on_both_roads_and_leave_nothing
   // The last reference to another object goes away first, as a host's smart pointers do.
   void* other = nullptr;
   ASSERT_EQ(class_info<kSample>().create(IID_IDispatch, &other), S_OK);
-  float out = 0;
   EXPECT_EQ(object->Fail(9, &sent[0].bstrVal, &out), error_code(9));
   SysFreeString(sent[0].bstrVal);
   static_cast<IDispatch*>(other)->Release();

@@ -82,6 +82,8 @@ TEST(EntryPointsTest, programmatic_ids_are_found_in_any_letter_case) {
       {u"vq140Analyse.ztIntegrat", CO_E_CLASSSTRING},
       {u"vq140Analyse.ztIntegrate.1", CO_E_CLASSSTRING},
       {u"vq140Analyse ztIntegrate", CO_E_CLASSSTRING},
+      {u"wq140Analyse.ztIntegrate", CO_E_CLASSSTRING},
+      {u"vq140Analyse.yzIntegrate", CO_E_CLASSSTRING},
       {u"ztIntegrate", CO_E_CLASSSTRING},
       {u"vq140Analyse.", CO_E_CLASSSTRING},
       {u"", CO_E_CLASSSTRING},

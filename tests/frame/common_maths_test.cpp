@@ -76,7 +76,7 @@ TEST(CommonMaths, bracket_is_the_last_interval_that_begins_at_or_below_the_value
 }
 
 TEST(CommonMaths, interpolation) {
-  each_row("frame.tsv", "interpolation", 10, [](const TableRow& row) {
+  each_row("frame.tsv", "interpolation", 11, [](const TableRow& row) {
     const std::vector<float> x = row["x"], y = row["y"], want = row["want"];
     std::vector<float> cells = x;
     cells.insert(cells.end(), y.begin(), y.end());

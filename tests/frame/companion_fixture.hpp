@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <functional>
 #include <memory>
 #include <string>
@@ -66,5 +67,11 @@ class CompanionTest : public ::testing::Test {
   std::function<void()> sink_failure;
   int sinks_made = 0;
 };
+
+/// The local time as the seconds that a clock of 1970 without time zones would count.
+inline std::time_t local_seconds() {
+  const std::time_t seconds = std::time(nullptr);
+  return ::timegm(std::localtime(&seconds));
+}
 
 }  // namespace vqmath63

@@ -46,9 +46,12 @@ TEST(Date, before_the_first_day_the_fraction_is_unsigned) {
   }
 }
 
-TEST(Date, now_is_the_clock_within_the_time_zones) {
-  const duration<double> utc = system_clock::now().time_since_epoch();
-  EXPECT_NEAR(now().value, 25569.0 + utc.count() / 86400.0, 15.0 / 24.0);
+TEST(Date, now_is_the_local_clock_to_the_second) {
+  const std::time_t before = local_seconds();
+  const double moment = (now().value - 25569.0) * 86400.0;
+  EXPECT_NEAR(moment, std::nearbyint(moment), 1e-4);
+  EXPECT_GE(moment, static_cast<double>(before) - 0.5);
+  EXPECT_LE(moment, static_cast<double>(local_seconds()) + 0.5);
 }
 
 TEST(DateTools, months_are_added_with_the_day_clamped_and_the_time_kept) {

@@ -19,7 +19,7 @@ void expect_near(float got, double want) {
 }
 
 TEST_F(InferenceTest, chi_squared_of_counts) {
-  each_row("statistics.tsv", "chi squared", 8, [&](const TableRow& row) {
+  each_row("statistics.tsv", "chi squared", 9, [&](const TableRow& row) {
     A x = samples(row["x"]), y = samples(row["y"], 0);
     std::int32_t constraints = row["constraints"];
     const float want = row["chi"];
