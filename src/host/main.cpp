@@ -1,57 +1,6 @@
-// vqhost: the command-line host of the component.
-#include <iostream>
-
-#include "host/client/dispatch_client.hpp"
-#include "host/client/message_sink.hpp"
-#include "host/command_line.hpp"
-#include "host/data/values.hpp"
-#include "host/failure.hpp"
-
-namespace {
-
-using namespace vqmath63::host;
-
-constexpr const char* kNotes =
-    "Example: vqhost accumulate wells.csv --period quarter\n"
-    "Exit status: 0 done, 1 the work failed, 2 the command line is wrong.\n"
-    "'vqhost COMMAND --help' tells more of a command.";
-
-std::string version_text() {
-  const MessageSink sink;
-  std::vector<Argument> arguments;
-  arguments.push_back({Value::boolean(false), "qLogToFile"});  // asking starts no log
-  DispatchObject info = DispatchObject::create("ztAnalyseInfo");
-  return value_text(info.get("DLLVersion", std::move(arguments)).get(), true);
-}
-
-int run(int argc, char** argv) {
-  CommandLine program("vqhost", "Uses the classes of the component vqmath63 by name.", kNotes);
-  program.add_option("--version", "Print the version text of the component", [] {
-    std::cout << version_text() << '\n';
-    return kSuccess;
-  });
-  return program.parse(argc, argv)();
-}
-
-int fail(int status, const char* why) {
-  std::cerr << "vqhost: " << why << '\n';
-  return status;
-}
-
-}  // namespace
+// Where vqhost starts.
+#include "host/program.hpp"
 
 int main(int argc, char** argv) {
-  std::ios::sync_with_stdio(false);
-  try {
-    const int status = run(argc, argv);
-    std::cout.flush();
-    return std::cout ? status : fail(kWorkFailed, "the output cannot be written");
-  } catch (const UsageError& error) {
-    fail(kBadUsage, error.what());
-    return fail(kBadUsage, "'vqhost --help' and 'vqhost COMMAND --help' show the usage");
-  } catch (const std::bad_alloc&) {
-    return fail(kWorkFailed, "out of memory");
-  } catch (const std::exception& error) {
-    return fail(kWorkFailed, error.what());
-  }
+  return vqmath63::host::run_program(argc, argv);
 }

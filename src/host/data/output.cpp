@@ -17,6 +17,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
+std::size_t write_table(std::ostream& out, TableForm form, std::vector<TableColumn> columns,
+                        const FillTable& fill) {
+  TableWriter table(out, form, std::move(columns));
+  while (table.wants_rows()) fill(table);
+  return table.rows();
+}
+
 // The file that a path leads to, behind links; what is no file, a terminal for instance, is written
 // as it stands.
 class OutputFile {
@@ -35,9 +42,19 @@ class OutputFile {
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
-  std::ostream& stream() { return stream_; }
+  /// Writes the table and puts the file in its place; returns the number of rows.
+  std::size_t write(std::vector<TableColumn> columns, const FillTable& fill) {
+    std::size_t rows = 0;
+    try {
+      rows = write_table(stream_, TableForm::kCsv, std::move(columns), fill);
+    } catch (const OutputLost&) {
+      fail();
+    }
+    finish();
+    return rows;
+  }
 
-  /// Puts the file in its place.
+ private:
   void finish() {
     stream_.close();
     if (!stream_) fail();
@@ -48,7 +65,6 @@ class OutputFile {
     written_ = target_;
   }
 
- private:
   // Begins a new file beside the target, with the target's permissions. Where the folder takes none
   // the target itself is written.
   void make_room_beside(const fs::file_status& status) {
@@ -74,13 +90,6 @@ class OutputFile {
   std::ofstream stream_;
 };
 
-std::size_t write_table(std::ostream& out, TableForm form, std::vector<TableColumn> columns,
-                        const FillTable& fill) {
-  TableWriter table(out, form, std::move(columns));
-  while (table.wants_rows()) fill(table);
-  return table.rows();
-}
-
 }  // namespace
 
 void check_output(const std::string& output, const std::string& input) {
@@ -98,8 +107,7 @@ void put_table(const std::string& output, std::vector<TableColumn> columns, cons
     write_table(std::cout, TableForm::kCsv, std::move(columns), fill);
   } else {
     OutputFile file(output);
-    const std::size_t rows = write_table(file.stream(), TableForm::kCsv, std::move(columns), fill);
-    file.finish();
+    const std::size_t rows = file.write(std::move(columns), fill);
     std::cout << output << ": " << (content.empty() ? counted(rows, "row") : content) << '\n';
   }
 }

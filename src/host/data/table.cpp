@@ -69,6 +69,7 @@ bool TableWriter::wants_rows() {
 }
 
 void TableWriter::row(const Texts& cells) {
+  if (!out_) throw OutputLost();
   ++count_;
   if (form_ == TableForm::kCsv) {
     print_csv(cells);

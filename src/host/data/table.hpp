@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "host/failure.hpp"
+
 namespace vqmath63::host {
 
 using Texts = std::vector<std::string>;
@@ -49,6 +51,11 @@ class AlignedLines {
   std::vector<std::size_t> widths_;
 };
 
+/// The stream that a table goes to takes no more.
+struct OutputLost : WorkError {
+  OutputLost() : WorkError("the output cannot be written") {}
+};
+
 /// Prints a table. One whose columns have no names has no header. Rows are not kept: a table to be
 /// read takes them twice, first to measure them.
 ///
@@ -60,7 +67,7 @@ class TableWriter {
   /// Whether the rows have to be handed over, from the first to the last, once or once more. When
   /// they need not the table is printed whole.
   bool wants_rows();
-  /// Takes a row, a text a column.
+  /// Takes a row, a text a column. Throws OutputLost.
   void row(const Texts& cells);
   /// The rows of the table.
   std::size_t rows() const { return count_; }
