@@ -4,9 +4,12 @@
 #include <span>
 #include <vector>
 
+#include "automation/invoke.hpp"
+#include "automation/many_calls.hpp"
 #include "automation/types.hpp"
 #include "calculus/integrate.hpp"
 #include "component/class_list.hpp"
+#include "mathlib/math_lib.hpp"
 
 // The dual interfaces as far as they are called here, in vtable order. They have a name that other
 // files could see: of types of its own alone, the compiler knows that nothing implements them.
@@ -145,6 +148,35 @@ void IntegralByNameVariants(benchmark::State& state) {
   integral_by_name(state, VT_VARIANT);
 }
 
+// A function over an array: the plain loop, the loop of the boundary. `Squared` costs next to
+// nothing itself.
+void SquaredNative(benchmark::State& state) {
+  std::vector<double> x(static_cast<std::size_t>(state.range(0)), 0.5), y(x);
+  const vqmath63::ztMathLib maths;
+  for (auto _ : state) {
+    for (std::size_t i = 0; i < x.size(); ++i) y[i] = maths.Squared(x[i]);
+    benchmark::DoNotOptimize(y.data());
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void SquaredMany(benchmark::State& state) {
+  std::vector<double> x(static_cast<std::size_t>(state.range(0)), 0.5), y(x);
+  auto* object = create<IDispatch>("vq140Analyse.ztMathLib");
+  const auto& info = *vqmath63::component::class_of(object);
+  constexpr DISPID kSquared = 42;
+  std::size_t place = 0;
+  const auto* member = vqmath63::automation::find_member(info, kSquared, DISPATCH_METHOD, &place);
+  const vqmath63::automation::Column column{x.data(), sizeof(double)};
+  for (auto _ : state) {
+    vqmath63::automation::ManyCalls calls{
+        info, *member, {&column, 1}, {y.data(), sizeof(double)}, state.range(0)};
+    benchmark::DoNotOptimize(member->many_call(object, member->native, calls));
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+  object->Release();
+}
+
 BENCHMARK(CreateAndRelease);
 BENCHMARK(PropertyByVtable);
 BENCHMARK(PropertyByName);
@@ -153,5 +185,7 @@ BENCHMARK(IntegralNative)->Arg(4)->Arg(10'000);
 BENCHMARK(IntegralByVtable)->Arg(4)->Arg(10'000);
 BENCHMARK(IntegralByName)->Arg(4)->Arg(10'000);
 BENCHMARK(IntegralByNameVariants)->Arg(4)->Arg(10'000);
+BENCHMARK(SquaredNative)->Arg(1)->Arg(10'000);
+BENCHMARK(SquaredMany)->Arg(1)->Arg(10'000);
 
 }  // namespace

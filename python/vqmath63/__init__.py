@@ -1,0 +1,33 @@
+"""Numerical routines for petroleum-engineering analysis.
+
+    import numpy as np
+    import vqmath63 as vq
+
+    vq.MathLib().Erf(np.linspace(-3, 3, 1_000_000))    # an array in, an array out
+    vq.Statistics().Median([3, 1, 2])
+
+Each class of the component is a class here, under its own name (`ztMathLib`) and without the prefix
+(`MathLib`), with its methods and properties under their own names. Arguments that a member only
+writes are left out and come back: after the result, as a named tuple. Single numbers may be arrays.
+Sample 1 of the component is element 0 of an array.
+
+`errors` chooses how errors are told, `conversions` whether an array that has to be converted is.
+"""
+
+from typing import Any as _Any
+
+from ._arrays import ConversionWarning, conversions
+from ._messages import Error, ErrorWarning, Line, errors, lines
+from ._objects import Object
+from ._objects import make_classes as _make_classes
+
+_classes = _make_classes()
+globals().update(_classes)
+
+__all__ = ["ConversionWarning", "Error", "ErrorWarning", "Line", "Object", "conversions", "errors",
+           "lines", *_classes]
+
+
+def __getattr__(name: str) -> _Any:
+    from ._names import nearest
+    raise AttributeError(f"vqmath63 has no '{name}'" + nearest(name, __all__))
