@@ -24,10 +24,18 @@ from ._objects import make_classes as _make_classes
 _classes = _make_classes()
 globals().update(_classes)
 
+# The functions over frames, which need pandas, and where they are.
+_FRAMES = {"accumulate": "_accumulation", "statistics": "_tables", "fit": "_tables",
+           "Fit": "_tables", "derivative": "_tables", "volume_factor": "_tables",
+           "inside": "_tables"}
+
 __all__ = ["ConversionWarning", "Error", "ErrorWarning", "Line", "Object", "conversions", "errors",
-           "lines", *_classes]
+           "lines", *_FRAMES, *_classes]
 
 
 def __getattr__(name: str) -> _Any:
     from ._names import nearest
+    if name in _FRAMES:
+        import importlib
+        return getattr(importlib.import_module("." + _FRAMES[name], __package__), name)
     raise AttributeError(f"vqmath63 has no '{name}'" + nearest(name, __all__))

@@ -17,6 +17,7 @@ from typing import Any, NamedTuple, overload
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
+from ._accumulation import accumulate as accumulate
 from ._arrays import ConversionWarning as ConversionWarning
 from ._arrays import conversions as conversions
 from ._messages import Error as Error
@@ -25,6 +26,12 @@ from ._messages import Line as Line
 from ._messages import errors as errors
 from ._messages import lines as lines
 from ._objects import Object as Object
+from ._tables import Fit as Fit
+from ._tables import derivative as derivative
+from ._tables import fit as fit
+from ._tables import inside as inside
+from ._tables import statistics as statistics
+from ._tables import volume_factor as volume_factor
 
 Many = NDArray[Any] | Sequence[float]
 
