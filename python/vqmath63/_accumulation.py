@@ -77,7 +77,7 @@ def _moments(first: Any, days: Any) -> Any:
 
 def _one(dates: Any, values: Any, settings: _Settings) -> tuple[Any, Any, Any]:
     """Beginnings and ends of the periods and the values of one profile."""
-    from . import Accumulate  # type: ignore[attr-defined]
+    from . import Accumulate
     times, unit = _times(dates)
     table = np.empty((len(times), values.shape[1] + 1), "f4", order="F")
     table[:, 0] = times
@@ -121,7 +121,7 @@ def _spread(work: list[tuple[Any, Any]], settings: _Settings, jobs: int) -> list
 
 
 def _check_period(word: str) -> None:
-    from . import Accumulate  # type: ignore[attr-defined]
+    from . import Accumulate
     if not isinstance(word, str):
         raise TypeError(f"period has to be a word, not a {type(word).__qualname__}")
     known = next(m for m in Accumulate._class.members

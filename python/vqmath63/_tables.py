@@ -18,7 +18,7 @@ def statistics(frame: Any) -> Any:
     standard deviations with divisors n - 1 and n, extremes, quartiles, median, mode and sums.
     Missing values (NaN) are left out. The sums are Singles, as the component forms them: a spread
     that is a small part of its mean wants the mean taken off first."""
-    from . import Statistics  # type: ignore[attr-defined]
+    from . import Statistics
     pd = _frames.pandas()
     frame = _frames.frame_of(frame)
     made = {}
@@ -63,7 +63,7 @@ def fit(frame: Any, x: Any, y: Any, type: str = "linear") -> Fit:
     "logarithmic" y = A + B ln x, "exponential" ln y = A + B x, "power" ln y = A + B ln x. Rows with a
     missing value are left out; where a logarithm is taken, numbers have to be above 0. Dates as x
     count in days from the first one on; `x=None` takes the index."""
-    from . import Regression  # type: ignore[attr-defined]
+    from . import Regression
     if type not in _FITS:
         raise ValueError(f"'{type}' is no type of fit{nearest(str(type), _FITS)}: {listed(_FITS)}")
     frame = _frames.frame_of(frame)
@@ -96,7 +96,7 @@ def _abscissae(frame: Any, x: Any) -> Any:
 def derivative(series: Any, order: int = 1) -> Any:
     """The derivative of a series over its index, by ztDifferentiate, as a series; dates count in
     days. `order` is 1 or 2. Missing values are refused: a derivative looks at neighbours."""
-    from . import Differentiate  # type: ignore[attr-defined]
+    from . import Differentiate
     pd = _frames.pandas()
     if not isinstance(series, pd.Series):
         raise TypeError(f"a derivative wants a Series, not a {type(series).__qualname__}")
@@ -125,7 +125,7 @@ def volume_factor(table: Any, points: Any, type: str = "dead") -> Any:
     saturation point first; points are a frame of primary value and pressure.
 
     Pressures may be an array or a series, which then gives its index to the result."""
-    from . import Petroleum  # type: ignore[attr-defined]
+    from . import Petroleum
     pd = _frames.pandas()
     columns = {"dead": 2, "water": 3, "live": 3}
     if type not in columns:
@@ -172,7 +172,7 @@ def inside(points: Any, cell: Any) -> Any:
     `cell` is a frame of two columns, the corners of a polygon, with points as a frame of x and y; or
     an array of shape (2, 4, 3), the four corners of a grid cell's top and those of its bottom, each
     as x, y, z, with points as a frame of x, y and z. A point with a missing coordinate is outside."""
-    from . import MathLib  # type: ignore[attr-defined]
+    from . import MathLib
     pd = _frames.pandas()
     points = _frames.frame_of(points, "points")
     shape = np.shape(cell)

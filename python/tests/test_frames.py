@@ -1,0 +1,163 @@
+"""The functions over frames, beside pandas and NumPy or worked by hand."""
+
+import numpy as np
+import pandas as pd
+import pytest
+
+DAYS = pd.date_range("2020-11-17", "2024-03-05", freq="D")
+
+
+def history(dates=DAYS, seed=63):
+    random = np.random.default_rng(seed)
+    rates = random.uniform(10, 90, (len(dates), 2))
+    return pd.DataFrame(rates, dates, ["oil", "water"])
+
+
+@pytest.mark.parametrize("period, rule", [
+    ("day", "D"), ("week", "W-MON"), ("month", "MS"), ("quarter", "QS"), ("year", "YS")])
+def test_means_and_totals_agree_with_resample(vq, period, rule):
+    frame = history().round(0)
+    frame["total"] = frame["oil"].cumsum()
+    made = vq.accumulate(frame, period, cumulative="total")
+    # The first row tells nothing of the time before it.
+    bins = frame.iloc[1:].resample(rule, closed="right", label="left")
+    assert len(made) == len(bins.size())
+    np.testing.assert_allclose(made[["oil", "water"]], bins[["oil", "water"]].mean(), rtol=3e-6)
+    np.testing.assert_array_equal(made["total"], bins["total"].last().astype("f4"))
+    assert made.index[0].left == DAYS[0] and made.index[-1].right == DAYS[-1]
+    wanted = bins.size().index[1:]
+    assert list(made.index.left[1:]) == list(made.index.right[:-1]) == list(wanted)
+    assert made.index.closed == "right"
+
+
+def wells(count=7):
+    parts = [history(DAYS[k * 30:], k).assign(well=f"W-{k}") for k in range(count)]
+    rows = pd.concat(parts).rename_axis("date").reset_index()
+    return rows.sample(frac=1, random_state=63).sort_values("date", kind="stable")
+
+
+def test_each_of_many_wells_is_as_it_is_alone_however_they_are_spread(vq):
+    rows = wells()
+    alone = vq.accumulate(rows, "quarter", by="well", date="date")
+    pd.testing.assert_frame_equal(
+        vq.accumulate(rows, "quarter", by="well", date="date", jobs=2), alone, check_exact=True)
+    for name, own in rows.groupby("well"):
+        one = vq.accumulate(own.set_index("date")[["oil", "water"]], "quarter")
+        pd.testing.assert_frame_equal(alone.loc[name], one, check_exact=True)
+
+
+def test_start_frequency_missing_values_and_hours(vq):
+    frame = history(DAYS[:100])
+    made = vq.accumulate(frame, "week", frequency=2, start=pd.Timestamp("2020-11-20"))
+    assert [str(x.date()) for x in made.index.left[:3]] == ["2020-11-20", "2020-12-04", "2020-12-18"]
+    frame.iloc[20, 0] = np.nan  # 7 December, the mean of the 6th
+    made = vq.accumulate(frame, "month")
+    assert made["oil"].isna().tolist() == [False, True, False, False]
+    assert not made["water"].isna().any()
+    hours = history(pd.date_range("1990-01-01", periods=260_000, freq="h"))
+    made = vq.accumulate(hours, "month")
+    assert (made.index.left[1:].day == 1).all() and (made.index.left[1:].hour == 0).all()
+
+
+def doubled(frame):
+    return pd.concat([frame, frame[["oil"]]], axis=1)
+
+
+FRAME = history(DAYS[:5])
+REFUSED = [
+    (lambda v: v.accumulate(FRAME, "quater"), ValueError, "did you mean 'quarter'"),
+    (lambda v: v.accumulate(FRAME, 3), TypeError, "word"),
+    (lambda v: v.accumulate([1, 2]), TypeError, "DataFrame"),
+    (lambda v: v.accumulate(FRAME.iloc[:0]), ValueError, "no rows"),
+    (lambda v: v.accumulate(FRAME.iloc[:1]), ValueError, "covers no time"),
+    (lambda v: v.accumulate(FRAME[[]]), ValueError, "no column"),
+    (lambda v: v.accumulate(FRAME[::-1]), ValueError, "not in order"),
+    (lambda v: v.accumulate(FRAME.tz_localize("UTC")), ValueError, "time zone"),
+    (lambda v: v.accumulate(FRAME.reset_index(drop=True)), TypeError, "has to have dates"),
+    (lambda v: v.accumulate(FRAME.to_period("D")), TypeError, "to_timestamp"),
+    (lambda v: v.accumulate(FRAME.rename(index={DAYS[1]: pd.NaT})), ValueError, "NaT"),
+    (lambda v: v.accumulate(doubled(FRAME)), ValueError, "one name: 'oil'"),
+    (lambda v: v.accumulate(FRAME.assign(name="x")), TypeError, "'name' has elements of type"),
+    (lambda v: v.accumulate(FRAME.assign(open=True)), TypeError, "'open' has elements of type"),
+    (lambda v: v.accumulate(FRAME * 1e40), OverflowError, "Single"),
+    (lambda v: v.accumulate(FRAME, by="wel"), KeyError, "no column 'wel'"),
+    (lambda v: v.accumulate(FRAME, cumulative="oli"), KeyError, "did you mean 'oil'"),
+    (lambda v: v.fit(FRAME, "oil", "water", "exponental"), ValueError, "did you mean 'exponential'"),
+    (lambda v: v.fit(-FRAME, "oil", "water", "power"), ValueError, "no logarithm"),
+    (lambda v: v.fit(FRAME * 0, "oil", "water"), ValueError, "two different"),
+    (lambda v: v.derivative(FRAME), TypeError, "Series"),
+    (lambda v: v.derivative(FRAME["oil"], 3), ValueError, "1 or 2"),
+    (lambda v: v.derivative(FRAME["oil"][::-1]), ValueError, "ascending"),
+    (lambda v: v.volume_factor(FRAME, [1], "gas"), ValueError, "no type of fluid"),
+    (lambda v: v.volume_factor(FRAME[["oil"]], [1]), ValueError, "2 columns"),
+    (lambda v: v.inside(FRAME, [[1, 2, 3]]), ValueError, "shape"),
+]
+
+
+@pytest.mark.parametrize("call, error, words", REFUSED)
+def test_refused_with_words(vq, call, error, words):
+    before = FRAME.copy()
+    with pytest.raises(error) as refused:
+        call(vq)
+    assert words in str(refused.value)
+    pd.testing.assert_frame_equal(FRAME, before)
+
+
+def test_a_well_of_one_date_is_left_out_with_a_word(vq):
+    rows = pd.concat([history(DAYS[:40]).assign(well="A"), history(DAYS[:1]).assign(well="B")])
+    with pytest.warns(UserWarning, match="well 'B'"):
+        made = vq.accumulate(rows, by="well")
+    assert set(made.index.get_level_values("well")) == {"A"}
+
+
+def test_statistics_agree_with_numpy(vq):
+    frame = history(DAYS[:101]).round(1)
+    frame.iloc[3, 0] = np.nan
+    made = vq.statistics(frame)
+    for name in frame:
+        x = frame[name].dropna().to_numpy()
+        np.testing.assert_allclose(
+            made.loc[["count", "mean", "std", "std_n", "min", "max", "median", "sum"], name],
+            [len(x), x.mean(), x.std(ddof=1), x.std(), x.min(), x.max(), np.median(x), x.sum()],
+            rtol=2e-5)
+
+
+# Samples on the line itself.
+@pytest.mark.parametrize("type, line", [
+    ("linear", lambda x: 3 + 0.5 * x), ("logarithmic", lambda x: 3 + 0.5 * np.log(x)),
+    ("exponential", lambda x: np.exp(3 - 0.5 * x)), ("power", lambda x: np.exp(3) * x**-0.5)])
+def test_a_fit_finds_the_line_of_its_type(vq, type, line):
+    x = np.linspace(1, 4, 13)
+    frame = pd.DataFrame({"x": x, "y": line(x)})
+    frame.loc[13] = [np.nan, 5.0]
+    made = vq.fit(frame, "x", "y", type)
+    slope = 0.5 if type in ("linear", "logarithmic") else -0.5
+    np.testing.assert_allclose([made.A, made.B, made.R], [3, slope, np.sign(slope)], rtol=3e-5)
+    np.testing.assert_allclose(made.predict(x), line(x), rtol=3e-5)
+
+
+def test_dates_count_in_days_from_the_first(vq):
+    days = pd.Series([0.0, 4.0, 16.0, 36.0], pd.to_datetime(["2020-01-01", "2020-01-03",
+                                                             "2020-01-05", "2020-01-07"]))
+    assert vq.derivative(days).tolist() == pytest.approx([2, 4, 8, 10], rel=1e-12)
+    assert vq.fit(days.to_frame("y"), None, "y").B == pytest.approx(6, rel=1e-6)
+
+
+def test_volume_factors_and_places(vq):
+    dead = pd.DataFrame({"pressure": [100, 300, 700], "factor": [1.5, 1.25, 1.125]})
+    assert vq.volume_factor(dead, pd.Series([200, 300], ["a", "b"])).to_dict() == {"a": 1.375,
+                                                                                  "b": 1.25}
+    water = pd.DataFrame([[100, 2, 2.0**-10]])
+    assert vq.volume_factor(water, [356], "water").tolist() == [2.5625]
+    # Saturated at 100 and 200. The last row is none that the component reads.
+    live = pd.DataFrame([[10, 100, 1.25], [10, 300, 1.125], [20, 200, 1.75], [20, 400, 1.5],
+                         [20, 600, 1.375]])
+    points = pd.DataFrame({"gas": [10, 20, 20], "pressure": [300, 400, 200]}, ["a", "b", "c"])
+    assert vq.volume_factor(live, points, "live").to_dict() == {"a": 1.125, "b": 1.5, "c": 1.75}
+    triangle = pd.DataFrame({"x": [0, 4, 0], "y": [0, 0, 4]})
+    places = pd.DataFrame({"x": [1, 3, np.nan], "y": [1.5, 2, 1]}, ["in", "out", "none"])
+    assert vq.inside(places, triangle).to_dict() == {"in": True, "out": False, "none": False}
+    top = [[0, 0, 1], [10, 0, 1.5], [10, 10, 1], [0, 10, 1.25]]
+    bottom = [[x, y, z + 5] for x, y, z in top]
+    places = pd.DataFrame({"x": [3, 3, 30], "y": [4, 4, 4], "z": [3, 0.5, 3]})
+    assert vq.inside(places, [top, bottom]).tolist() == [True, False, False]
