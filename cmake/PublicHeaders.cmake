@@ -22,6 +22,7 @@ set(VQ_PUBLIC_HEADERS
   frame/error_handler.hpp
   frame/fault.hpp
   frame/memory.hpp
+  frame/message_receivers.hpp
   frame/sort_tools.hpp
   geometry/cell.hpp
   geometry/polygon.hpp

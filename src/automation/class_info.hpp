@@ -27,6 +27,18 @@ struct DefaultValue {
   double number = 0.0;
 };
 
+/// Numbers with names of their own, as programs that read the type library know them: an
+/// enumeration "vq..." and its constants.
+struct NumberName {
+  const char* name = "";
+  std::int32_t number = 0;
+};
+struct NumberNames {
+  const char* name = "";
+  const char* help = "";
+  std::span<const NumberName> numbers;
+};
+
 struct ArgumentInfo {
   const char* name = "";
   ValueType type{};
@@ -37,6 +49,7 @@ struct ArgumentInfo {
                               ///< the member has none
   bool lent = false;          ///< only a companion could write it, and none of ours does
   std::string (*words)() = nullptr;  ///< the words that a text is one of, a line each; null for any
+  const NumberNames* numbers = nullptr;  ///< the names of the numbers that mean something, if any
 };
 
 /// Hash of a name without regard to the case of a to z (Fowler-Noll-Vo 1a, 32 bits).

@@ -31,6 +31,10 @@ consteval ArgumentInfo lent(const char* name) {
 consteval ArgumentInfo word_arg(const char* name, std::string (*words)()) {
   return {.name = name, .words = words};
 }
+/// An argument that is a number with a name.
+consteval ArgumentInfo number_arg(const char* name, const NumberNames& numbers) {
+  return {.name = name, .numbers = &numbers};
+}
 consteval ArgumentInfo optional_arg(const char* name, const char* fallback) {
   return {.name = name, .optional = true, .fallback = {fallback, 0.0}};
 }

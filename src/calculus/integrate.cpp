@@ -17,7 +17,7 @@ ztIntegrate::ztIntegrate() {
 }
 
 void ztIntegrate::InitIntegrate() {
-  trap(kInitIntegrate, [&] { rule_ = 1; });
+  trap(kInitIntegrate, [&] { rule_ = kTrapezoidal; });
 }
 
 std::int32_t ztIntegrate::IntegerationRule() {
@@ -33,13 +33,13 @@ void ztIntegrate::put_IntegrationRule(const std::int32_t& rule) {
 float ztIntegrate::Integral(const Array1<const float>& xVals, const Array1<const float>& yVals) {
   return trap<float>(kIntegral, [&](float& result) {
     switch (rule_) {
-      case 2:
+      case kSimpson:
         result = Simpson(xVals, yVals);
         break;
-      case 3:
+      case kForward:
         result = Forward(xVals, yVals);
         break;
-      case 4:
+      case kBackward:
         result = Backward(xVals, yVals);
         break;
       default:

@@ -17,6 +17,9 @@ namespace vqmath63 {
 /// | 1 and any other | Trapezoidal                                 |
 class ztIntegrate {
  public:
+  /// The rule numbers by name.
+  enum Rule : std::int32_t { kTrapezoidal = 1, kSimpson = 2, kForward = 3, kBackward = 4 };
+
   /// A new instance has rule 1.
   ztIntegrate();
 

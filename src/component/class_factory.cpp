@@ -6,6 +6,10 @@
 #include "automation/object_support.hpp"
 #include "automation/owners.hpp"
 #include "component/component_file.hpp"
+#ifdef _WIN32
+#include "component/debug_output_windows.hpp"
+#include "frame/message_receivers.hpp"
+#endif
 
 namespace vqmath63::component {
 namespace {
@@ -54,6 +58,9 @@ HRESULT create_factory(const automation::ClassInfo& info, REFIID iid, void** out
   if (out == nullptr) return E_POINTER;
   *out = nullptr;
   set_component_file(component_file);  // for the version text of the objects to come
+#ifdef _WIN32
+  set_system_output(debug_output);
+#endif
   const automation::Reference<ClassFactory> factory(new (std::nothrow) ClassFactory(info));
   return factory ? factory->QueryInterface(iid, out) : E_OUTOFMEMORY;
 }

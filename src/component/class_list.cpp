@@ -18,6 +18,10 @@ namespace {
 using automation::Boundary;
 using automation::ClassInfo;
 
+// What the versioned form of a programmatic id ends with. The interfaces only ever grow, so that
+// there is one version.
+constexpr std::string_view kIdVersion = ".1";
+
 constexpr const ClassInfo* kClasses[] = {
     &Boundary<members::kMathLib>::kInfo,       &Boundary<members::kStatistics>::kInfo,
     &Boundary<members::kSample>::kInfo,        &Boundary<members::kRegression>::kInfo,
@@ -45,7 +49,8 @@ const ClassInfo* find_class(std::string_view programmatic_id) noexcept {
       !same_letters(programmatic_id.substr(0, kLibrary.size()), kLibrary)) {
     return nullptr;
   }
-  const std::string_view name = programmatic_id.substr(kLibrary.size() + 1);
+  std::string_view name = programmatic_id.substr(kLibrary.size() + 1);
+  if (name.ends_with(kIdVersion)) name.remove_suffix(kIdVersion.size());
   for (const ClassInfo* info : kClasses) {
     if (same_letters(info->name, name)) return info;
   }
@@ -62,6 +67,10 @@ const ClassInfo* class_of(const void* object) noexcept {
 
 std::string programmatic_id(const ClassInfo& info) {
   return std::string(automation::kLibraryName) + "." + info.name;
+}
+
+std::string versioned_programmatic_id(const ClassInfo& info) {
+  return programmatic_id(info).append(kIdVersion);
 }
 
 }  // namespace vqmath63::component

@@ -19,8 +19,8 @@ inline constexpr WORD kLibraryMinor = kMinorVersion;
 /// All classes.
 std::span<const automation::ClassInfo* const> classes() noexcept;
 
-/// The class of an identifier or of a programmatic id ("vq140Analyse.ztIntegrate", in any letter
-/// case), or null.
+/// The class of an identifier or of a programmatic id ("vq140Analyse.ztIntegrate", with or without
+/// its version, in any letter case), or null.
 const automation::ClassInfo* find_class(REFCLSID clsid) noexcept;
 const automation::ClassInfo* find_class(std::string_view programmatic_id) noexcept;
 
@@ -28,7 +28,8 @@ const automation::ClassInfo* find_class(std::string_view programmatic_id) noexce
 /// one in another apartment.
 const automation::ClassInfo* class_of(const void* object) noexcept;
 
-/// "vq140Analyse." and the class name.
+/// "vq140Analyse." and the class name; and the same with the version of the id, ".1".
 std::string programmatic_id(const automation::ClassInfo& info);
+std::string versioned_programmatic_id(const automation::ClassInfo& info);
 
 }  // namespace vqmath63::component

@@ -1,5 +1,6 @@
 #include "component/describe.hpp"
 
+#include <algorithm>
 #include <charconv>
 #include <sstream>
 
@@ -102,6 +103,19 @@ std::optional<std::string> describe_words(const ClassInfo& info, const std::stri
     }
   }
   return text;
+}
+
+std::vector<const automation::NumberNames*> number_names(ClassList classes) {
+  std::vector<const automation::NumberNames*> all;
+  for (const ClassInfo* info : classes) {
+    for (const MemberInfo& member : info->members) {
+      for (const ArgumentInfo& argument : member.arguments) {
+        const bool is_new = std::find(all.begin(), all.end(), argument.numbers) == all.end();
+        if (argument.numbers != nullptr && is_new) all.push_back(argument.numbers);
+      }
+    }
+  }
+  return all;
 }
 
 }  // namespace vqmath63::component

@@ -4,6 +4,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "automation/class_info.hpp"
 
@@ -18,6 +19,9 @@ std::string describe_members(const automation::ClassInfo& info);
 /// member.
 std::optional<std::string> describe_words(const automation::ClassInfo& info,
                                           const std::string& member);
+
+/// The sets of named numbers that arguments are among, each once.
+std::vector<const automation::NumberNames*> number_names(ClassList classes);
 
 /// The type library in interface definition language, as widl compiles it.
 std::string interface_text(ClassList classes);

@@ -10,12 +10,19 @@
 #include "component/describe.hpp"
 #include "component/exports.hpp"
 #include "component/registration.hpp"
-#include "frame/error_handler.hpp"
+#include "frame/message_receivers.hpp"
 
 namespace {
 
 using namespace vqmath63;
 using automation::ClassInfo;
+
+MessageCallback receiver(VqMessageCallback callback, void* context) {
+  if (callback == nullptr) return {};
+  return [callback, context](const std::string& line, bool flag) {
+    callback(automation::utf16(line).c_str(), flag ? 0 : 1, context);
+  };
+}
 
 }  // namespace
 
@@ -48,13 +55,28 @@ VQ_EXPORT HRESULT VQ_API DllInstall(BOOL install, LPCOLESTR words) {
 
 VQ_EXPORT HRESULT VQ_API VqSetMessageCallback(VqMessageCallback callback, void* context) {
   try {
-    if (callback == nullptr) {
-      set_message_callback({});
-    } else {
-      set_message_callback([callback, context](const std::string& line, bool flag) {
-        callback(automation::utf16(line).c_str(), flag ? 0 : 1, context);
-      });
-    }
+    set_message_callback(receiver(callback, context));
+    return S_OK;
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+VQ_EXPORT HRESULT VQ_API VqSetProcessMessageCallback(VqMessageCallback callback, void* context) {
+  try {
+    set_process_message_callback(receiver(callback, context));
+    return S_OK;
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+VQ_EXPORT HRESULT VQ_API VqLastMessage(BOOL of_process, BSTR* line) {
+  if (line == nullptr) return E_POINTER;
+  *line = nullptr;
+  try {
+    const MessagesOf whose = of_process != 0 ? MessagesOf::kProcess : MessagesOf::kThread;
+    *line = automation::new_bstr(take_last_message(whose));
     return S_OK;
   } catch (...) {
     return E_OUTOFMEMORY;

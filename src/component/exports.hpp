@@ -37,7 +37,7 @@ typedef struct VqFailures {
 /// column without memory leaves an optional argument out. Results go to `results`, which a member
 /// without one disregards; they may lie over arguments of the same stride.
 ///
-/// A call that fails gives the member's zero, and the others are made all the same. Error lines go
+/// A call that fails gives the member's zero, and the others are made all the same. Error lines
 /// of several calls go to the error sink when all are made: each line once, however often it came.
 /// Where a call would have failed by its result code, the code of the first is the result, with its
 /// text as the thread's error info. `failures`, unless null, tells how many failed.
@@ -49,6 +49,17 @@ typedef struct VqFailures {
 VQ_EXPORT HRESULT VQ_API VqCallMany(void* object, DISPID member, WORD flags, int64_t calls,
                                     const VqColumn* arguments, UINT argument_count,
                                     const VqColumn* results, VqFailures* failures);
+
+/// The same for all threads of the process that have no callback of their own, such as the
+/// system's, in which an object lives whose host calls from another apartment. The callback runs in
+/// the thread that the line is of, several at once if need be. After null has taken it away, a call
+/// that another thread has begun may still be under way.
+VQ_EXPORT HRESULT VQ_API VqSetProcessMessageCallback(VqMessageCallback callback, void* context);
+
+/// The last line of this thread's built-in error sink, or with `of_process` that of all threads, to
+/// be freed with SysFreeString; whoever took it. The line is forgotten then: an empty text says
+/// that none has come since it was asked for.
+VQ_EXPORT HRESULT VQ_API VqLastMessage(BOOL of_process, BSTR* line);
 
 /// Describes the component as text, to be freed with SysFreeString. Lines end with a line feed,
 /// their fields are separated by tabs.

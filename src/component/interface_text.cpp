@@ -96,9 +96,22 @@ std::string member_text(const MemberInfo& member) {
   };
   for (const ArgumentInfo& argument : member.arguments) add(argument_text(argument));
   if (member.result.vt != VT_EMPTY) {
-    add("[out, retval] " + scalar_type(member.result.vt) + "* result");
+    // The library keeps one spelling of a name, whatever its letter case: that of an argument.
+    add("[out, retval] " + scalar_type(member.result.vt) + "* Result");
   }
   return text + ");\n";
+}
+
+std::string enumeration_text(const automation::NumberNames& names) {
+  std::string text = "\n    typedef [public, helpstring(" + quoted(names.help) + ")]\n    enum " +
+                     names.name + " {";
+  const char* separator = "\n";
+  for (const automation::NumberName& number : names.numbers) {
+    text.append(separator).append("        ").append(number.name).append(" = ");
+    text += std::to_string(number.number);
+    separator = ",\n";
+  }
+  return text.append("\n    } ").append(names.name).append(";\n");
 }
 
 std::string class_text(const ClassInfo& info) {
@@ -121,6 +134,9 @@ std::string interface_text(ClassList classes) {
       guid_text(kLibraryId) + "), version(" + std::to_string(kLibraryMajor) + "." +
       std::to_string(kLibraryMinor) + "), helpstring(" + quoted(kLibraryTitle) + ")]\nlibrary " +
       std::string(automation::kLibraryName) + " {\n    importlib(\"stdole2.tlb\");\n";
+  for (const automation::NumberNames* names : number_names(classes)) {
+    text += enumeration_text(*names);
+  }
   for (const ClassInfo* info : classes) text += "\n" + class_text(*info);
   return text + "}\n";
 }

@@ -26,8 +26,9 @@ std::string manifest_text(ClassList classes) {
       "/>\n  <file" + attribute("name", base + ".dll") + ">\n";
   for (const ClassInfo* info : classes) {
     text += "    <comClass" + attribute("clsid", "{" + guid_text(info->clsid) + "}") +
-            attribute("progid", programmatic_id(*info)) + attribute("tlbid", library) +
-            attribute("threadingModel", "Apartment") + "/>\n";
+            attribute("progid", versioned_programmatic_id(*info)) + attribute("tlbid", library) +
+            attribute("threadingModel", "Apartment") + ">\n      <progid>" +
+            programmatic_id(*info) + "</progid>\n    </comClass>\n";
   }
   text +=
       "    <typelib" + attribute("tlbid", library) +

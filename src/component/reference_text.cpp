@@ -55,6 +55,16 @@ std::string reference_text(ClassList classes) {
       text.append("| ").append(std::to_string(member.dispid)).append(" | `");
       text.append(declaration(member)).append("` | ").append(member.help).append(" |\n");
     }
+    for (const automation::NumberNames* names : number_names({&info, 1})) {
+      text.append("\n`").append(names->name).append("`: ").append(names->help);
+      const char* separator = " ";
+      for (const automation::NumberName& number : names->numbers) {
+        text.append(separator).append("`").append(number.name).append("` ");
+        text += std::to_string(number.number);
+        separator = ", ";
+      }
+      text += ".\n";
+    }
   }
   return text;
 }

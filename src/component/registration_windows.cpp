@@ -66,9 +66,17 @@ class ClassesRoot {
     const LSTATUS removed = RegDeleteTreeW(key_, path.c_str());
     if (removed != ERROR_SUCCESS && removed != ERROR_FILE_NOT_FOUND) result_ = removed;
   }
-  /// Removes a key without keys below it; false when it has some or is not there.
-  bool remove_empty(const std::wstring& path) {
-    return RegDeleteKeyW(key_, path.c_str()) == ERROR_SUCCESS;
+  /// Removes a key without keys below it, and unless `with_values` without values; false when it
+  /// has some or is not there.
+  bool remove_empty(const std::wstring& path, bool with_values) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(key_, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+    DWORD values = 0;
+    const LSTATUS known = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                           nullptr, &values, nullptr, nullptr, nullptr, nullptr);
+    RegCloseKey(key);
+    return known == ERROR_SUCCESS && (with_values || values == 0) &&
+           RegDeleteKeyW(key_, path.c_str()) == ERROR_SUCCESS;
   }
   HRESULT result() const {
     return HRESULT_FROM_WIN32(static_cast<DWORD>(result_));
@@ -98,18 +106,23 @@ std::wstring library_path() {
 
 void set_class(ClassesRoot& root, const ClassInfo& info, const std::wstring& file) {
   const std::wstring id = utf16(programmatic_id(info));
+  const std::wstring versioned = utf16(versioned_programmatic_id(info));
   const std::wstring clsid = guid_text(info.clsid);
   const std::wstring path = L"CLSID\\" + clsid;
   const std::wstring help = utf16(info.help);
   root.set(path, nullptr, help);
   root.set(path + L"\\InprocServer32", nullptr, file);
   root.set(path + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
-  root.set(path + L"\\ProgID", nullptr, id);
+  root.set(path + L"\\ProgID", nullptr, versioned);
+  root.set(path + L"\\VersionIndependentProgID", nullptr, id);
   root.set(path + L"\\Programmable", nullptr, L"");
   root.set(path + L"\\TypeLib", nullptr, guid_text(kLibraryId));
   root.set(path + L"\\Version", nullptr, library_version());
-  root.set(id, nullptr, help);
-  root.set(id + L"\\CLSID", nullptr, clsid);
+  for (const std::wstring& name : {id, versioned}) {
+    root.set(name, nullptr, help);
+    root.set(name + L"\\CLSID", nullptr, clsid);
+  }
+  root.set(id + L"\\CurVer", nullptr, versioned);
 }
 
 // Written here rather than by RegisterTypeLib, so that both scopes are served alike on every
@@ -134,8 +147,15 @@ void set_interface(ClassesRoot& root, const ClassInfo& info) {
 void remove_type_library(ClassesRoot& root) {
   const std::wstring key = library_path() + L"\\" + library_version();
   root.remove(key + L"\\0\\" + kSystem);
-  if (root.remove_empty(key + L"\\0")) root.remove(key);
-  root.remove_empty(library_path());
+  if (root.remove_empty(key + L"\\0", true)) root.remove(key);
+  root.remove_empty(library_path(), true);
+}
+
+// What stands above the entries may have been made with them: a user need not have had any.
+void remove_folders(ClassesRoot& root) {
+  for (const wchar_t* folder : {L"CLSID", L"Interface", L"TypeLib", L"Wow6432Node"}) {
+    root.remove_empty(folder, false);
+  }
 }
 
 }  // namespace
@@ -164,10 +184,12 @@ HRESULT unregister_component(Scope scope) noexcept {
       root.remove(L"CLSID\\" + guid_text(info->clsid));
       if (!root.other_word_size_has(L"CLSID\\" + guid_text(info->clsid))) {
         root.remove(utf16(programmatic_id(*info)));
+        root.remove(utf16(versioned_programmatic_id(*info)));
       }
       root.remove(L"Interface\\" + guid_text(info->iid));
     }
     remove_type_library(root);
+    if (scope == Scope::kUser) remove_folders(root);
     return root.result();
   } catch (...) {
     return E_OUTOFMEMORY;

@@ -5,30 +5,12 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
-#include <utility>
 
 #include "frame/date.hpp"
-#include "frame/host_code.hpp"
+#include "frame/message_receivers.hpp"
 
 namespace vqmath63 {
 namespace {
-
-MessageCallback& message_callback() {
-  thread_local MessageCallback callback;
-  return callback;
-}
-
-bool deliver_to_host(const std::string& line, bool flag) {
-  const MessageCallback callback = message_callback();  // a copy: the call may replace the original
-  if (!callback) return false;
-  try {
-    const HostCode code;
-    callback(line, flag);
-    return true;
-  } catch (...) {  // the host did not take it
-    return false;
-  }
-}
 
 // "YYYY-MM-DD hh:mm:ss " of this moment.
 std::string time_stamp() {
@@ -37,18 +19,18 @@ std::string time_stamp() {
   return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S ", &local)};
 }
 
-}  // namespace
-
-void set_message_callback(MessageCallback callback) {
-  message_callback() = std::move(callback);
+bool print_to_standard_error(const std::string& line) {
+  return std::fputs(line.c_str(), stderr) >= 0 && std::fputc('\n', stderr) != EOF &&
+         std::fflush(stderr) == 0;
 }
 
+}  // namespace
+
 void BuiltInErrorHandler::ReportError(std::string& message, bool& flag) {
+  keep_as_last_message(message);
   if (deliver_to_host(message, flag)) return;
   if (logging_ && !log_file_.empty() && append_to_log(message)) return;
-  std::fputs(message.c_str(), stderr);
-  std::fputc('\n', stderr);
-  std::fflush(stderr);
+  if (!print_to_standard_error(message)) deliver_to_system(message);
 }
 
 void BuiltInErrorHandler::SetLogToFile(bool& qLogToFile) {

@@ -1,24 +1,18 @@
 // The built-in error sink: to the host's callback, to a log file, or to standard error.
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "frame/companions.hpp"
+#include "frame/message_receivers.hpp"
 
 namespace vqmath63 {
 
-/// A host's receiver of message lines, with the flag of ReportError.
-using MessageCallback = std::function<void(const std::string& line, bool flag)>;
-
-/// Installs this thread's receiver; an empty one takes it away. It belongs to the thread, not to a
-/// sink, and so outlives every close-down.
-void set_message_callback(MessageCallback callback);
-
 /// Error sink of threads whose host has put none of its own in place. No line vanishes: it goes to
-/// this thread's message callback, without one (or when it throws) to the log file if logging is
-/// on, and to the standard error stream when neither takes it. Nothing here raises because of a
-/// file that cannot be opened or written.
+/// this thread's message callback, without one (or when it throws) to that of the process, to the
+/// log file if logging is on, to the standard error stream when none of these takes it, and to the
+/// system when the process has no such stream. Nothing here raises because of a file that cannot be
+/// opened or written.
 ///
 /// The log is appended to, line by line, as "YYYY-MM-DD hh:mm:ss " in local time and the line. The
 /// first line after SetLogFile or SetVersionText has brought a new text begins a session of the

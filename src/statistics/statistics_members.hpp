@@ -11,8 +11,19 @@ using automation::arg;
 using automation::get;
 using automation::lent;
 using automation::method;
+using automation::number_arg;
 using automation::optional_arg;
 using automation::out;
+
+inline constexpr automation::NumberName kQuartileNumbers[] = {
+    {"vqLowerQuartile", 1}, {"vqMiddleQuartile", 2}, {"vqUpperQuartile", 3}};
+inline constexpr automation::NumberNames kQuartiles{"vqQuartile", "Quartiles of ztStatistics.",
+                                                    kQuartileNumbers};
+
+inline constexpr automation::NumberName kNullRowsNumbers[] = {{"vqCountNullRows", 0},
+                                                              {"vqRemoveNullRows", 1}};
+inline constexpr automation::NumberNames kNullRows{
+    "vqNullRows", "What RemoveNullValues does with the rows that hold a null.", kNullRowsNumbers};
 
 inline constexpr auto kStatistics = automation::table<ztStatistics>(
     "ztStatistics", "Descriptive statistics, tests and null handling of samples.",
@@ -61,12 +72,12 @@ inline constexpr auto kStatistics = automation::table<ztStatistics>(
     method<&ztStatistics::Median>                (40, "Median",                 {arg("xA")}, "Median of the samples, which keep their order."),
     method<&ztStatistics::Mode>                  (41, "Mode",                   {arg("xA")}, "Mode of the samples by changes of value in ascending order, else by ModeBin."),
     method<&ztStatistics::ModeBin>               (42, "ModeBin",                {arg("dSort")}, "Mean of the fullest bin over ascending samples; 0 when no bin holds more than one."),
-    method<&ztStatistics::Quartile>              (43, "Quartile",               {arg("xA"), arg("ithQuartile")}, "First, second or third quartile (1, 2, 3); 0 for any other number."),
+    method<&ztStatistics::Quartile>              (43, "Quartile",               {arg("xA"), number_arg("ithQuartile", kQuartiles)}, "First, second or third quartile (1, 2, 3); 0 for any other number."),
     method<&ztStatistics::RemoveNulls>           (44, "RemoveNulls",            {lent("xNull"), arg("xA"), out("xANew"), answer("nANew"), out("qOK")}, "Copies xA without the samples equal to xNull; nANew is the number left."),
     method<&ztStatistics::RemoveNullsXY>         (45, "RemoveNullsXY",          {lent("xNull"), arg("xA"), arg("xB"), out("xANew"), out("xBNew"), answer("NewLength"), out("qOK")}, "Copies two arrays without the rows in which one equals xNull."),
     method<&ztStatistics::RemoveNullsXYZ>        (46, "RemoveNullsXYZ",         {lent("xNull"), arg("xA"), arg("xB"), arg("xC"), out("xANew"), out("xBNew"), out("xCNew"), answer("NewLength"), out("qOK")}, "Copies three arrays without the rows in which one equals xNull."),
-    method<&ztStatistics::RemoveNullValues>      (47, "RemoveNullValues",       {lent("dNull"), arg("iNull"), arg("dX"), arg("dY"), answer("nRows"), out("qOK")}, "Removes the rows in which one of two arrays equals dNull, in place; only counts them when iNull is 0."),
-    method<&ztStatistics::RemoveNullValuesXYZ>   (48, "RemoveNullValuesXYZ",    {lent("dNull"), arg("iNull"), arg("dX"), arg("dY"), arg("dZ"), answer("nRows"), out("qOK")}, "Removes the rows in which one of three arrays equals dNull, in place; only counts them when iNull is 0."),
+    method<&ztStatistics::RemoveNullValues>      (47, "RemoveNullValues",       {lent("dNull"), number_arg("iNull", kNullRows), arg("dX"), arg("dY"), answer("nRows"), out("qOK")}, "Removes the rows in which one of two arrays equals dNull, in place; only counts them when iNull is 0."),
+    method<&ztStatistics::RemoveNullValuesXYZ>   (48, "RemoveNullValuesXYZ",    {lent("dNull"), number_arg("iNull", kNullRows), arg("dX"), arg("dY"), arg("dZ"), answer("nRows"), out("qOK")}, "Removes the rows in which one of three arrays equals dNull, in place; only counts them when iNull is 0."),
     method<&ztStatistics::MaskValuesXY>          (49, "MaskValuesXY",           {lent("qMask"), arg("dX"), arg("dY"), answer("nRows"), out("qOK"), optional_arg("qFlag", true)}, "Keeps the rows of two arrays whose mask entry is True, in place; qFlag is ignored."),
     method<&ztStatistics::MaskValuesXYZ>         (50, "MaskValuesXYZ",          {lent("qMask"), arg("dX"), arg("dY"), arg("dZ"), answer("nRows"), out("qOK"), optional_arg("qFlag", true)}, "Keeps the rows of three arrays whose mask entry is True, in place; qFlag is ignored."),
     method<&ztStatistics::SumOfSquareDifferences>(51, "SumOfSquareDifferences", {arg("xA"), arg("yA")}, "Sum of the squared differences of two arrays; 0 for unequal upper bounds."),

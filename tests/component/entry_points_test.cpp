@@ -16,15 +16,20 @@ using namespace automation::system::test;
 using namespace automation::test;
 
 TEST(EntryPointsTest, what_a_foreign_host_needs_is_exported) {
-  for (const char* name : {"CLSIDFromProgID",      "DllGetClassObject",   "DllCanUnloadNow",
-                           "DllRegisterServer",    "DllUnregisterServer", "DllInstall",
-                           "SysAllocString",       "SysAllocStringLen",   "SysStringLen",
-                           "SysFreeString",        "SafeArrayCreate",     "SafeArrayDestroy",
-                           "SafeArrayRedim",       "SafeArrayGetDim",     "SafeArrayGetLBound",
-                           "SafeArrayGetUBound",   "SafeArrayAccessData", "SafeArrayUnaccessData",
-                           "VariantInit",          "VariantClear",        "VariantCopy",
-                           "VariantChangeType",    "GetErrorInfo",        "VqDescribe",
-                           "VqSetMessageCallback", "VqCallMany"}) {
+  for (const char* name : {"CLSIDFromProgID",      "DllGetClassObject",
+                           "DllCanUnloadNow",      "DllRegisterServer",
+                           "DllUnregisterServer",  "DllInstall",
+                           "SysAllocString",       "SysAllocStringLen",
+                           "SysStringLen",         "SysFreeString",
+                           "SafeArrayCreate",      "SafeArrayDestroy",
+                           "SafeArrayRedim",       "SafeArrayGetDim",
+                           "SafeArrayGetLBound",   "SafeArrayGetUBound",
+                           "SafeArrayAccessData",  "SafeArrayUnaccessData",
+                           "VariantInit",          "VariantClear",
+                           "VariantCopy",          "VariantChangeType",
+                           "GetErrorInfo",         "VqDescribe",
+                           "VqSetMessageCallback", "VqCallMany",
+                           "VqLastMessage",        "VqSetProcessMessageCallback"}) {
     EXPECT_NE(dlsym(RTLD_DEFAULT, name), nullptr) << name;
   }
 }
@@ -80,7 +85,9 @@ TEST(EntryPointsTest, programmatic_ids_are_found_in_any_letter_case) {
       {u"VQ140ANALYSE.ZTACCUMULATE", S_OK},
       {u"vq140analyse.ztanalyseinfo", S_OK},
       {u"vq140Analyse.ztIntegrat", CO_E_CLASSSTRING},
-      {u"vq140Analyse.ztIntegrate.1", CO_E_CLASSSTRING},
+      {u"vq140Analyse.ztIntegrate.1", S_OK},
+      {u"vq140Analyse.ztIntegrate.2", CO_E_CLASSSTRING},
+      {u"vq140Analyse.1", CO_E_CLASSSTRING},
       {u"vq140Analyse ztIntegrate", CO_E_CLASSSTRING},
       {u"wq140Analyse.ztIntegrate", CO_E_CLASSSTRING},
       {u"vq140Analyse.yzIntegrate", CO_E_CLASSSTRING},
@@ -174,24 +181,48 @@ TEST(EntryPointsTest, the_words_of_an_argument_can_be_asked_for) {
   }
 }
 
-TEST(EntryPointsTest, message_callbacks_belong_to_their_thread) {
-  const auto fail = [] {
+std::string last_message(bool of_process) {
+  Value line;
+  line.v.vt = VT_BSTR;
+  EXPECT_EQ(VqLastMessage(of_process, &line.v.bstrVal), S_OK);
+  return ascii(line.v.bstrVal);
+}
+
+TEST(EntryPointsTest, a_line_goes_to_its_thread_before_the_process_and_is_kept_as_the_last) {
+  const auto fail = [](std::int32_t rule) {
     const Instance<IIntegrate> integrate(u"vq140Analyse.ztIntegrate", IIntegrate::kIid);
     SAFEARRAY* none = nullptr;
     float area = 1;
+    EXPECT_EQ(integrate->put_IntegrationRule(&rule), S_OK);
     EXPECT_EQ(integrate->Integral(&none, &none, &area), S_OK);
   };
+  const std::string simpson =
+      "Error:Subscript out of range (No.9) In [ztAnalyse - Integration (Code) (Simpson)] ";
+  std::vector<bool> process;
+  const VqMessageCallback count = [](const OLECHAR*, BOOL close_down, void* lines) {
+    static_cast<std::vector<bool>*>(lines)->push_back(close_down != 0);
+  };
+  EXPECT_EQ(VqSetProcessMessageCallback(count, &process), S_OK);
   Lines here;
-  std::size_t there = 0;
   std::thread([&] {
-    Lines lines;
-    fail();
-    there = lines.text.size();
+    {
+      Lines there;
+      fail(3);
+      EXPECT_EQ(there.text.size(), 1U);
+    }
+    fail(2);
+    EXPECT_EQ(last_message(false), simpson);
+    EXPECT_EQ(last_message(false), "");
   }).join();
-  EXPECT_EQ(there, 1U);
+  EXPECT_EQ(process, std::vector<bool>{false}) << "what the thread's own did not take";
   EXPECT_EQ(here.text.size(), 0U);
-  fail();
+  EXPECT_EQ(last_message(true), simpson);
+  EXPECT_EQ(last_message(true), "");
+  EXPECT_EQ(VqSetProcessMessageCallback(nullptr, nullptr), S_OK);
+  fail(1);
   EXPECT_EQ(here.text.size(), 1U);
+  EXPECT_EQ(process.size(), 1U);
+  EXPECT_EQ(VqLastMessage(true, nullptr), E_POINTER);
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 // Where message lines end up.
 #include "frame/error_handler.hpp"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -121,6 +124,23 @@ TEST_F(ErrorHandlerTest, a_callback_that_throws_or_goes_away_loses_no_line) {
   EXPECT_EQ(report("two"), "");
   EXPECT_EQ(last, "two");
   EXPECT_EQ(report("three"), "three\n");
+}
+
+// A process without such a stream, as those with windows only have none.
+TEST_F(ErrorHandlerTest, the_system_takes_what_standard_error_does_not) {
+  static std::string taken;
+  set_system_output([](const std::string& line) noexcept { taken += line + ";"; });
+  std::string line = "one";
+  bool flag = true;
+  const int full = open("/dev/full", O_WRONLY), kept = dup(2);
+  dup2(full, 2);
+  sink.ReportError(line, flag);
+  dup2(kept, 2);
+  close(kept);
+  close(full);
+  EXPECT_EQ(report("two"), "two\n");
+  EXPECT_EQ(taken, "one;");
+  set_system_output(nullptr);
 }
 
 }  // namespace

@@ -29,8 +29,12 @@ std::vector<Entry> entries(const std::string& file) {
   for (const ClassRow& row : kClasses) {
     const std::string id = std::string("vq140Analyse.") + row.name;
     const std::string clsid = "CLSID\\" + braced(row.clsid);
+    const std::string versioned = id + ".1";
     all.push_back({id + "\\CLSID", nullptr, braced(row.clsid)});
-    all.push_back({clsid + "\\ProgID", nullptr, id});
+    all.push_back({id + "\\CurVer", nullptr, versioned});
+    all.push_back({versioned + "\\CLSID", nullptr, braced(row.clsid)});
+    all.push_back({clsid + "\\ProgID", nullptr, versioned});
+    all.push_back({clsid + "\\VersionIndependentProgID", nullptr, id});
     all.push_back({clsid + "\\InprocServer32", nullptr, file});
     all.push_back({clsid + "\\InprocServer32", "ThreadingModel", "Apartment"});
     all.push_back({clsid + "\\TypeLib", nullptr, library});

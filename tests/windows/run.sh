@@ -102,9 +102,20 @@ scripts=$(windows_path "$here")
 awk -f "$here/calls_as_script.awk" "$data/calls.tsv" | cat "$here/calls.vbs" - >calls.vbs
 awk -v dates=no -f "$here/calls_as_script.awk" "$data/calls.tsv" >calls.txt
 
+# All entries of classes, of the machine and of the user.
+entries() {  # FILE
+  local root
+  for root in HKCU HKLM; do
+    "$wine" reg export "$root\\Software\\Classes" "$1.$root" /y >output.txt 2>&1
+  done
+  cat "$1.HKCU" "$1.HKLM" >"$1"
+}
+
 # What a run that was stopped has left.
 "$wine" regsvr32 /s /u "$dll" >/dev/null 2>&1
 "$wine" regsvr32 /s /u /n /i:user "$dll" >/dev/null 2>&1
+"$wine" reg add 'HKCU\Software\Classes' /f >output.txt 2>&1
+entries before.reg
 run "early_bound, unregistered" "$clients/early_bound.exe" \
   "$(windows_path "$build/src/vqmath63.manifest")"
 run "type library" "$clients/type_library.exe" "$dll"
@@ -126,6 +137,14 @@ run "registry: user" "$clients/registry.exe" user "$dll"
 expect ok "unregister for the user" regsvr32 /s /u /n /i:user "$dll"
 run "registry: gone again" "$clients/registry.exe" gone "$dll"
 expect refused "register for an unknown scope" regsvr32 /s /n /i:bogus "$dll"
+
+entries after.reg
+if [ -s before.reg.HKLM ] && [ -s before.reg.HKCU ] && cmp before.reg after.reg >output.txt 2>&1; then
+  report "registry as it was before" 1 0
+else
+  report "registry as it was before" 1 1
+  diff before.reg after.reg | tr -d '\0' | sed 's/^/    /' | head -n 20
+fi
 
 if cmake --build "$build" --target vq_type_library_again >output.txt 2>&1; then
   report "type library, compiled again" 1 0

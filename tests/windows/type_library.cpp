@@ -84,12 +84,6 @@ void same(const std::string& got, const std::string& wanted, const std::string& 
   checks.that(got == wanted, what + ": '" + got + "', wanted '" + wanted + "'");
 }
 
-// The library keeps one spelling of each name, that of its first use.
-void same_name(const Text& got, const std::string& wanted, const std::string& what) {
-  checks.that(_stricmp(got.ascii().c_str(), wanted.c_str()) == 0,
-              what + ": '" + got.ascii() + "', wanted '" + wanted + "'");
-}
-
 void check_member(ITypeInfo* info, UINT index, const InterfaceMember& member,
                   const std::string& of) {
   FUNCDESC* function = nullptr;
@@ -106,7 +100,7 @@ void check_member(ITypeInfo* info, UINT index, const InterfaceMember& member,
               what + ": slot");
   Text name, help;
   info->GetDocumentation(function->memid, &name.text, &help.text, nullptr, nullptr);
-  same_name(name, member.name, what);
+  same(name.ascii(), member.name, what);
   checks.that(SysStringLen(help.text) > 0, what + ": help text");
 
   std::vector<std::string> wanted;
@@ -127,7 +121,7 @@ void check_member(ITypeInfo* info, UINT index, const InterfaceMember& member,
     taken.text = names[k];
     // The value of a property let has no name in there.
     if (k == 0 || k > member.arguments.size() || kind == INVOKE_PROPERTYPUT) continue;
-    same_name(taken, member.arguments[k - 1].name, what);
+    same(taken.ascii(), member.arguments[k - 1].name, what);
   }
   checks.that(kind == INVOKE_PROPERTYPUT || count > member.arguments.size(), what + ": names");
   info->ReleaseFuncDesc(function);
@@ -162,6 +156,33 @@ void check_class(ITypeLib* library, const InterfaceClass& of) {
   }
 }
 
+// Each constant of the enumerations, and nothing else; returns how many enumerations there are.
+UINT check_enumerations(ITypeLib* library) {
+  std::map<std::string, std::map<std::string, std::string>> wanted, got;
+  for (const vqmath63::TableRow& row : vqmath63::table_rows("interface.tsv", "enumerations")) {
+    wanted[row["enumeration"]][row["constant"]] = row["number"].text;
+  }
+  for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
+    TYPEKIND kind = TKIND_MAX;
+    library->GetTypeInfoType(i, &kind);
+    if (kind != TKIND_ENUM) continue;
+    Holder<ITypeInfo> info;
+    library->GetTypeInfo(i, info.place());
+    Text name, help;
+    library->GetDocumentation(static_cast<INT>(i), &name.text, &help.text, nullptr, nullptr);
+    checks.that(SysStringLen(help.text) > 0, name.ascii() + ": help text");
+    VARDESC* constant = nullptr;
+    for (UINT k = 0; SUCCEEDED(info->GetVarDesc(k, &constant)); ++k) {
+      Text constant_name;
+      info->GetDocumentation(constant->memid, &constant_name.text, nullptr, nullptr, nullptr);
+      got[name.ascii()][constant_name.ascii()] = std::to_string(constant->lpvarValue->lVal);
+      info->ReleaseVarDesc(constant);
+    }
+  }
+  checks.that(got == wanted && !wanted.empty(), "the enumerations are those of the table");
+  return static_cast<UINT>(wanted.size());
+}
+
 }  // namespace
 
 int main(int count, char** words) {
@@ -177,7 +198,9 @@ int main(int count, char** words) {
     checks.that(classes.size() == 9, "nine classes");
     if (library.get() != nullptr) {
       for (const InterfaceClass& of : classes) check_class(library.get(), of);
-      checks.that(library->GetTypeInfoCount() == 2 * classes.size(), "nothing but the classes");
+      const UINT enumerations = check_enumerations(library.get());
+      checks.that(library->GetTypeInfoCount() == 2 * classes.size() + enumerations,
+                  "nothing but these");
     }
   }
   CoUninitialize();
