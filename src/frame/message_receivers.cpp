@@ -1,4 +1,4 @@
-// Receivers of message lines: those of each thread, and those of the process under a short lock.
+// Receivers of message lines: those of each thread, and those of the process, without a lock.
 #include "frame/message_receivers.hpp"
 
 #include <atomic>
@@ -10,8 +10,6 @@
 namespace vqmath63 {
 namespace {
 
-using SharedCallback = std::shared_ptr<const MessageCallback>;
-
 MessageCallback& callback_of_thread() {
   thread_local MessageCallback callback;
   return callback;
@@ -22,38 +20,57 @@ std::string& last_of_thread() {
   return line;
 }
 
-// What the process has one of. Plain pointers, that stay good for a thread which reports when the
-// process's own objects have ended.
-constinit const SharedCallback* callback_of_process = nullptr;
-constinit std::string* last_of_process = nullptr;
-constinit std::atomic<SystemOutput> system_output{nullptr};
-
-// Held for the time of a copy or an exchange of those.
-class ProcessLock {
- public:
-  ProcessLock() noexcept {
-    while (taken.test_and_set(std::memory_order_acquire)) {
-    }
-  }
-  ~ProcessLock() { taken.clear(std::memory_order_release); }
-  ProcessLock(const ProcessLock&) = delete;
-  ProcessLock& operator=(const ProcessLock&) = delete;
-
- private:
-  static constinit inline std::atomic_flag taken;
+// The receiver of the process, kept until no thread can be about to take a copy of it.
+using SharedCallback = std::shared_ptr<const MessageCallback>;
+struct Receiver {
+  SharedCallback callback;
+  Receiver* next = nullptr;  // of those that have been replaced
 };
 
-template <class T>
-std::unique_ptr<T> exchange_for_process(T*& held, std::unique_ptr<T> fresh) noexcept {
-  const ProcessLock lock;
-  return std::unique_ptr<T>(std::exchange(held, fresh.release()));
+// What the process has one of: exchanged, never waited for. Plain pointers, that stay good for a
+// thread which reports when the process's own objects have ended.
+constinit std::atomic<Receiver*> receiver_of_process{nullptr};
+constinit std::atomic<Receiver*> replaced_receivers{nullptr};
+constinit std::atomic<int> copying{0};  // threads that read receiver_of_process
+constinit std::atomic<std::string*> last_of_process{nullptr};
+constinit std::atomic<SystemOutput> system_output{nullptr};
+
+SharedCallback callback_of_process() noexcept {
+  ++copying;
+  const Receiver* const receiver = receiver_of_process;
+  SharedCallback callback = receiver == nullptr ? nullptr : receiver->callback;
+  --copying;
+  return callback;
+}
+
+void replace_receiver(Receiver* fresh) noexcept {
+  Receiver* const old = receiver_of_process.exchange(fresh);
+  Receiver* all = replaced_receivers.exchange(nullptr);
+  if (old != nullptr) {
+    old->next = all;
+    all = old;
+  }
+  // Who begins to copy from here on finds the fresh one.
+  if (copying == 0) {
+    while (all != nullptr) delete std::exchange(all, all->next);
+  } else if (all != nullptr) {  // the next replacement frees them
+    Receiver* last = all;
+    while (last->next != nullptr) last = last->next;
+    last->next = replaced_receivers;
+    while (!replaced_receivers.compare_exchange_weak(last->next, all)) {
+    }
+  }
+}
+
+std::unique_ptr<std::string> exchange_last_of_process(std::unique_ptr<std::string> line) noexcept {
+  return std::unique_ptr<std::string>(last_of_process.exchange(line.release()));
 }
 
 // Frees them at the end of the process, or when the library is unloaded.
 struct AtEnd {
   ~AtEnd() {
-    exchange_for_process(callback_of_process, {});
-    exchange_for_process(last_of_process, {});
+    replace_receiver(nullptr);
+    exchange_last_of_process({});
   }
 };
 const AtEnd at_end;
@@ -76,17 +93,17 @@ void set_message_callback(MessageCallback callback) {
 }
 
 void set_process_message_callback(MessageCallback callback) {
-  std::unique_ptr<const SharedCallback> fresh;
+  std::unique_ptr<Receiver> fresh;
   if (callback) {
-    fresh = std::make_unique<const SharedCallback>(
-        std::make_shared<const MessageCallback>(std::move(callback)));
+    fresh = std::make_unique<Receiver>();
+    fresh->callback = std::make_shared<const MessageCallback>(std::move(callback));
   }
-  exchange_for_process(callback_of_process, std::move(fresh));
+  replace_receiver(fresh.release());
 }
 
 std::string take_last_message(MessagesOf whose) {
   if (whose == MessagesOf::kThread) return std::exchange(last_of_thread(), {});
-  const auto last = exchange_for_process(last_of_process, {});
+  const auto last = exchange_last_of_process({});
   return last ? std::move(*last) : std::string();
 }
 
@@ -96,7 +113,7 @@ void set_system_output(SystemOutput output) noexcept {
 
 void keep_as_last_message(const std::string& line) noexcept {
   try {
-    exchange_for_process(last_of_process, std::make_unique<std::string>(line));
+    exchange_last_of_process(std::make_unique<std::string>(line));
     last_of_thread() = line;
   } catch (...) {  // no memory: the line goes its other ways
   }
@@ -105,11 +122,7 @@ void keep_as_last_message(const std::string& line) noexcept {
 bool deliver_to_host(const std::string& line, bool flag) {
   // Copies: the call may replace the original.
   if (take(MessageCallback(callback_of_thread()), line, flag)) return true;
-  SharedCallback callback;
-  {
-    const ProcessLock lock;
-    if (callback_of_process != nullptr) callback = *callback_of_process;
-  }
+  const SharedCallback callback = callback_of_process();
   return callback && take(*callback, line, flag);
 }
 
