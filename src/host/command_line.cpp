@@ -131,6 +131,7 @@ CommandLine::CommandLine(const char* program, const char* description, const cha
     : app_(std::make_unique<CLI::App>(description, program)) {
   app_->footer(notes);
   app_->require_subcommand(0, 1);
+  app_->allow_windows_style_options(false);  // /data/wells.csv is a path on every system
   for (const auto& [name, entry] : registered()) {
     Command command(app_->add_subcommand(name, entry.help), &chosen_);
     entry.declare(command);

@@ -65,10 +65,16 @@ class Vqhost : public testing::Test {
     std::ofstream(folder_ / name, std::ios::binary) << text;
   }
 
+  // The program, or the one that stands in its place, such as that for Windows.
+  static std::string program() {
+    const char* const other = std::getenv("VQHOST");
+    return other == nullptr ? VQHOST_PATH : other;
+  }
+
   // Runs the program in the folder of the test's files, after other words of the shell.
   Outcome run(const std::string& arguments, const std::string& before = {}) const {
-    const std::string command = "cd '" + folder_.string() + "' && " + before +
-                                " '" VQHOST_PATH "' </dev/null 2>err.txt " + arguments;
+    const std::string command = "cd '" + folder_.string() + "' && " + before + " '" + program() +
+                                "' </dev/null 2>err.txt " + arguments;
     Outcome outcome;
     std::FILE* pipe = popen(command.c_str(), "r");
     if (pipe == nullptr) return outcome;

@@ -1,8 +1,11 @@
 #!/bin/bash
 # Runs the Windows tests under Wine: registers the component, calls it from VBScript, JScript and
-# C++, and looks at what registration leaves behind.
+# C++, runs the transcripts of vqhost.exe, and looks at what registration leaves behind.
 #
-# usage: run.sh BUILD_DIR      the folder of a 64-bit Windows build with its tests
+# usage: run.sh BUILD_DIR [HOST_TESTS]
+#   BUILD_DIR   the folder of a 64-bit Windows build with its tests
+#   HOST_TESTS  the native program that runs the transcripts; by default that of the build "release"
+#               beside BUILD_DIR
 #
 # Prints one line per program, what failed in it, and a closing line; exit status 1 on any failure.
 set -u
@@ -13,6 +16,7 @@ component=$build/src/vqmath63.dll
 clients=$build/tests/windows
 work=$build/wine
 data=$(realpath "$here/../data")
+host_tests=${2:-$build/../release/tests/test_host}
 
 export WINEPREFIX=$work/prefix WINEARCH=win64 WINEDEBUG=-all LC_ALL=C
 # No Mono, no browser, no menus, no crash dialogs, no display.
@@ -71,6 +75,25 @@ run_calls() {  # NAME COMMAND...
   run "$@"
 }
 
+# Holds vqhost.exe, in the folder DIRECTORY, to transcripts.
+transcripts() {  # NAME DIRECTORY FILTER
+  local lines=$work/transcripts.txt output passed failed
+  cat >"$work/vqhost" <<END
+#!/bin/sh
+echo >>'$lines'
+exec '$wine' '$2/vqhost.exe' "\$@"
+END
+  chmod +x "$work/vqhost"
+  rm -f "$lines"
+  # The C library's usual locale has no letters but English ones to hand over.
+  output=$(LC_ALL=C.UTF-8 VQHOST=$work/vqhost timeout 400 "$host_tests" --gtest_filter="$3" 2>&1)
+  passed=$(grep -c '^\[       OK \]' <<<"$output")
+  failed=$(grep -c '^\[  FAILED  \] .* ms)$' <<<"$output")
+  [ "$passed" -gt 0 ] || failed=$((failed + 1))
+  report "$1" $((passed + failed)) "$failed" ", $(wc -l 2>/dev/null <"$lines") calls"
+  [ "$failed" -eq 0 ] || printf '%s\n' "$output" | head -n 60 | sed 's/^/    /'
+}
+
 # Runs a command that has to end with success ("ok") or without it ("refused").
 expect() {  # ok|refused NAME COMMAND...
   local wanted=$1 name=$2 status outcome=ok
@@ -119,6 +142,11 @@ entries before.reg
 run "early_bound, unregistered" "$clients/early_bound.exe" \
   "$(windows_path "$build/src/vqmath63.manifest")"
 run "type library" "$clients/type_library.exe" "$dll"
+mkdir -p "$work/alone" "$work/beside"
+cp "$build/src/host/vqhost.exe" "$work/alone"
+cp "$build/src/host/vqhost.exe" "$component" "$work/beside"
+expect refused "vqhost.exe, no component" "$work/alone/vqhost.exe" classes
+transcripts "vqhost.exe, library beside it" "$work/beside" 'Vqhost/*'
 expect ok "register" regsvr32 /s "$dll"
 run "registry: machine" "$clients/registry.exe" machine "$dll"
 run_calls "calls.vbs" cscript //nologo calls.vbs
@@ -127,6 +155,7 @@ run_calls "early_calls" "$clients/early_calls.exe" "$calls" "$interfaces"
 run "by_name.vbs" cscript //nologo "$scripts\\by_name.vbs"
 run "by_name.js" cscript //nologo "$scripts\\by_name.js"
 run "early_bound" "$clients/early_bound.exe"
+transcripts "vqhost.exe, registered" "$work/alone" '*/program:*/call'
 run "lifetime" "$clients/lifetime.exe" "$dll"
 run "reloads" "$clients/reloads.exe" "$dll"
 expect ok "unregister" regsvr32 /s /u "$dll"

@@ -2,8 +2,8 @@
 
 #include <sstream>
 
-#include "component/exports.hpp"
 #include "host/client/dispatch_client.hpp"
+#include "host/client/entry_points.hpp"
 
 namespace vqmath63::host {
 namespace {
@@ -31,7 +31,7 @@ DeclaredType declared_type(std::string text) {
 // The lines of a description, each as its fields.
 std::vector<std::vector<std::string>> described(const OLECHAR* programmatic_id, HRESULT* result) {
   BSTR text = nullptr;
-  *result = VqDescribe(programmatic_id, &text);
+  *result = entry_points().describe(programmatic_id, &text);
   std::istringstream lines(taken_text(text));
   std::vector<std::vector<std::string>> table;
   for (std::string line; std::getline(lines, line);) {

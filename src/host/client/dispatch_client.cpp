@@ -101,7 +101,8 @@ Value Value::array(VARTYPE element, SAFEARRAY* array) {
 
 Value Value::copy(const Value& from) {
   Value v;
-  if (FAILED(VariantCopy(&v.variant_, &from.variant_))) throw AutomationError("out of memory");
+  auto& source = const_cast<automation::Variant&>(from.variant_);  // some systems' headers want it
+  if (FAILED(VariantCopy(&v.variant_, &source))) throw AutomationError("out of memory");
   return v;
 }
 
@@ -136,9 +137,12 @@ Value Value::boolean_reference(VARIANT_BOOL* place) {
 SAFEARRAY* new_array(VARTYPE element, std::size_t rows, std::size_t columns) {
   constexpr std::size_t kMost = std::numeric_limits<std::int32_t>::max();
   SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(rows), 1}, {static_cast<ULONG>(columns), 1}};
-  SAFEARRAY* array = rows > kMost || columns > kMost
-                         ? nullptr
-                         : SafeArrayCreate(element, columns == 0 ? 1 : 2, bounds);
+  constexpr std::size_t kLargestElement = 8;
+  SAFEARRAY* array =
+      rows > kMost || columns > kMost
+          ? nullptr
+          : automation::create_array(element, kLargestElement, columns == 0 ? 1 : 2, bounds)
+                .release();
   if (array == nullptr) {
     throw WorkError("no memory for an array of " + std::to_string(rows) +
                     (columns == 0 ? "" : " x " + std::to_string(columns)) + " elements");
@@ -152,11 +156,12 @@ std::string programmatic_id(const std::string& class_name) {
 
 DispatchObject DispatchObject::create(const std::string& class_name) {
   CLSID clsid{};
-  HRESULT result = CLSIDFromProgID(utf16(programmatic_id(class_name)).c_str(), &clsid);
+  const EntryPoints& component = entry_points();
+  HRESULT result = component.class_id(utf16(programmatic_id(class_name)).c_str(), &clsid);
   if (FAILED(result)) throw AutomationError("there is no class '" + class_name + "'");
   automation::Reference<IClassFactory> factory;
   automation::Reference<IDispatch> object;
-  result = DllGetClassObject(clsid, IID_IClassFactory, factory.untyped_place());
+  result = component.class_object(clsid, IID_IClassFactory, factory.untyped_place());
   if (SUCCEEDED(result)) {
     result = factory->CreateInstance(nullptr, IID_IDispatch, object.untyped_place());
   }
@@ -205,7 +210,8 @@ Value DispatchObject::invoke(const std::string& member, WORD flags,
 
   std::vector<VARIANT> variants;
   for (auto a = arguments.rbegin(); a != arguments.rend(); ++a) variants.push_back(a->value.get());
-  std::vector<DISPID> named(ids.rbegin(), ids.rend() - 1);
+  std::vector<DISPID> named;
+  for (std::size_t i = ids.size(); i > 1; --i) named.push_back(ids[i - 1]);
   if (flags == DISPATCH_PROPERTYPUT) named.assign(1, DISPID_PROPERTYPUT);
   DISPPARAMS parameters{variants.data(), named.data(), static_cast<UINT>(variants.size()),
                         static_cast<UINT>(named.size())};

@@ -1,14 +1,22 @@
-// The usual entry points of an in-process component, which a host finds by their names.
+// What the host uses of the component, which it finds by name.
 #pragma once
 
-#include "automation/types.hpp"
+#include "component/exports.hpp"
 
-extern "C" {
+namespace vqmath63::host {
 
-/// The class identifier of a programmatic id; CO_E_CLASSSTRING when there is none.
-HRESULT CLSIDFromProgID(LPCOLESTR programmatic_id, CLSID* clsid);
+struct EntryPoints {
+  decltype(&VqDescribe) describe;
+  decltype(&VqSetMessageCallback) set_message_callback;
+  /// The class identifier of a programmatic id; a failure when there is none.
+  HRESULT (*class_id)(LPCOLESTR programmatic_id, CLSID* clsid);
+  /// The class factory of a class.
+  HRESULT(VQ_API* class_object)(REFCLSID clsid, REFIID iid, void** out);
+};
 
-/// The class factory of a class.
-HRESULT VQ_API DllGetClassObject(REFCLSID clsid, REFIID iid, void** out);
+/// Those of the component; AutomationError when there is none. On Windows it is the library beside
+/// the program, or, where none lies there, the registered one; elsewhere the program is linked to
+/// it.
+const EntryPoints& entry_points();
 
-}  // extern "C"
+}  // namespace vqmath63::host

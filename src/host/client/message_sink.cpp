@@ -2,13 +2,13 @@
 
 #include <iostream>
 
-#include "component/exports.hpp"
 #include "host/client/dispatch_client.hpp"
+#include "host/client/entry_points.hpp"
 
 namespace vqmath63::host {
 namespace {
 
-void show_line(const OLECHAR* line, BOOL /*is_close_down*/, void* errors) {
+void VQ_API show_line(const OLECHAR* line, BOOL /*is_close_down*/, void* errors) {
   std::string text = utf8(line);
   if (text.starts_with("Error:")) ++*static_cast<int*>(errors);
   text.erase(text.find_last_not_of(' ') + 1);
@@ -18,11 +18,11 @@ void show_line(const OLECHAR* line, BOOL /*is_close_down*/, void* errors) {
 }  // namespace
 
 MessageSink::MessageSink() {
-  VqSetMessageCallback(&show_line, &errors_);
+  entry_points().set_message_callback(&show_line, &errors_);
 }
 
 MessageSink::~MessageSink() {
-  VqSetMessageCallback(nullptr, nullptr);
+  entry_points().set_message_callback(nullptr, nullptr);
 }
 
 }  // namespace vqmath63::host

@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "host/data/csv_scanner.hpp"
+#include "host/data/files.hpp"
 #include "host/data/moment.hpp"
 #include "host/failure.hpp"
 #include "host/text.hpp"
@@ -20,16 +21,16 @@ namespace {
 std::string read_whole(const std::string& path) {
   const auto fail = [&] {
     if (path != "-") throw WorkError(path + ": " + std::strerror(errno));
+    const bool is_closed = errno == EBADF || errno == EINVAL;  // the latter on Windows
     throw WorkError(std::string("standard input: ") +
-                    (errno == EBADF ? "it is closed" : std::strerror(errno)));
+                    (is_closed ? "it is closed" : std::strerror(errno)));
   };
   struct Close {
     void operator()(std::FILE* file) const {
       if (file != stdin) std::fclose(file);
     }
   };
-  const std::unique_ptr<std::FILE, Close> file(path == "-" ? stdin
-                                                           : std::fopen(path.c_str(), "rb"));
+  const std::unique_ptr<std::FILE, Close> file(path == "-" ? stdin : open_to_read(path_of(path)));
   if (file == nullptr) fail();
   std::string text;
   constexpr std::size_t kChunk = std::size_t{1} << 22;

@@ -1,14 +1,11 @@
 #include "host/data/output.hpp"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 
+#include "host/data/files.hpp"
 #include "host/failure.hpp"
 #include "host/text.hpp"
 
@@ -30,14 +27,18 @@ class OutputFile {
  public:
   explicit OutputFile(const std::string& path) : path_(path) {
     std::error_code error;
-    const fs::path target = fs::weakly_canonical(path, error);
-    const fs::file_status status = fs::status(path, error);
-    written_ = target_ = error || target.empty() ? fs::path(path) : target;
+    const fs::path given = path_of(path);
+    const fs::path target = fs::weakly_canonical(given, error);
+    const fs::file_status status = fs::status(given, error);
+    written_ = target_ = error || target.empty() ? given : target;
     if (!fs::exists(status) || fs::is_regular_file(status)) make_room_beside(status);
     stream_.open(written_, std::ios::binary);
   }
   ~OutputFile() {
-    if (written_ != target_) ::unlink(written_.c_str());
+    if (written_ == target_) return;
+    stream_.close();  // or some systems keep the file
+    std::error_code ignored;
+    fs::remove(written_, ignored);
   }
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -68,12 +69,10 @@ class OutputFile {
   // Begins a new file beside the target, with the target's permissions. Where the folder takes none
   // the target itself is written.
   void make_room_beside(const fs::file_status& status) {
-    if (fs::exists(status) && ::access(target_.c_str(), W_OK) != 0) return;
+    if (fs::exists(status) && !may_write(target_)) return;
     fs::path beside = target_;
-    beside += ".part" + std::to_string(::getpid());
-    const int file = ::open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (file < 0) return;
-    ::close(file);
+    beside += ".part" + std::to_string(process_id());
+    if (!create_new(beside)) return;
     written_ = beside;
     std::error_code ignored;
     if (fs::exists(status)) fs::permissions(beside, status.permissions(), ignored);
@@ -94,7 +93,7 @@ class OutputFile {
 
 void check_output(const std::string& output, const std::string& input) {
   std::error_code ignored;
-  if (fs::equivalent(output, input, ignored)) {
+  if (fs::equivalent(path_of(output), path_of(input), ignored)) {
     throw UsageError("-o names the input file itself");
   }
 }

@@ -1,13 +1,13 @@
 #include "host/data/progress.hpp"
 
-#include <unistd.h>
-
 #include <iostream>
+
+#include "host/data/files.hpp"
 
 namespace vqmath63::host {
 
 ReadingProgress::ReadingProgress(std::string what)
-    : what_(std::move(what)), on_terminal_(isatty(STDERR_FILENO) != 0) {}
+    : what_(std::move(what)), on_terminal_(errors_reach_a_terminal()) {}
 
 ReadingProgress::~ReadingProgress() {
   constexpr const char* kEraseLine = "\r\033[K";
