@@ -13,6 +13,7 @@ original's byte for byte needs no entry.
   tools/mutate.py --sample 300 --seed 1             one mutant on each of 300 lines of src/
   tools/mutate.py --files src/statistics --list     what there is
   tools/mutate.py --again build/mutate/results.tsv  the survivors of a run, after tests were added
+  tools/mutate.py --sample 300 --resume             go on with a run that was ended, after its results
 
 Prints survivors and a count; the results, a line a mutant, go to --results. Exit status 1 when one
 survived or an entry of the list has lost its line, 2 when the tests fail before anything is broken.
@@ -360,6 +361,7 @@ def main():
     words.add_argument("--sample", type=int, metavar="N", help="N mutants that compile, on different lines")
     words.add_argument("--seed", type=int, default=1)
     words.add_argument("--again", type=Path, metavar="RESULTS", help="the survivors in these results")
+    words.add_argument("--resume", action="store_true", help="keep the results that stand in the file, try the others")
     words.add_argument("--list", action="store_true", help="print the mutants, try none")
     words.add_argument("--folder", type=Path, default=ROOT / "build/mutate", help="where the copy is built")
     words.add_argument("--results", type=Path, help="default: FOLDER/results.tsv")
@@ -383,14 +385,25 @@ def main():
     bench = Bench(folder, options.jobs, options.slack)
     bench.prepare()
     results = options.results or folder / ("again.tsv" if options.again else "results.tsv")
-    count = Counter()
+    count, known = Counter(), {}
+    if options.resume and results.exists():
+        known = {tuple(row[1:5]): row for row in read_rows(results)}
     with results.open("w") as log:
         for mutant in mutants:
             if options.sample is not None and sum(count.values()) >= options.sample:
                 break
             reason = unobservable.get((mutant.file, mutant.text, mutant.becomes))
-            verdict, noticed = ("unobservable", reason) if reason else bench.try_mutant(mutant)
+            before = known.get((mutant.file, str(mutant.line), mutant.text, mutant.becomes))
+            if reason:
+                verdict, noticed = "unobservable", reason
+            elif before:
+                verdict, noticed = before[0], before[5]
+            else:
+                verdict, noticed = bench.try_mutant(mutant)
             if verdict is None:
+                verdict = "no mutant"
+            if verdict == "no mutant":
+                print(verdict, mutant.file, mutant.line, mutant.text, mutant.becomes, noticed, sep="\t", file=log, flush=True)
                 continue
             if verdict == "same":
                 verdict = "unobservable"

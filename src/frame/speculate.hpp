@@ -24,6 +24,7 @@
 
 #include "frame/array.hpp"
 #include "frame/checked.hpp"
+#include "frame/steps_only.hpp"
 
 namespace vqmath63 {
 
@@ -112,7 +113,7 @@ template <class Loop>
 /// finite must always show there, and the plain run must write nothing that the caller sees.
 template <class Loop>
 auto speculate(bool in_bounds, const Loop& loop) {
-  if (in_bounds) {
+  if (in_bounds && !kStepsOnly) {
     const auto result = loop(PlainMode{}).value();
     if (detail::all_finite(result)) [[likely]] {
       return result;

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "frame/steps_only.hpp"
 #include "geometry/crossing.hpp"
 #include "geometry/quick_arithmetic.hpp"
 
@@ -102,6 +103,7 @@ Edges look_at(float px, float py, const float* x, const float* y, std::size_t co
 
 std::optional<bool> scan_polygon(float px, float py, const float* x, const float* y,
                                  std::size_t n) {
+  if (kStepsOnly) return std::nullopt;
   Magnitudes sizes{magnitude_bits(px), magnitude_bits(py)};
   sizes.add(x[n - 1], y[n - 1]);
   std::int32_t crossed = 0;

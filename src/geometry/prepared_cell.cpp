@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "frame/steps_only.hpp"
 #include "geometry/crossing.hpp"
 #include "geometry/quick_arithmetic.hpp"
 
@@ -194,7 +195,7 @@ bool PreparedCell::Triangle::crossed_above(const Point3D& p, float ray, float ra
 }
 
 PreparedCell::PreparedCell(const Array1<Plane3D>& planes) {
-  if (!prepare(planes)) reach_ = -1.0F;
+  if (kStepsOnly || !prepare(planes)) reach_ = -1.0F;
 }
 
 bool PreparedCell::prepare(const Array1<Plane3D>& planes) {

@@ -7,6 +7,8 @@
 #include <functional>
 #include <span>
 
+#include "frame/steps_only.hpp"
+
 namespace vqmath63 {
 namespace {
 
@@ -27,7 +29,7 @@ const float* kept(std::span<const float> values, Replaces replaces) {
   float lanes[kLanes];
   std::fill_n(lanes, kLanes, *first);
   std::size_t i = 0;
-  for (; i + kLanes <= n; i += kLanes) {
+  for (; !kStepsOnly && i + kLanes <= n; i += kLanes) {
     for (std::size_t lane = 0; lane < kLanes; ++lane) take(lanes[lane], first[i + lane]);
   }
   float best = *first;

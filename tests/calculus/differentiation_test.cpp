@@ -142,47 +142,6 @@ TEST_F(DifferentiationTest, of_two_failures_the_first_in_the_formula_is_reported
   }
 }
 
-TEST_F(DifferentiationTest, a_fault_deep_in_a_long_curve_stops_there) {
-  // Two infinite ordinates side by side: their difference is an invalid operation.
-  constexpr std::int32_t kCount = 4000;
-  for (const std::int32_t at : {3, 255, 256, 257, 1000, 3998}) {
-    for (const bool up : {true, false}) {
-      Array1<double> x(1, kCount), y(1, kCount), d(1, kCount), want(1, kCount);
-      for (std::int32_t i = 1; i <= kCount; ++i) {
-        x(i) = i;
-        y(i) = i == at || i == at + 1 ? kInf : 2.0 * i;
-        // Forward differences are written below `at`, backward ones above at + 1.
-        want(i) = (up ? i < at : i > at + 1) ? 2.0 : kOld;
-        d(i) = kOld;
-      }
-      want(up ? at - 1 : at + 2) = up ? kInf : -kInf;
-      bool ok = true;
-      (up ? FirstDerivativeUpStream : FirstDerivativeDownStream)(x, y, 1, kCount, d, ok);
-      EXPECT_FALSE(ok);
-      EXPECT_EQ(taken(), routine_lines(5, kRoutines[up ? 0 : 1].first));
-      EXPECT_TRUE(contents(d) == contents(want)) << at << (up ? " up" : " down");
-    }
-  }
-}
-
-TEST_F(DifferentiationTest, long_curves_agree_with_a_plain_formula_point_by_point) {
-  constexpr std::int32_t kCount = 1000;
-  Array1<double> x(1, kCount), y(1, kCount), d(1, kCount), d2;
-  for (std::int32_t i = 1; i <= kCount; ++i) {
-    x(i) = i + (i % 7) / 16.0;
-    y(i) = x(i) * (3 - x(i));  // y' = 3 - 2 x, y'' = -2
-  }
-  ztDifferentiate differentiate;
-  bool ok = false, ok2 = false;
-  differentiate.FirstDerivative(x, y, d, ok);
-  differentiate.SecondDerivative(x, y, d2, ok2);
-  EXPECT_TRUE(ok && ok2);
-  for (std::int32_t i = 2; i < kCount; ++i) {
-    EXPECT_NEAR(d(i), 3 - 2 * x(i), 1e-9) << i;  // of differences of values up to 1e6
-    EXPECT_NEAR(d2(i), -2.0 / 12, 1e-8) << i;
-  }
-}
-
 TEST_F(DifferentiationTest, the_result_in_place_of_the_ordinates_is_worked_through_in_order) {
   Array1<double> x = array_of<double>({0, 1, 2, 3});
   Array1<double> y = array_of<double>({0, 1, 4, 9});

@@ -3,7 +3,6 @@
 
 #include <cmath>
 #include <limits>
-#include <random>
 
 #include "companion_fixture.hpp"
 #include "frame/checked_functions.hpp"
@@ -91,54 +90,6 @@ TEST(Checked, conversion_to_long_rounds_half_to_even) {
   for (const double bad : {2147483647.5, -2147483649.0, kNaN, -kInf}) {
     EXPECT_EQ(fault_of([&] { to_long(bad); }), 6) << bad;
   }
-}
-
-// The running sum of products as the library keeps it.
-struct SumOfProducts {
-  const Array1<const float>& x;
-  const Array1<const float>& y;
-  template <class Mode>
-  typename Mode::Single operator()(Mode) const {
-    const typename Mode::template Reader<float> at_x(x);
-    const typename Mode::template Reader<float> at_y(y);
-    typename Mode::Single sum;
-    for (std::int32_t i = 1; i <= x.upper(); ++i) sum = sum + at_x(i) * at_y(i);
-    return sum;
-  }
-};
-
-TEST(Speculate, agrees_with_the_checked_run_in_value_and_fault) {
-  std::mt19937 random(63);
-  const float rare[] = {3e38F, -3e38F, NAN, INFINITY, -INFINITY, 0.0F};
-  int finite = 0;
-  int flowed = 0;
-  int faults[12] = {};
-  for (int round = 0; round < 4000; ++round) {
-    const auto n = static_cast<std::int32_t>(random() % 12 + 1);
-    const auto ny = n - (random() % 40 == 0 ? 1 : 0);  // now and then y is too short
-    std::vector<float> xs(static_cast<std::size_t>(n));
-    std::vector<float> ys(static_cast<std::size_t>(ny));
-    for (auto* values : {&xs, &ys}) {
-      for (float& value : *values) {
-        value =
-            random() % 16 == 0 ? rare[random() % 6] : static_cast<float>(random() % 2000) - 1e3F;
-      }
-    }
-    const Array1<const float> x(xs), y(ys);
-    const SumOfProducts loop{x, y};
-    float want = 0;
-    float got = 0;
-    const std::int32_t want_fault = fault_of([&] { want = loop(CheckedMode{}).value(); });
-    const std::int32_t got_fault = fault_of([&] { got = speculate(y.covers(1, n), loop); });
-    ASSERT_EQ(got_fault, want_fault) << "round " << round;
-    ASSERT_TRUE(same(got, want)) << "round " << round;
-    if (want_fault != 0) {
-      ++faults[want_fault];
-    } else {
-      ++(std::isfinite(want) ? finite : flowed);
-    }
-  }
-  for (const int count : {finite, flowed, faults[5], faults[6], faults[9]}) EXPECT_GT(count, 20);
 }
 
 }  // namespace

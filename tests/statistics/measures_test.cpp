@@ -4,9 +4,7 @@
 #include <cmath>
 #include <functional>
 #include <map>
-#include <random>
 
-#include "frame/checked.hpp"
 #include "statistics/samples.hpp"
 #include "statistics/statistics.hpp"
 
@@ -192,44 +190,6 @@ TEST_F(MeasuresTest, failures_give_the_default_under_the_routines_own_name) {
   EXPECT_TRUE(lines.empty());
   EXPECT_EQ(z.SumOfXY(x, shorter), 0.0F);
   EXPECT_EQ(taken(), lines_of(9, {"SumOfXY"}));
-}
-
-TEST_F(MeasuresTest, speculation_and_a_plain_replay_agree) {
-  // The replay rounds each term and each sum to Single, and looks at every step for a fault.
-  const auto replay = [](const std::vector<float>& x, const std::vector<float>& y) {
-    Single sum;
-    for (std::size_t i = 0; i < x.size(); ++i) {
-      const Single term = Single(x[i]) * Single(y[i]);
-      sum = sum + term;
-    }
-    return sum.value();
-  };
-  std::mt19937 random(63);
-  const float wild[] = {kInf, -kInf, kNaN, 0.0F, kMax, -kMax, 1e-45F};
-  int failures = 0, flows = 0, finite = 0;
-  for (int round = 0; round < 3000; ++round) {
-    const std::size_t n = 1 + random() % 12;
-    std::vector<float> x(n), y(n);
-    const float scale = round % 3 == 0 ? 1.0F : 1e38F;
-    for (std::size_t i = 0; i < n; ++i) {
-      x[i] = scale * (static_cast<float>(random() % 4001) / 1000.0F - 2.0F);
-      y[i] = static_cast<float>(random() % 41) / 20.0F - 1.0F;
-      if (round % 4 == 1 && random() % 9 == 0) (random() % 2 ? x : y)[i] = wild[random() % 7];
-    }
-    for (const bool products : {false, true}) {
-      double want = 0;
-      const std::vector<float> factors = products ? y : std::vector<float>(n, 1.0F);
-      const std::int32_t number = fault_of([&] { want = replay(x, factors); });
-      A xs = samples(x), ys = samples(y);
-      const float got = products ? z.SumOfXY(xs, ys) : z.SumOfX(xs);
-      EXPECT_TRUE(same(got, want)) << round << products << ": " << got << ' ' << want;
-      EXPECT_EQ(numbers_of(taken()), number == 0 ? "" : std::to_string(number)) << round;
-      ++(number != 0 ? failures : std::isfinite(got) ? finite : flows);
-    }
-  }
-  EXPECT_GT(failures, 500);
-  EXPECT_GT(flows, 200);
-  EXPECT_GT(finite, 2000);
 }
 
 }  // namespace
