@@ -67,8 +67,11 @@ Double checked_fraction(Double a, Double x) {
     a0 = (a1 + a0 * even) * scale;
     b0 = (b1 + b0 * even) * scale;
     const Double odd = step * scale;
-    a1 = x * a0 + odd * a1;
-    b1 = x * b0 + odd * b1;
+    // The first product first, whatever order a compiler takes operands in.
+    const Double a_part = x * a0;
+    a1 = a_part + odd * a1;
+    const Double b_part = x * b0;
+    b1 = b_part + odd * b1;
     if (a1 != 0.0) {
       scale = Double(1.0) / a1;
       value = b1 * scale;
