@@ -208,36 +208,11 @@ void spoil(Argument& argument, const Type& type, const Theme& theme, Chance& cha
   }
 }
 
-// In bits, save a NaN's, which compilers are free to choose.
+// As the table writes it, save the sign of a NaN, which compilers are free to choose.
 std::string text_of(const VARIANT& v) {
-  char text[64] = "";
-  if (v.vt == VT_BSTR) return shown(v);
-  if (v.vt == VT_R4 || v.vt == VT_R8 || v.vt == VT_DATE) {
-    const double number = number_in(v.vt, &v.llVal);
-    if (std::isnan(number)) return "nan";
-    std::snprintf(text, sizeof text, "%a", number);
-    return text;
-  }
-  if ((v.vt & VT_ARRAY) == 0) return v.vt == VT_EMPTY ? "none" : shown(v);
-  if (v.parray == nullptr) return "none";
-  std::string all = "[";
-  std::size_t count = 1;
-  for (UINT d = v.parray->cDims; d-- > 0;) {
-    const SAFEARRAYBOUND& b = v.parray->rgsabound[d];
-    std::snprintf(text, sizeof text, "%d+%u ", static_cast<int>(b.lLbound),
-                  static_cast<unsigned>(b.cElements));
-    all += text;
-    count *= b.cElements;
-  }
-  const auto* at = static_cast<const char*>(v.parray->pvData);
-  for (std::size_t i = 0; i < count; ++i, at += v.parray->cbElements) {
-    VARIANT element{};
-    element.vt = static_cast<VARTYPE>(v.vt & VT_TYPEMASK);
-    std::memcpy(element.vt == VT_VARIANT ? static_cast<void*>(&element) : &element.llVal, at,
-                v.parray->cbElements);
-    all += text_of(element) + ' ';
-  }
-  return all + ']';
+  std::string text = v.vt == VT_EMPTY ? "[]" : shown(v);
+  for (std::size_t at = 0; (at = text.find("-nan", at)) != text.npos;) text.erase(at, 1);
+  return text;
 }
 
 struct Row {

@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
 
 #include "frame/test_table.hpp"
+#include "mathlib/bessel_constants.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -114,6 +116,23 @@ TEST(Bessel, wronskians) {
   }
   EXPECT_GT(circular, 5000);
   EXPECT_GT(modified, 5000);
+}
+
+// u_k(1) is (-1)^k times the k-th coefficient of Stirling's series for Gamma, DLMF 5.11.4; those
+// beyond the fourth are below 0.1.
+TEST(Bessel, debyes_polynomials_at_one_are_stirlings_coefficients) {
+  const double known[] = {1, -1.0 / 12, 1.0 / 288, 139.0 / 51840, -571.0 / 2488320};
+  const double* c = bessel::kDebye;
+  for (std::size_t k = 0; k <= 16; ++k) {
+    double sum = 0, largest = 0;
+    for (std::size_t j = 0; j <= k; ++j, ++c) {
+      sum += *c;
+      largest = std::max(largest, std::fabs(*c));
+    }
+    const bool is_known = k < std::size(known);
+    EXPECT_NEAR(sum, is_known ? known[k] : 0, (is_known ? 0 : 0.1) + largest * 0x1p-50) << k;
+  }
+  EXPECT_EQ(c, std::end(bessel::kDebye));
 }
 
 TEST(Bessel, parity) {
