@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import threading
 from collections.abc import Callable
-from typing import Any
+from typing import TYPE_CHECKING, Any
 
 from . import _library as lib
 from . import _messages
@@ -42,19 +42,21 @@ class Object:
                                "one in each thread that needs one")
         return self._pointer, self._heard
 
-    def __getattr__(self, name: str) -> Any:
-        if name in self._settable:
-            raise AttributeError(f"{self._class.name}.{name} can be set, but not read")
-        known = self._readable | self._settable
-        raise AttributeError(f"{self._class.name} has no member '{name}'" + nearest(name, known))
+    if not TYPE_CHECKING:  # what is misspelt is for a type checker to see
 
-    def __setattr__(self, name: str, value: Any) -> None:
-        if name not in self._settable:
-            if name in self._readable:
-                raise AttributeError(f"{self._class.name}.{name} cannot be set")
-            raise AttributeError(f"{self._class.name} has no property '{name}'"
-                                 + nearest(name, self._settable))
-        super().__setattr__(name, value)
+        def __getattr__(self, name: str) -> Any:
+            if name in self._settable:
+                raise AttributeError(f"{self._class.name}.{name} can be set, but not read")
+            known = self._readable | self._settable
+            raise AttributeError(f"{self._class.name} has no member '{name}'" + nearest(name, known))
+
+        def __setattr__(self, name: str, value: Any) -> None:
+            if name not in self._settable:
+                if name in self._readable:
+                    raise AttributeError(f"{self._class.name}.{name} cannot be set")
+                raise AttributeError(f"{self._class.name} has no property '{name}'"
+                                     + nearest(name, self._settable))
+            super().__setattr__(name, value)
 
     def __reduce__(self) -> str:
         raise TypeError(f"a {self._class.name} cannot be sent to another process; make one there")

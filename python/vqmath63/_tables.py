@@ -74,8 +74,9 @@ def fit(frame: Any, x: Any, y: Any, type: str = "linear") -> Fit:
     xs, ys = xs[there], ys[there]
     for values, name, logarithm in ((xs, x, log_x), (ys, y, log_y)):
         if logarithm and not (values > 0).all():
-            raise ValueError(f"column {name!r} has {values[~(values > 0)][0]}, which has no "
-                             "logarithm")
+            where = "the index" if name is None else f"column {name!r}"
+            raise ValueError(f"{where} has {values[~(values > 0)][0]}, which has no logarithm; "
+                             "leave such rows out")
     if len(np.unique(xs.astype("f4"))) < 2:
         raise ValueError("a line wants two different abscissae")
     line = Regression(RegressionType="Exponential" if log_y else "Linear")
