@@ -122,7 +122,8 @@ class Run:
         parts = got if isinstance(got, tuple) else (got,)
         # What an optional argument that was left out becomes, the table does not tell.
         for part, want in zip(parts, wanted):
-            assert any(same(part, w, max(self.within, 1e-15)) for w in want), f"{name}{tuple(cells)}: {got}"
+            found = any(same(part, w, max(self.within, 1e-15)) for w in want)
+            assert found, f"{name}{tuple(cells)}: {got}"
 
 
 # In the log of the last rows lines go to a file, which this package leaves alone.

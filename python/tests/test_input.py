@@ -169,7 +169,7 @@ def test_index_1_is_element_0(vq):
 
 DATES = [(datetime.date(1899, 12, 30), 0.0), (datetime.datetime(1899, 12, 29, 18), -1.75),
          (datetime.datetime(2023, 1, 31, 6), 44957.25), (np.datetime64("2023-01-31"), 44957.0),
-         (np.datetime64("2023-01-31T06", "ns"), 44957.25), (pd.Timestamp("2023-01-31 06:00"), 44957.25),
+         (np.datetime64("2023-01-31T06", "ns"), 44957.25), (pd.Timestamp("2023-01-31T06"), 44957.25),
          (datetime.date(100, 1, 1), -657434.0), (datetime.date(9999, 12, 31), 2958465.0)]
 
 

@@ -136,8 +136,8 @@ def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any =
     """A dated profile on calendar periods, by ztAccumulate.
 
     `frame` has a row per date, in order, and columns of numbers; dates are its index, or the column
-    `date`. A rate is the mean of the interval that ends at its row; the columns in `cumulative` have
-    running totals. With `by`, a column, there is a profile for each of its values.
+    `date`. A rate is the mean of the interval that ends at its row; the columns in `cumulative`
+    have running totals. With `by`, a column, there is a profile for each of its values.
 
     Returns a frame with an index of intervals, closed on the right, that the data cover (below the
     values of `by`): means of rates, and totals at the intervals' ends. Periods begin with the

@@ -31,8 +31,8 @@ numpy = _numpy_if_there()
 _DESCRIPTOR = struct.Struct("@HHIIPIiIi")  # lib.SafeArray, as struct packs it
 _MOST_ELEMENTS = 2**31 - 2
 _SIZE = {"Single": 4, "Double": 8, "Long": 4, "Boolean": 2}
-C_TYPE: dict[str, Any] = {"Single": ctypes.c_float, "Double": ctypes.c_double, "Long": ctypes.c_int32,
-           "Boolean": ctypes.c_int16}
+C_TYPE: dict[str, Any] = {"Single": ctypes.c_float, "Double": ctypes.c_double,
+                          "Long": ctypes.c_int32, "Boolean": ctypes.c_int16}
 DTYPE: dict[str, Any] = {}
 if numpy is not None:
     DTYPE = {"Single": numpy.dtype("f4"), "Double": numpy.dtype("f8"), "Long": numpy.dtype("i4"),

@@ -55,8 +55,8 @@ def singles(series: Any, name: Any = None) -> Any:
         narrow = wide.astype("f4")
     lost = np.isinf(narrow) & ~np.isinf(wide)
     if lost.any():
-        raise OverflowError(f"column {series.name if name is None else name!r} has {wide[lost][0]}, "
-                            "beyond the range of a Single")
+        raise OverflowError(f"column {series.name if name is None else name!r} has "
+                            f"{wide[lost][0]}, beyond the range of a Single")
     return narrow
 
 
@@ -73,13 +73,14 @@ def dates_of(frame: Any, date: Any) -> Any:
     if date is None:
         given, what = frame.index, "the index"
         if isinstance(given, pd.PeriodIndex):
-            raise TypeError('the index has periods, not dates; .to_timestamp(how="end") makes dates')
+            raise TypeError("the index has periods, not dates; "
+                            '.to_timestamp(how="end") makes dates')
     else:
         given, what = pd.DatetimeIndex(column(frame, date)) if pd.api.types.is_datetime64_any_dtype(
             column(frame, date)) else column(frame, date), f"column {date!r}"
     if not isinstance(given, pd.DatetimeIndex):
-        raise TypeError(f"{what} has to have dates; pandas.to_datetime makes them, and `date=` names "
-                        "the column that has them")
+        raise TypeError(f"{what} has to have dates; pandas.to_datetime makes them, and `date=` "
+                        "names the column that has them")
     if given.tz is not None:
         raise ValueError(f"{what} has a time zone; dates here are local ones: .tz_localize(None)")
     if given.hasnans:
@@ -91,5 +92,6 @@ def ascending(dates: Any, whose: str = "") -> None:
     back = np.flatnonzero(dates[1:] < dates[:-1])
     if len(back):
         k = int(back[0])
-        raise ValueError(f"the dates{whose} are not in order: {np.datetime_as_string(dates[k + 1])} "
-                         f"stands after {np.datetime_as_string(dates[k])}; .sort_index() orders them")
+        early, late = map(np.datetime_as_string, (dates[k + 1], dates[k]))
+        raise ValueError(f"the dates{whose} are not in order: {early} stands after {late}; "
+                         ".sort_index() orders them")

@@ -17,6 +17,9 @@ class Object:
     """An object of the component. It belongs to the thread that makes it."""
 
     __slots__ = ("_pointer", "_heard", "_thread", "__weakref__")
+    _pointer: int
+    _heard: list[str]
+    _thread: int
     _class: Class
     _readable: frozenset[str]
     _settable: frozenset[str]
@@ -48,7 +51,8 @@ class Object:
             if name in self._settable:
                 raise AttributeError(f"{self._class.name}.{name} can be set, but not read")
             known = self._readable | self._settable
-            raise AttributeError(f"{self._class.name} has no member '{name}'" + nearest(name, known))
+            raise AttributeError(f"{self._class.name} has no member '{name}'"
+                                 + nearest(name, known))
 
         def __setattr__(self, name: str, value: Any) -> None:
             if name not in self._settable:

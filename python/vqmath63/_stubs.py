@@ -66,9 +66,10 @@ def _rows(call: Call) -> list[str]:
     for many in (False, True) if call.elementwise else (False,):
         if call.row is None:
             continue
-        lines.append(f"class _{call.member.class_name}_{call.row.__name__}{'s' * many}(NamedTuple):")
-        for name, (_, type, _) in zip(call.row._fields, call.back):
-            lines.append(f"    {name}: {_back(type, many)}")
+        name = f"_{call.member.class_name}_{call.row.__name__}{'s' * many}"
+        lines.append(f"class {name}(NamedTuple):")
+        for field, (_, type, _) in zip(call.row._fields, call.back):
+            lines.append(f"    {field}: {_back(type, many)}")
         lines.append("")
     return lines
 

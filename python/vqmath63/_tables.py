@@ -60,8 +60,8 @@ _FITS = {"linear": (False, False), "logarithmic": (True, False), "exponential": 
 
 def fit(frame: Any, x: Any, y: Any, type: str = "linear") -> Fit:
     """The straight line of y over x, two columns, by ztRegression: "linear" y = A + B x,
-    "logarithmic" y = A + B ln x, "exponential" ln y = A + B x, "power" ln y = A + B ln x. Rows with a
-    missing value are left out; where a logarithm is taken, numbers have to be above 0. Dates as x
+    "logarithmic" y = A + B ln x, "exponential" ln y = A + B x, "power" ln y = A + B ln x. Rows with
+    a missing value are left out; where a logarithm is taken, numbers have to be above 0. Dates as x
     count in days from the first one on; `x=None` takes the index."""
     from . import Regression
     if type not in _FITS:
@@ -170,17 +170,18 @@ def _answer(made: Any, index: Any) -> Any:
 def inside(points: Any, cell: Any) -> Any:
     """Which points are inside, as a series of truths, by ztMathLib.
 
-    `cell` is a frame of two columns, the corners of a polygon, with points as a frame of x and y; or
-    an array of shape (2, 4, 3), the four corners of a grid cell's top and those of its bottom, each
-    as x, y, z, with points as a frame of x, y and z. A point with a missing coordinate is outside."""
+    `cell` is a frame of two columns, the corners of a polygon, with points as a frame of x and y;
+    or an array of shape (2, 4, 3), the four corners of a grid cell's top and those of its bottom,
+    each as x, y, z, with points as a frame of x, y and z. A point with a missing coordinate is
+    outside."""
     from . import MathLib
     pd = _frames.pandas()
     points = _frames.frame_of(points, "points")
     shape = np.shape(cell)
     polygon = len(shape) == 2 and shape[1] == 2
     if not polygon and shape != (2, 4, 3):
-        raise ValueError("a cell has the shape (2, 4, 3), a polygon two columns; this has the shape "
-                         f"{shape}")
+        raise ValueError("a cell has the shape (2, 4, 3), a polygon two columns; this has the "
+                         f"shape {shape}")
     wanted = 2 if polygon else 3
     if points.shape[1] < wanted:
         raise ValueError(f"points have {wanted} coordinates, not {points.shape[1]}")
