@@ -225,6 +225,10 @@ def test_errors_are_told_as_chosen(vq):
     assert told.value.result.tolist() == [1, 0, 9, 0]
     with pytest.raises(vq.Error, match="Overflow"):
         maths.RTD(1e308)
+    # What comes back goes to another process too.
+    assert pickle.loads(pickle.dumps(error)).lines == error.lines
+    made = maths.Polar_to_Rectangular(2, 0)
+    assert pickle.loads(pickle.dumps(made)) == made and made.X == 2
     assert maths.Squared(3) == 9
 
 

@@ -24,7 +24,23 @@ _PLAIN = (float, int, bool, str)
 _FLAGS = {"method": lib.METHOD, "get": lib.GET, "let": lib.PUT}
 
 
-_row_type: Any = collections.namedtuple
+_row_types: dict[tuple[str, str], Any] = {}
+
+
+def _row_type(member: Member, fields: list[str]) -> Any:
+    """The named tuple of what a member brings back, which may go to another process."""
+    key = (member.class_name, member.name)
+    if key not in _row_types:
+        make: Any = collections.namedtuple
+        plain = make(f"{member.name}_result", fields)
+        _row_types[key] = type(plain.__name__, (plain,), {
+            "__slots__": (), "__module__": __package__, "__doc__": plain.__doc__,
+            "__reduce__": lambda row: (_row_again, (*key, tuple(row)))})
+    return _row_types[key]
+
+
+def _row_again(class_name: str, name: str, values: tuple[Any, ...]) -> Any:
+    return _row_types[class_name, name](*values)
 
 
 class _Frame:
@@ -86,7 +102,7 @@ class Call:
         fields = ["result" if a is None else a.name for _, _, a in self.back]
         self.row: Any = None
         if len(fields) > 1:
-            self.row = _row_type(f"{member.name}_result", fields)
+            self.row = _row_type(member, fields)
 
     # --- the arguments ---
 

@@ -49,6 +49,9 @@ class Error(ArithmeticError):
         self.number, self.text = first.number, first.text
         self.module, self.routine = first.module, first.routine
 
+    def __reduce__(self) -> tuple[Any, ...]:  # back from a process of a pool
+        return Error, (self.args[0], self.lines, self.result, self.failed, self.first_failed)
+
     @staticmethod
     def of_failure(number: int, text: str) -> Error:
         return Error(text, [Line(text, number, text, "", "")])
@@ -130,6 +133,13 @@ atexit.register(lib.set_message_callback, None, None)
 def heard_lines() -> list[str]:
     """The list into which this thread's error lines come."""
     return _thread.lines
+
+
+def log_heard(heard: list[str]) -> None:
+    """For lines that come when no call is made whose result they could go with."""
+    for line in heard:
+        logging.getLogger("vqmath63").error("%s", line)
+    heard.clear()
 
 
 def parsed(line: str) -> Line:

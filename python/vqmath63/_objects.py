@@ -38,6 +38,9 @@ class Object:
         if pointer:
             object.__setattr__(self, "_pointer", 0)
             lib.release(pointer)
+            heard = _messages.heard_lines()
+            if heard and heard is self._heard:
+                _messages.log_heard(heard)
 
     def _use(self) -> tuple[int, list[str]]:
         if threading.get_ident() != self._thread:
@@ -74,6 +77,7 @@ def _method(call: Call) -> Callable[..., Any]:
         pointer, heard = self._use()
         return call(pointer, heard, given, named)
 
+    method.__module__ = __package__
     method.__name__ = call.member.name
     method.__qualname__ = call.name
     method.__doc__ = call.documentation()
