@@ -8,6 +8,8 @@
 #include "component/component_file.hpp"
 #ifdef _WIN32
 #include "component/debug_output_windows.hpp"
+#include "component/log_file_windows.hpp"
+#include "frame/log_file.hpp"
 #include "frame/message_receivers.hpp"
 #endif
 
@@ -60,6 +62,7 @@ HRESULT create_factory(const automation::ClassInfo& info, REFIID iid, void** out
   set_component_file(component_file);  // for the version text of the objects to come
 #ifdef _WIN32
   set_system_output(debug_output);
+  set_append_to_file(append_to_log);
 #endif
   const automation::Reference<ClassFactory> factory(new (std::nothrow) ClassFactory(info));
   return factory ? factory->QueryInterface(iid, out) : E_OUTOFMEMORY;

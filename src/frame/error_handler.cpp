@@ -4,9 +4,10 @@
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
+#include <new>
 
 #include "frame/date.hpp"
+#include "frame/log_file.hpp"
 #include "frame/message_receivers.hpp"
 
 namespace vqmath63 {
@@ -19,9 +20,34 @@ std::string time_stamp() {
   return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S ", &local)};
 }
 
+// A message of several lines, those after the first under its beginning.
+std::string indented(const std::string& message, std::size_t width) {
+  std::string text;
+  for (std::size_t i = 0; i < message.size(); ++i) {
+    const char c = message[i];
+    if (c == '\r' && message.compare(i + 1, 1, "\n") == 0) continue;
+    if (c == '\n' || c == '\r') {
+      text.append(1, '\n').append(width, ' ');
+    } else {
+      text += c;
+    }
+  }
+  return text;
+}
+
+bool print(const std::string& text) {
+  return std::fwrite(text.data(), 1, text.size(), stderr) == text.size();
+}
+
+// In one piece, so that the lines of several processes stay apart.
 bool print_to_standard_error(const std::string& line) {
-  return std::fputs(line.c_str(), stderr) >= 0 && std::fputc('\n', stderr) != EOF &&
-         std::fflush(stderr) == 0;
+  bool printed = false;
+  try {
+    printed = print(line + '\n');
+  } catch (const std::bad_alloc&) {
+    printed = print(line) && print("\n");
+  }
+  return printed && std::fflush(stderr) == 0;
 }
 
 }  // namespace
@@ -52,12 +78,10 @@ bool BuiltInErrorHandler::append_to_log(const std::string& message) noexcept {
     const std::string stamp = time_stamp();
     std::string text;
     if (!session_begun_ && !version_text_.empty()) text += stamp + version_text_ + '\n';
-    text += stamp + message + '\n';
+    text += stamp + indented(message, stamp.size()) + '\n';
     // Opened for each line, so that the file can be moved away or read at any time.
-    std::ofstream log(std::filesystem::path(std::u8string(log_file_.begin(), log_file_.end())),
-                      std::ios::app);
-    log << text << std::flush;
-    if (!log) return false;
+    const std::filesystem::path path(std::u8string(log_file_.begin(), log_file_.end()));
+    if (!append_to_file(path, text)) return false;
     session_begun_ = true;
     return true;
   } catch (...) {  // no such path, or no memory: the line has another way to go

@@ -14,9 +14,11 @@ namespace vqmath63 {
 /// system when the process has no such stream. Nothing here raises because of a file that cannot be
 /// opened or written.
 ///
-/// The log is appended to, line by line, as "YYYY-MM-DD hh:mm:ss " in local time and the line. The
-/// first line after SetLogFile or SetVersionText has brought a new text begins a session of the
-/// log: the version text is written before it in the same form.
+/// The log is appended to, line by line, as "YYYY-MM-DD hh:mm:ss " in local time and the line; a
+/// line with breaks goes on below its own beginning, behind as many blanks. Several processes may
+/// share a log. What a disk that fills up has cut short is followed by a new line. The first line
+/// after SetLogFile or SetVersionText has brought a new text begins a session of the log: the
+/// version text is written before it in the same form.
 class BuiltInErrorHandler final : public ztErrorHandler {
  public:
   void ReportError(std::string& message, bool& flag) override;

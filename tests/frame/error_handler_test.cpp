@@ -2,9 +2,13 @@
 #include "frame/error_handler.hpp"
 
 #include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -55,9 +59,11 @@ class ErrorHandlerTest : public ::testing::Test {
     for (std::string line; std::getline(file, line);) {
       std::tm moment{};
       const char* const end = ::strptime(line.c_str(), "%Y-%m-%d %T ", &moment);
-      EXPECT_EQ(end, line.c_str() + 20) << line;
-      EXPECT_GE(::timegm(&moment), begun_) << line;
-      EXPECT_LE(::timegm(&moment), local_seconds()) << line;
+      if (!line.starts_with(std::string(20, ' '))) {  // no further line of a message
+        EXPECT_EQ(end, line.c_str() + 20) << line;
+        EXPECT_GE(::timegm(&moment), begun_) << line;
+        EXPECT_LE(::timegm(&moment), local_seconds()) << line;
+      }
       lines.push_back(line.substr(20));
     }
     return lines;
@@ -86,6 +92,8 @@ TEST_F(ErrorHandlerTest, log_sessions_begin_with_the_version) {
 TEST_F(ErrorHandlerTest, a_log_that_is_off_or_cannot_be_written_loses_no_line) {
   set_version("version 1");
   EXPECT_EQ(report("no path"), "no path\n");
+  mkfifo(log_to(u8"nobody reads this").c_str(), 0600);
+  EXPECT_EQ(report(std::string("a\0b", 3)), std::string("a\0b\n", 4));
   log_to(u8"");  // the folder itself
   EXPECT_EQ(report("one"), "one\n");
   const std::filesystem::path path = log_to(u8"good.log");
@@ -94,6 +102,47 @@ TEST_F(ErrorHandlerTest, a_log_that_is_off_or_cannot_be_written_loses_no_line) {
   sink.SetLogToFile(off);
   EXPECT_EQ(report("three"), "three\n");
   EXPECT_EQ(logged(path), (Lines{"version 1", "two"}));
+}
+
+TEST_F(ErrorHandlerTest, what_a_full_disk_cuts_short_is_told_and_ends_its_line) {
+  const std::filesystem::path path = log_to(u8"full.log");
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit full{60, before.rlim_max};
+  const auto ignored = std::signal(SIGXFSZ, SIG_IGN);
+  EXPECT_EQ(report("one"), "");
+  setrlimit(RLIMIT_FSIZE, &full);
+  EXPECT_EQ(report("a line that is long"), "a line that is long\n");
+  setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, ignored);
+  EXPECT_EQ(report("three\r\nfour\nfive"), "");
+  EXPECT_EQ(logged(path), (Lines{"one", "a line that is l", "three", "four", "five"}));
+}
+
+TEST_F(ErrorHandlerTest, processes_share_a_log_line_by_line) {
+  const std::filesystem::path path = log_to(u8"shared.log");
+  constexpr int kProcesses = 3;
+  constexpr int kLines = 400;
+  for (int p = 0; p < kProcesses; ++p) {
+    if (fork() > 0) continue;
+    for (int i = 0; i < kLines; ++i) {
+      std::string line = std::string(1, static_cast<char>('a' + p)) + std::to_string(i) + ' ';
+      line.append(i % 50 == 0 ? 20'000 : 30, '.');
+      bool flag = true;
+      sink.ReportError(line, flag);
+    }
+    _exit(0);
+  }
+  while (wait(nullptr) > 0) {
+  }
+  int next[kProcesses] = {};
+  for (const std::string& line : logged(path)) {
+    int& i = next[std::clamp(line[0] - 'a', 0, kProcesses - 1)];
+    EXPECT_EQ(line.substr(1, line.find('.') - 1), std::to_string(i) + ' ');
+    EXPECT_EQ(line.size() - line.find('.'), i % 50 == 0 ? 20'000U : 30U);
+    ++i;
+  }
+  for (const int count : next) EXPECT_EQ(count, kLines);
 }
 
 TEST_F(ErrorHandlerTest, the_hosts_callback_comes_first_and_survives_close_down) {
