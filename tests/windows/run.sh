@@ -158,6 +158,7 @@ run "early_bound" "$clients/early_bound.exe"
 transcripts "vqhost.exe, registered" "$work/alone" '*/program:*/call'
 run "lifetime" "$clients/lifetime.exe" "$dll"
 run "reloads" "$clients/reloads.exe" "$dll"
+run "shared_log" "$clients/shared_log.exe"
 expect ok "unregister" regsvr32 /s /u "$dll"
 run "registry: gone" "$clients/registry.exe" gone "$dll"
 expect ok "unregister once more" regsvr32 /s /u "$dll"

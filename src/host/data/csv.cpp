@@ -33,12 +33,13 @@ std::string read_whole(const std::string& path) {
   const std::unique_ptr<std::FILE, Close> file(path == "-" ? stdin : open_to_read(path_of(path)));
   if (file == nullptr) fail();
   std::string text;
-  constexpr std::size_t kChunk = std::size_t{1} << 22;
-  for (std::size_t got = 1; got > 0;) {
+  constexpr std::size_t kMostAtOnce = std::size_t{1} << 22;
+  std::size_t chunk = std::size_t{1} << 16;
+  for (std::size_t got = 1; got > 0; chunk = std::min(2 * chunk, kMostAtOnce)) {
     const std::size_t had = text.size();
-    if (text.capacity() < had + kChunk) text.reserve(2 * had + kChunk);
-    text.resize(had + kChunk);
-    got = std::fread(text.data() + had, 1, kChunk, file.get());
+    if (text.capacity() < had + chunk) text.reserve(2 * had + chunk);
+    text.resize(had + chunk);
+    got = std::fread(text.data() + had, 1, chunk, file.get());
     text.resize(had + got);
     if (std::ferror(file.get()) != 0) fail();
   }
