@@ -49,6 +49,7 @@ void detail::expect_elements(std::size_t count, std::size_t size) {
 
 void* detail::take_memory(std::size_t count, std::size_t size, bool zero) {
   expect_elements(count, size);
+  count = std::max<std::size_t>(count, 1);  // no elements have an address too
   void* const block = zero ? std::calloc(count, size) : std::malloc(count * size);
   if (block == nullptr) raise_fault(ErrorNumber::kOutOfMemory);
   return block;

@@ -6,7 +6,6 @@
 #include <cmath>
 #include <optional>
 #include <random>
-#include <thread>
 
 #include "accumulate/accumulate_data.hpp"
 #include "accumulate/profile.hpp"
@@ -218,13 +217,6 @@ TEST_F(AccumulateTest, a_failing_rule_reports_itself_and_leaves_0) {
   EXPECT_TRUE(lines.empty());
 }
 
-TEST_F(AccumulateTest, a_failing_sink_reaches_the_caller) {
-  sink_failure = [] { throw Fault(70); };
-  accumulate->put_Frequency(0);
-  EXPECT_EQ(fault_of([&] { run(); }), 70);
-  EXPECT_FALSE(ok);
-}
-
 TEST_F(AccumulateTest, the_driver_integrates_by_the_rule_it_is_given) {
   // One period of 4 days: Simpson 4/6 (2 + 4 x 8 + 20), trapezoidal 2 x 5 + 2 x 14, left, right.
   Array2<float> data = table_of({{0, 2}, {2, 8}, {4, 20}});
@@ -321,23 +313,6 @@ TEST_F(RandomProfiles, parts_add_up_and_columns_stand_alone) {
     EXPECT_EQ(results(), rows) << trial;
     flags = {false, true, false};
   }
-}
-
-TEST_F(RandomProfiles, threads_work_side_by_side) {
-  make();
-  const Rows want = results();
-  int right[2] = {};
-  std::vector<std::thread> threads;
-  for (int& count : right) {
-    threads.emplace_back([&] {
-      for (int i = 0; i < 200; ++i) {
-        bool ok = false;
-        count += accumulated(samples, settings, flags, ok) == want ? 1 : 0;
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(right[0] + right[1], 400);
 }
 
 }  // namespace

@@ -53,21 +53,6 @@ TEST_F(TrapTest, a_failing_sink_is_the_callers_business) {
   EXPECT_THROW(fail_halfway(), std::runtime_error);
   trap_at_end(kOuter, [] { raise_fault(ErrorNumber::kOverflow); });  // nobody left to tell
   EXPECT_TRUE(lines.empty());
-  common_globals().ErrorHandler.reset();
-  companion_makers().ErrorHandler = [] { return std::shared_ptr<ztErrorHandler>(); };
-  EXPECT_EQ(fault_of([] { fail_halfway(); }), 429);
-}
-
-TEST_F(TrapTest, a_companion_that_cannot_be_created_is_error_429) {
-  companion_makers().CommonMaths = []() -> std::shared_ptr<ztCommonMaths> { throw 5; };
-  companion_makers().DateTools = [] { return std::shared_ptr<ztDateTools>(); };
-  companion_makers().ArrayTools = nullptr;
-  trap(kOuter, [] { common_maths(); });
-  trap(kOuter, [] { date_tools(); });
-  trap(kOuter, [] { array_tools(); });
-  const std::string line =
-      "Error:Component can't create object (No.429) In [ztAnalyse - ztStatistics (Code) (Outer)] ";
-  EXPECT_EQ(lines, std::vector<std::string>(3, line));
 }
 
 TEST_F(TrapTest, threads_share_no_companion_and_no_maker) {

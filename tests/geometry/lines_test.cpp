@@ -1,5 +1,4 @@
-// Segments in the plane: crossings with their one-sided tolerance, levels, the companion's
-// crossing.
+// Segments in the plane: crossings with their one-sided tolerance, levels.
 #include <cmath>
 
 #include "geometry/shapes.hpp"
@@ -146,22 +145,6 @@ TEST_F(LinesTest, failures_keep_what_was_written) {
   EXPECT_EQ(y, 7);
   EXPECT_FALSE(ok);
   EXPECT_EQ(lines, std::vector{error_line(6, "sMathLib (Code) (GetPointOnLine)")});
-}
-
-TEST_F(LinesTest, the_companion_finds_the_cross_point) {
-  Segment i{0, 0, 4, 4}, j{0, 4, 4, 0};
-  float x = 7, y = 7;
-  bool there = false;
-  const auto ask = [&] {
-    lib.LineCrossPoint(i.x1, i.y1, i.x2, i.y2, j.x1, j.y1, j.x2, j.y2, x, y, there);
-  };
-  ask();
-  EXPECT_TRUE(there && x == 2 && y == 2);
-  EXPECT_TRUE(common_globals().CommonMaths);
-  common_globals().CommonMaths.reset();
-  companion_makers().CommonMaths = nullptr;
-  ask();
-  EXPECT_EQ(lines, std::vector{error_line(429, "sMathLib (Code) (LineCrossPoint)")});
 }
 
 }  // namespace

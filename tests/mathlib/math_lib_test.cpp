@@ -101,14 +101,6 @@ TEST_F(MathLibTest, companion_members_hand_on_and_fail_with_their_companion) {
   EXPECT_EQ(p, 0) << "the last member wrote nothing";
 }
 
-TEST_F(MathLibTest, a_companion_that_cannot_be_made_is_error_429) {
-  companion_makers().CommonMaths = nullptr;
-  EXPECT_EQ(lib.Ceil(1.5), 0);
-  ASSERT_EQ(lines.size(), 1U);
-  EXPECT_NE(lines[0].find("(No.429) In [ztAnalyse - ztMathLib (Code) (Ceil)] "), std::string::npos);
-  EXPECT_EQ(fault_of([&] { lib.atan(1); }), 429);
-}
-
 TEST_F(MathLibTest, built_in_companions_answer_in_radians_and_round) {
   companion_makers() = built_in_makers();
   double x = 0;
