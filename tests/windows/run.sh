@@ -2,14 +2,21 @@
 # Runs the Windows tests under Wine: registers the component, calls it from VBScript, JScript and
 # C++, runs the transcripts of vqhost.exe, and looks at what registration leaves behind.
 #
-# usage: run.sh BUILD_DIR [HOST_TESTS]
-#   BUILD_DIR   the folder of a 64-bit Windows build with its tests
+# usage: run.sh [--can-run] BUILD_DIR [HOST_TESTS]
+#   --can-run   says whether this Wine runs the programs of the build, no more
+#   BUILD_DIR   the folder of a Windows build with its tests; of a 32-bit one where Wine has its part
+#               for 32-bit programs
 #   HOST_TESTS  the native program that runs the transcripts; by default that of the build "release"
 #               beside BUILD_DIR
 #
 # Prints one line per program, what failed in it, and a closing line; exit status 1 on any failure.
 set -u
 
+only_ask=no
+if [ "${1:-}" = --can-run ]; then
+  only_ask=yes
+  shift
+fi
 build=$(cd "${1:?usage: run.sh BUILD_DIR}" && pwd) || exit 2
 here=$(cd "$(dirname "$0")" && pwd)
 component=$build/src/vqmath63.dll
@@ -22,7 +29,17 @@ export WINEPREFIX=$work/prefix WINEARCH=win64 WINEDEBUG=-all LC_ALL=C
 # No Mono, no browser, no menus, no crash dialogs, no display.
 export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe,winedbg.exe="
 unset DISPLAY WAYLAND_DISPLAY
-# Where Wine for 32-bit programs is installed too, the plain name starts 32-bit script hosts.
+# Where Wine for 32-bit programs is installed too, the plain name starts 32-bit script hosts; those
+# of each kind have a folder of their own.
+system='C:\windows\system32'
+if head -c 1024 "$component" | grep -aqP 'PE\x00\x00\x4C\x01'; then
+  system='C:\windows\syswow64'
+  if ! ls /usr/lib/i386-linux-gnu/wine/*/ntdll.so >/dev/null 2>&1; then
+    echo "not under Wine: it has no part for 32-bit programs here (package wine32)"
+    exit 3
+  fi
+fi
+[ "$only_ask" = no ] || exit 0
 wine=/usr/lib/wine/wine64
 [ -x "$wine" ] || wine=$(command -v wine64 || command -v wine) || wine=wine
 export WINELOADER=$wine
@@ -46,12 +63,22 @@ report() {  # NAME CHECKS FAILURES [MORE]
   failures=$((failures + $3))
 }
 
+# Runs a program, with the system's own ones those of the component's kind.
+under_wine() {  # PROGRAM WORDS...
+  local program=$1
+  shift
+  case $program in
+    regsvr32 | cscript) program=$system\\$program.exe ;;
+  esac
+  timeout 300 "$wine" "$program" "$@"
+}
+
 # Runs a program that closes with "checks N" and "failures N". A script that stops half way leaves
 # no such lines, whatever its exit status says.
 run() {  # NAME COMMAND...
   local name=$1 output status said failed
   shift
-  output=$(timeout 300 "$wine" "$@" 2>errors.txt | tr -d '\r'; exit "${PIPESTATUS[0]}")
+  output=$(under_wine "$@" 2>errors.txt | tr -d '\r'; exit "${PIPESTATUS[0]}")
   status=$?
   said=$(sed -n 's/^checks \([1-9][0-9]*\)$/\1/p' <<<"$output" | tail -n 1)
   failed=$(tail -n 1 <<<"$output" | sed -n 's/^failures \([0-9][0-9]*\)$/\1/p')
@@ -98,7 +125,7 @@ END
 expect() {  # ok|refused NAME COMMAND...
   local wanted=$1 name=$2 status outcome=ok
   shift 2
-  timeout 120 "$wine" "$@" >output.txt 2>&1
+  under_wine "$@" >output.txt 2>&1
   status=$?
   [ "$status" -eq 0 ] || outcome=refused
   if [ "$outcome" = "$wanted" ]; then
@@ -135,8 +162,8 @@ entries() {  # FILE
 }
 
 # What a run that was stopped has left.
-"$wine" regsvr32 /s /u "$dll" >/dev/null 2>&1
-"$wine" regsvr32 /s /u /n /i:user "$dll" >/dev/null 2>&1
+under_wine regsvr32 /s /u "$dll" >/dev/null 2>&1
+under_wine regsvr32 /s /u /n /i:user "$dll" >/dev/null 2>&1
 "$wine" reg add 'HKCU\Software\Classes' /f >output.txt 2>&1
 entries before.reg
 run "early_bound, unregistered" "$clients/early_bound.exe" \
