@@ -1,0 +1,4 @@
+@echo off
+rem Registers vqmath63 for every user of this machine; wants an administrator.
+call "%~dp0registration.cmd" machine add
+exit /b %errorlevel%

@@ -1,0 +1,116 @@
+#!/bin/bash
+# Uses the zip for Windows as somebody does who has nothing else: unpacks it, registers it, runs every
+# example, removes it. Under Wine, in a prefix of its own that knows nothing of the component.
+#
+# usage: package.sh ZIP WORK_FOLDER
+#
+# What an example prints is told in its comments, by lines "> TEXT"; one without such lines is for a
+# host that is not here, and is left to tools/check_examples.py. Closes with
+# "package: C checks, F failures"; exit status 1 on any failure.
+set -u
+
+zip=$(realpath "${1:?usage: package.sh ZIP WORK_FOLDER}")
+work=$(realpath -m "${2:?usage: package.sh ZIP WORK_FOLDER}")
+rm -rf "$work"
+mkdir -p "$work/Größe 1" && cd "$work" || exit 2
+
+export WINEPREFIX=$work/prefix WINEARCH=win64 WINEDEBUG=-all LC_ALL=C.UTF-8
+export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe,winedbg.exe="
+unset DISPLAY WAYLAND_DISPLAY
+wine=/usr/lib/wine/wine64
+[ -x "$wine" ] || wine=$(command -v wine64 || command -v wine) || wine=wine
+export WINELOADER=$wine
+
+checks=0
+failures=0
+check() {  # NAME COMMAND...
+  local name=$1
+  shift
+  checks=$((checks + 1))
+  if "$@" >output.txt 2>&1; then
+    echo "  ok      $name"
+  else
+    echo "  FAILED  $name"
+    head -n 20 output.txt | sed 's/^/    /'
+    failures=$((failures + 1))
+  fi
+}
+
+python3 -m zipfile -e "$zip" "$work/Größe 1"
+folder=$(echo "$work/Größe 1"/vqmath63-*-windows)
+"$wine" wineboot -i >/dev/null 2>&1
+wineserver -p60 2>/dev/null
+trap 'wineserver -k 2>/dev/null' EXIT
+
+in_folder() { (cd "$folder" && timeout 300 "$wine" "$@"); }
+# What the system knows of classes, of the machine's and of the user's.
+registry() {  # NAME
+  for root in HKLM HKCU; do
+    "$wine" reg export "$root\\Software\\Classes" "$1.$root.reg" /y >/dev/null 2>&1 || : >"$1.$root.reg"
+  done
+}
+same_registry() { cmp before.HKLM.reg "$1.HKLM.reg" && cmp before.HKCU.reg "$1.HKCU.reg"; }
+other_registry() {  # NAME ROOT
+  ! cmp -s "before.$2.reg" "$1.$2.reg" && iconv -f UTF-16 -t UTF-8 "$1.$2.reg" | grep -q vq140Analyse.ztIntegrate
+}
+
+# An example prints what its comments say.
+prints() {  # EXAMPLE COMMAND...
+  local example=$1
+  shift
+  # As a user would: in the folder of the examples.
+  (cd "$(dirname "$example")" && timeout 300 "$wine" "$@" 2>&1) | sed 's/ *\r*$//' >printed.txt
+  tr -d '\r' <"$example" | sed -n "s,^ *\(//\|'\|\*\|#\) > ,,p" | diff - printed.txt
+}
+example_program() {  # EXAMPLE, its compiled form beside it
+  local program; program=$(dirname "$1")/$(basename "${1//./_}").exe
+  case $1 in
+    *.cpp) x86_64-w64-mingw32-g++-posix -std=c++20 -Wall -Wextra -I"$folder/include" "$1" \
+      -o "$program" -static -lole32 -loleaut32 -luuid ;;
+    *.c) x86_64-w64-mingw32-gcc-posix -Wall -Wextra -I"$folder/include" "$1" \
+      -o "$program" -lole32 -loleaut32 -luuid ;;
+  esac
+}
+
+echo "" >empty.vbs
+# The script host registers itself when it is first used; a user's entries have a place.
+"$wine" cscript //nologo empty.vbs
+"$wine" reg add 'HKCU\Software\Classes' /f >/dev/null 2>&1
+registry before
+check "the README names the version" grep -q "vqmath63 [0-9.]* for" "$folder/README.txt"
+host_says_three() { in_folder "$1" call ztIntegrate Integral [0,1,2] [0,1,4] | head -n 1 | grep -x 3; }
+check "vqhost.exe, the library beside it" host_says_three 'x64\vqhost.exe'
+check "early_bound.cpp compiles" example_program "$folder/examples/windows/early_bound.cpp"
+check "early_bound.cpp, without registration" prints "$folder/examples/windows/early_bound.cpp" \
+  early_bound_cpp.exe '..\..\x64\vqmath63.manifest'
+check "nothing is registered by use" eval 'registry used; same_registry used'
+
+check "register-machine.cmd" in_folder cmd /c register-machine.cmd
+registry machine
+check "the machine knows the classes" other_registry machine HKLM
+run=0
+for example in "$folder"/examples/windows/*; do
+  name=$(basename "$example")
+  grep -q '> ' <(grep -E "^ *(//|'|\*|#) > " "$example") || continue
+  run=$((run + 1))
+  case $name in
+    *.vbs | *.js) check "$name" prints "$example" cscript //nologo "$name" ;;
+    *) check "$name compiles" example_program "$example"
+      check "$name" prints "$example" "${name//./_}.exe" ;;
+  esac
+done
+check "there are examples" test "$run" -ge 4
+mkdir -p "$work/alone" && cp "$folder/x64/vqhost.exe" "$work/alone"
+check "vqhost.exe, the registered component" host_says_three "$work/alone/vqhost.exe"
+check "unregister-machine.cmd" in_folder cmd /c unregister-machine.cmd
+check "the machine knows no more than before" eval 'registry removed; same_registry removed'
+
+check "register-user.cmd" in_folder cmd /c register-user.cmd
+registry user
+check "the user has the classes" other_registry user HKCU
+check "the machine has not" cmp before.HKLM.reg user.HKLM.reg
+check "unregister-user.cmd" in_folder cmd /c unregister-user.cmd
+check "the user has no more than before" eval 'registry gone; same_registry gone'
+
+echo "package: $checks checks, $failures failures"
+[ "$failures" -eq 0 ]
