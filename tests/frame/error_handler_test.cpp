@@ -25,8 +25,8 @@ class ErrorHandlerTest : public ::testing::Test {
  protected:
   ErrorHandlerTest() {
     const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-    folder_ =
-        std::filesystem::path(::testing::TempDir()) / ("vqmath63_" + std::string(test->name()));
+    folder_ = std::filesystem::path(::testing::TempDir()) /
+              ("vqmath63_" + std::to_string(getpid()) + "_" + test->name());
     std::filesystem::remove_all(folder_);
     std::filesystem::create_directories(folder_);
     bool on = true;

@@ -9,7 +9,7 @@ const wchar_t kLog[] = L"gr\u00F6\u00DFe.log";
 
 // Has a line written to the log: the version text, the message and " OK".
 void say(const std::string& message) {
-  Holder<IztAnalyseInfo> info;
+  Holder<_ztAnalyseInfo> info;
   create(CLSID_ztAnalyseInfo, info);
   Text log, startup(message), version;
   log.text = SysAllocString(kLog);
