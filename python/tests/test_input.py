@@ -255,12 +255,22 @@ def test_an_object_belongs_to_its_thread(vq):
         assert isinstance(in_thread(lambda: vq.MathLib().Squared(1e200)), vq.Error)
 
 
-def test_memory_of_arrays_is_freed(vq):
+# Those that only a companion could change are handed over as copies.
+def test_memory_that_cannot_be_written_is_not(vq, tmp_path):
+    np.array([0, 1, 2, 3], "f4").tofile(tmp_path / "x")
+    x = np.memmap(tmp_path / "x", "f4", "r")
+    made = vq.MathLib().LineCrossPoint(x, 0, x, 2, 0, 1, 4, 1)
+    assert made.xi.tolist() == [0, 1, 2, 3] and made.qInt.all()
+    assert vq.Statistics().RemoveNulls(float(x[1]), x).xANew.tolist() == [0, 2, 3]
+
+
+def test_memory_of_arrays_and_texts_is_freed(vq):
     stats, samples = vq.Statistics(), np.zeros(250_000, "f4")
     held = []
     for turn in range(200):  # a megabyte in, a megabyte out
         kept = stats.RemoveNulls(1.0, samples).xANew
         stats.Normalise(samples)
+        vq.MathLib().ArithmeticSingle(1, 2, "?" * 500_000)
         if turn == 20:
             held = [kept, resource.getrusage(resource.RUSAGE_SELF).ru_maxrss]
     assert resource.getrusage(resource.RUSAGE_SELF).ru_maxrss - held[1] < 20_000  # kilobytes
