@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 
 #include "automation/owners.hpp"
@@ -43,11 +44,15 @@ std::wstring documented_name(int index) {
 
 HRESULT class_id_of_own_types(LPCOLESTR programmatic_id, CLSID* clsid) {
   const std::wstring library = documented_name(-1) + L".";
+  // "library.class", with a version behind it or without.
+  std::wstring wanted = programmatic_id;
+  const auto version = wanted.find(L'.', std::min(library.size(), wanted.size()));
+  if (version != std::wstring::npos) wanted.resize(version);
   for (UINT i = 0; i < own_types->GetTypeInfoCount(); ++i) {
     TYPEKIND kind{};
     if (FAILED(own_types->GetTypeInfoType(i, &kind)) || kind != TKIND_COCLASS) continue;
     const std::wstring id = library + documented_name(static_cast<int>(i));
-    if (_wcsicmp(id.c_str(), programmatic_id) != 0) continue;
+    if (_wcsicmp(id.c_str(), wanted.c_str()) != 0) continue;
     Reference<ITypeInfo> type;
     TYPEATTR* attributes = nullptr;
     HRESULT result = own_types->GetTypeInfo(i, type.place());
