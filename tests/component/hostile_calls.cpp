@@ -156,12 +156,13 @@ void refill(Plan& plan, const Theme& theme, Chance& chance) {
   }
   plan.numbers.assign(plan.count(), 0.0);
   const std::size_t kind = chance.below(5);
+  const double sign = chance.one_in(4) ? -1 : 1;
   double level = chance.real();
   for (double& x : plan.numbers) {
     level += kind == 1 ? chance.real() : 0;
     const double shapes[] = {2 * chance.real() - 1, level, std::floor(5 * chance.real()), level,
                              chance.real()};
-    x = shapes[kind];
+    x = sign * shapes[kind];
     if (plan.vt == VT_I4) x = static_cast<double>(chance.below(theme.n + 2));
     if (plan.vt == VT_BOOL) x = chance.one_in(3) ? 0 : -1;
   }
@@ -188,7 +189,14 @@ void spoil(Plan& plan, const Theme& theme, Chance& chance) {
     plan.numbers.resize(plan.count(), 1.0);
   }
   constexpr LONG kLower[] = {0, 2, -3};
-  if (chance.one_in(6)) plan.bounds[chance.below(plan.bounds.size())].lLbound = chance.of(kLower);
+  if (chance.one_in(6)) {  // and the upper bound with it, or not
+    SAFEARRAYBOUND& some = plan.bounds[chance.below(plan.bounds.size())];
+    some.lLbound = chance.of(kLower);
+    if (chance.one_in(2) && some.cElements > 0) {
+      some.cElements = static_cast<ULONG>(std::int64_t{some.cElements} + 1 - some.lLbound);
+      plan.numbers.resize(plan.count(), 1.0);
+    }
+  }
 }
 
 void spoil(Argument& argument, const Type& type, const Theme& theme, Chance& chance) {
