@@ -8,6 +8,7 @@
 #include "component/native_hosts.hpp"
 #include "counted_memory.hpp"
 #include "frame/companions.hpp"
+#include "frame/message_receivers.hpp"
 
 namespace vqmath63::automation::test {
 
@@ -114,6 +115,9 @@ class WorkedCalls : public Base {
     this->lines = std::vector<std::string>();
     std::u16string().swap(this->told);
     common_globals() = {};
+    for (const MessagesOf whose : {MessagesOf::kThread, MessagesOf::kProcess}) {
+      take_last_message(whose);
+    }
   }
 
   std::string class_, kind_;
