@@ -6,6 +6,7 @@
 
 #include "companion_fixture.hpp"
 #include "frame/checked.hpp"
+#include "frame/message_tally.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -53,6 +54,23 @@ TEST_F(TrapTest, a_failing_sink_is_the_callers_business) {
   EXPECT_THROW(fail_halfway(), std::runtime_error);
   trap_at_end(kOuter, [] { raise_fault(ErrorNumber::kOverflow); });  // nobody left to tell
   EXPECT_TRUE(lines.empty());
+}
+
+TEST_F(TrapTest, a_tally_counts_calls_and_keeps_each_line_of_several_once) {
+  for (const std::int64_t calls : {1, 5}) {
+    lines.clear();
+    MessageTally tally(calls);
+    for (; tally.call < calls; ++tally.call) {
+      fail_halfway();
+      fail_halfway();
+    }
+    EXPECT_EQ(tally.failed(), calls);
+    EXPECT_EQ(tally.first_failed(), 0);
+    EXPECT_EQ(lines.size(), calls == 1 ? 2U : 0U);
+    lines.clear();
+    tally.tell();
+    EXPECT_EQ(lines, std::vector<std::string>(calls == 1 ? 0 : 1, kInnerLine));
+  }
 }
 
 TEST_F(TrapTest, threads_share_no_companion_and_no_maker) {
