@@ -1,6 +1,10 @@
 // Fuzz target of the command-line host: a transcript of files and command lines, as
 // tests/data/vqhost has them, run in this process over a folder of its own. What a transcript
-// expects is passed over; what holds for every file and every line is required instead.
+// expects is passed over; what holds for every file and every line is required instead. A line "="
+// begins another transcript: corpus/host.txt is many, as `csplit -z FILE '/^=$/' '{*}'` parts them.
+//
+//   fuzz_host FOLDER tests/data/vqhost -dict=fuzz/host.dict -max_len=3000
+//   fuzz_host -merge=1 -use_counters=0 SMALLER_FOLDER FOLDER
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <unistd.h>
