@@ -31,8 +31,13 @@ BorrowedSafeArray::BorrowedSafeArray(SAFEARRAY** place, VARTYPE element, int ran
                                        member + " is a null reference");
   }
   SAFEARRAY* array = sent_ = *place;
+  if (array != nullptr && rank == 1 && is_line(array)) {
+    // The descriptor keeps its dimensions last first. A single element is a column.
+    line_ = array->rgsabound[0].cElements == 1 ? Line::kColumn : Line::kRow;
+    across_ = array->rgsabound[line_ == Line::kColumn ? 0 : 1];
+  }
   if (is_unset(array)) return;
-  if (array->cDims != rank || !holds(array, element)) {
+  if (!has_rank(array, rank) || !holds(array, element)) {
     raise_for_argument(number_of(ErrorNumber::kTypeMismatch), member, argument,
                        "must be " + array_type_text(element, rank));
   }
@@ -50,8 +55,8 @@ void BorrowedSafeArray::lock() {
 }
 
 Bounds BorrowedSafeArray::bounds(int dimension) const {
-  // The descriptor keeps its dimensions last first.
-  const SAFEARRAYBOUND& b = array_->rgsabound[rank_ - dimension];
+  const int place = line_ == Line::kColumn ? 1 : rank_ - dimension;
+  const SAFEARRAYBOUND& b = array_->rgsabound[place];
   const std::int64_t upper = std::int64_t{b.lLbound} + b.cElements - 1;
   if (upper > std::numeric_limits<std::int32_t>::max()) raise_fault(ErrorNumber::kSubscript);
   return {static_cast<std::int32_t>(b.lLbound), static_cast<std::int32_t>(upper)};
@@ -68,12 +73,14 @@ HRESULT BorrowedSafeArray::replace(const void* elements, std::size_t bytes,
   if (kept_by_host_) return S_OK;
   OwnedArray fresh;
   if (elements != nullptr) {
-    SAFEARRAYBOUND dims[2];
+    SAFEARRAYBOUND dims[2] = {across_, across_};
     for (int d = 0; d < rank_; ++d) {
-      dims[d].lLbound = bounds[d].lower;
-      dims[d].cElements = static_cast<ULONG>(bounds[d].count());
+      SAFEARRAYBOUND& along = dims[line_ == Line::kRow ? 1 : d];
+      along.lLbound = bounds[d].lower;
+      along.cElements = static_cast<ULONG>(bounds[d].count());
     }
-    fresh = create_array(element_, value_size(element_), static_cast<UINT>(rank_), dims);
+    const int rank = line_ == Line::kNone ? rank_ : 2;
+    fresh = create_array(element_, value_size(element_), static_cast<UINT>(rank), dims);
     if (!fresh) return E_OUTOFMEMORY;
     std::memcpy(fresh->pvData, elements, bytes);
   }

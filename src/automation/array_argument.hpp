@@ -47,10 +47,22 @@ inline bool is_fixed(SAFEARRAY* array) {
   return (array->fFeatures & kFixed) != 0 || array->cLocks != 0;
 }
 
+/// True for a table of one column or one row, as sheets have them: it serves as a line too.
+inline bool is_line(const SAFEARRAY* array) {
+  return array->cDims == 2 &&
+         (array->rgsabound[0].cElements == 1 || array->rgsabound[1].cElements == 1);
+}
+
+/// True when the array has that many dimensions, or is a line where one is wanted.
+inline bool has_rank(const SAFEARRAY* array, int rank) {
+  return array->cDims == rank || (rank == 1 && is_line(array));
+}
+
 /// "a one-dimensional array of Single", for messages.
 std::string array_type_text(VARTYPE element, int rank);
 
-/// A safe array held for the time of a call.
+/// A safe array held for the time of a call. A table of one column or row is worked on as a line
+/// with the bounds that it has along itself, and what replaces it is a column or a row again.
 class BorrowedSafeArray {
  public:
   /// Looks at `*place`, which may hold no array. Error 13 naming the argument for a wrong rank or
@@ -84,6 +96,9 @@ class BorrowedSafeArray {
   Resizing resizing_ = Resizing::kAllowed;
   bool locked_ = false;
   bool kept_by_host_ = false;
+  // Of a table that stands for a line.
+  enum class Line { kNone, kColumn, kRow } line_ = Line::kNone;
+  SAFEARRAYBOUND across_{};
 };
 
 }  // namespace vqmath63::automation

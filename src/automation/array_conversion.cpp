@@ -136,6 +136,37 @@ HRESULT recast_array(SAFEARRAY* source, VARTYPE element, OwnedArray& out) {
   return S_OK;
 }
 
+HRESULT fill_array(SAFEARRAY* source, SAFEARRAY* target) {
+  struct Shape {
+    std::size_t rows = 0, columns = 0;
+  };
+  const auto shape_of = [](const SAFEARRAY* array) -> Shape {
+    if (array == nullptr) return {};
+    if (array->cDims == 1) return {array->rgsabound[0].cElements, 1};
+    return {array->rgsabound[1].cElements, array->rgsabound[0].cElements};
+  };
+  const Shape room = shape_of(target);
+  Shape held = shape_of(source);
+  if (room.rows == 1 && held.columns == 1) std::swap(held.rows, held.columns);
+  if (held.rows > room.rows || held.columns > room.columns) return DISP_E_ARRAYISLOCKED;
+  VARTYPE from = VT_EMPTY, to = VT_EMPTY;
+  if (source != nullptr) SafeArrayGetVartype(source, &from);
+  SafeArrayGetVartype(target, &to);
+  const auto* in = source == nullptr ? nullptr : static_cast<const std::byte*>(source->pvData);
+  auto* out = static_cast<std::byte*>(target->pvData);
+  const std::int64_t nothing = 0;
+  for (std::size_t column = 0; column < room.columns; ++column) {
+    for (std::size_t row = 0; row < room.rows; ++row, out += target->cbElements) {
+      const bool has = row < held.rows && column < held.columns;
+      const void* element = &nothing;
+      if (has) element = in + (column * held.rows + row) * source->cbElements;
+      const HRESULT stored = store_element(has ? from : VARTYPE{VT_EMPTY}, element, to, out);
+      if (FAILED(stored)) return stored;
+    }
+  }
+  return S_OK;
+}
+
 Results::Results(SAFEARRAY* array, const HostNumbers& host, bool succeeded)
     : array_(*array),
       host_(host),
@@ -151,6 +182,14 @@ bool Results::fit(const SAFEARRAY& target) const {
                     [](const SAFEARRAYBOUND& a, const SAFEARRAYBOUND& b) {
                       return a.cElements == b.cElements && a.lLbound == b.lLbound;
                     });
+}
+
+bool Results::any_due() const {
+  VARIANT value;
+  for (std::size_t i = 0; i < count(); ++i) {
+    if (is_due(i, value)) return true;
+  }
+  return false;
 }
 
 bool Results::is_due(std::size_t offset, VARIANT& value) const {

@@ -29,6 +29,11 @@ Conversion convert_array(SAFEARRAY* source, VARTYPE element, LCID locale, OwnedA
 /// VT_VARIANT.
 HRESULT recast_array(SAFEARRAY* source, VARTYPE element, OwnedArray& out);
 
+/// Puts the numbers of `source` (none, for a null array) into the first rows and columns of
+/// `target`, and empties the rest of it. A line goes along a row or a column. DISP_E_ARRAYISLOCKED
+/// where there is too little room.
+HRESULT fill_array(SAFEARRAY* source, SAFEARRAY* target);
+
 /// Which results the host has yet to get. After a call that succeeded: those whose number is not
 /// what the host has, bit for bit. After one that failed: only those that the call has changed.
 class Results {
@@ -37,6 +42,7 @@ class Results {
   std::size_t count() const { return host_.size(); }
   /// True for an array of the same bounds.
   bool fit(const SAFEARRAY& target) const;
+  bool any_due() const;
   /// True when the result at `offset` has to be stored; it then stands in `value`.
   bool is_due(std::size_t offset, VARIANT& value) const;
 

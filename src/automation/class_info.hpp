@@ -47,7 +47,7 @@ struct ArgumentInfo {
   bool only_written = false;  ///< the member never reads what the host's variable holds
   bool answer = false;        ///< a result: the host's variable only keeps what it held where
                               ///< the member has none
-  bool lent = false;          ///< only a companion could write it, and none of ours does
+  bool lent = false;          ///< unless it is another value afterwards, it is the host's own
   std::string (*words)() = nullptr;  ///< the words that a text is one of, a line each; null for any
   const NumberNames* numbers = nullptr;  ///< the names of the numbers that mean something, if any
 };

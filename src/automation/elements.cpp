@@ -50,6 +50,10 @@ HRESULT change_object(const VARIANT& from, VARTYPE to, LCID locale, VARIANT& out
     Variant value;
     const HRESULT read = default_value(held.get(), locale, value);
     if (FAILED(read)) return read;
+    if (value.vt == VT_BSTR && to != VT_BSTR) {  // so does a date object tell its moment
+      Variant moment;
+      if (SUCCEEDED(moment_of(held.get(), moment))) return change_type(moment, to, locale, out);
+    }
     if (!is_object(value)) return change_type(value, to, locale, out);
     held = object_in(value);
   }
@@ -79,6 +83,8 @@ std::size_t value_size(VARTYPE type) {
       return sizeof(void*);
     case VT_VARIANT:
       return sizeof(VARIANT);
+    case VT_DECIMAL:
+      return sizeof(DECIMAL);
     default:
       return 4;
   }
@@ -97,6 +103,7 @@ bool convertible_element(VARTYPE type) {
     case VT_BOOL:
     case VT_DATE:
     case VT_CY:
+    case VT_DECIMAL:
     case VT_R4:
     case VT_R8:
     case VT_I1:
@@ -117,8 +124,18 @@ bool convertible_element(VARTYPE type) {
 
 void load_variant(VARTYPE type, const void* from, VARIANT* out) {
   VariantInit(out);
+  // A decimal number takes the whole variant, its type in a field that such a number leaves free.
+  void* const to = type == VT_DECIMAL ? static_cast<void*>(&out->decVal) : &out->llVal;
+  std::memcpy(to, from, value_size(type));
   out->vt = type;
-  std::memcpy(&out->llVal, from, value_size(type));
+}
+
+void store_value(const VARIANT& value, void* to) {
+  DECIMAL decimal = value.decVal;
+  decimal.wReserved = 0;
+  const bool is_decimal = value.vt == VT_DECIMAL;
+  std::memcpy(to, is_decimal ? static_cast<const void*>(&decimal) : &value.llVal,
+              value_size(value.vt));
 }
 
 HRESULT change_type(const VARIANT& from, VARTYPE to, LCID locale, VARIANT& out) {
@@ -179,7 +196,7 @@ HRESULT store_element(VARTYPE from_type, const void* from, VARTYPE to_type, void
   if (to_type == VT_BSTR) {
     replace_text(*static_cast<BSTR*>(to), OwnedText(converted.release().bstrVal));
   } else {
-    std::memcpy(to, &converted.llVal, value_size(to_type));
+    store_value(converted, to);
   }
   return S_OK;
 }

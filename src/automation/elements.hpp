@@ -90,4 +90,7 @@ HRESULT store_element(VARTYPE from_type, const void* from, VARTYPE to_type, void
 /// A scalar of one of the boundary's types into a variant of that type (strings are not copied).
 void load_variant(VARTYPE type, const void* from, VARIANT* out);
 
+/// The value of a variant that is a number, into a place of its type.
+void store_value(const VARIANT& value, void* to);
+
 }  // namespace vqmath63::automation

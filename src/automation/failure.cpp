@@ -33,6 +33,7 @@ std::int32_t number_of_result(HRESULT result) noexcept {
       return number_of(ErrorNumber::kOutOfMemory);
     case DISP_E_ARRAYISLOCKED:
       return number_of(ErrorNumber::kArrayLocked);
+    case DISP_E_BADVARTYPE:
     case DISP_E_TYPEMISMATCH:
       return number_of(ErrorNumber::kTypeMismatch);
     default:

@@ -17,5 +17,10 @@ HRESULT call_method(IDispatch* object, const OLECHAR* name, std::span<VARIANT> a
 
 /// The value that an object stands for where a number or a text is wanted.
 HRESULT default_value(IDispatch* object, LCID locale, Variant& out);
+HRESULT set_default_value(IDispatch* object, VARIANT& value);
+
+/// The moment that a date object of a script stands for, as an automation date where it tells one,
+/// else as the number of it.
+HRESULT moment_of(IDispatch* object, Variant& out);
 
 }  // namespace vqmath63::automation

@@ -45,7 +45,8 @@ LateArgument::Identity LateArgument::identity() const noexcept {
   if (behind && target_->byref == nullptr) return id;
   if (behind) {
     const std::size_t size = (type & VT_ARRAY) != 0 ? sizeof(SAFEARRAY*) : value_size(type);
-    std::memcpy(&id.behind, target_->byref, std::min(size, sizeof id.behind));
+    const std::size_t told = std::min(size, sizeof id.behind);
+    std::memcpy(&id.behind, static_cast<const std::byte*>(target_->byref) + (size - told), told);
   }
   if (type == VT_BSTR) id.text = text_hash(behind ? *target_->pbstrVal : target_->bstrVal);
   return id;

@@ -1,9 +1,11 @@
 #include "automation/late_array.hpp"
 
 #include <limits>
+#include <new>
 
 #include "automation/array_argument.hpp"
 #include "automation/elements.hpp"
+#include "automation/host_object.hpp"
 #include "automation/script_object.hpp"
 
 namespace vqmath63::automation {
@@ -51,6 +53,7 @@ LateArray::LateArray(const Sent& sent, HeldArrays& held) : LateArgument(sent) {
   if (is_array(*target_)) {
     take_array(held);
   } else if (sent.info.only_written) {  // whatever the variable holds
+    lend_nothing(nullptr);
   } else if (script_) {
     take_script_array();
   } else if (target_->vt != VT_EMPTY && target_->vt != VT_NULL) {  // no variable without a value
@@ -66,19 +69,29 @@ std::string LateArray::wanted_array() const {
 void LateArray::take_array(HeldArrays& held) {
   SAFEARRAY* const array = array_in(*target_);
   const VARTYPE wanted = sent_.info.type.vt;
-  if (is_unset(array)) return;
-  const bool fits = SafeArrayGetDim(array) == static_cast<UINT>(sent_.info.type.rank);
+  if (is_unset(array)) {
+    lend_nothing(array);
+    return;
+  }
+  const bool fits = has_rank(array, sent_.info.type.rank);
   const bool exact = fits && element_of(*target_) == wanted && holds(array, wanted);
-  if (!exact && sent_.info.only_written) return;
+  if (!exact && sent_.info.only_written) {
+    lend_nothing(array);
+    return;
+  }
   if (!fits) refuse(DISP_E_TYPEMISMATCH, wanted_array());
   bool fixed = false;
   const HRESULT locked = held.hold(array, fixed);
   if (FAILED(locked)) refuse(locked, wanted_array() + "; it cannot be locked");
   if (exact) {
     lend(array, fixed);
-    return;
+  } else {
+    take_converted(array);
   }
-  const Conversion outcome = convert_array(array, wanted, sent_.locale, array_,
+}
+
+void LateArray::take_converted(SAFEARRAY* array) {
+  const Conversion outcome = convert_array(array, sent_.info.type.vt, sent_.locale, array_,
                                            sent_.info.type.read_only ? nullptr : &numbers_);
   if (FAILED(outcome.result)) refuse(outcome.result, wanted_array() + outcome.detail);
 }
@@ -87,7 +100,34 @@ void LateArray::take_script_array() {
   const Conversion outcome =
       convert_script_array(script_.get(), sent_.info.type.vt, sent_.info.type.rank, sent_.locale,
                            array_, sent_.info.type.read_only ? nullptr : &numbers_);
-  if (FAILED(outcome.result)) refuse(outcome.result, wanted_array() + outcome.detail);
+  if (outcome.result == DISP_E_MEMBERNOTFOUND && is_range()) {
+    if (!has_rank(array_in(range_), sent_.info.type.rank)) {
+      refuse(DISP_E_TYPEMISMATCH, wanted_array());
+    }
+    take_converted(array_in(range_));
+  } else if (FAILED(outcome.result)) {
+    refuse(outcome.result, wanted_array() + outcome.detail);
+  }
+}
+
+bool LateArray::is_range() {
+  Variant value;
+  const HRESULT read = default_value(script_.get(), sent_.locale, value);
+  if (read == E_OUTOFMEMORY) throw std::bad_alloc();
+  if (FAILED(read) || !is_array(value)) return false;
+  if ((value.vt & VT_BYREF) != 0 && FAILED(VariantCopyInd(&range_, &value))) return false;
+  if ((value.vt & VT_BYREF) == 0) range_ = std::move(value);
+  return !is_unset(range_.parray);
+}
+
+void LateArray::lend_nothing(SAFEARRAY* array) {
+  const bool line = array != nullptr && sent_.info.type.rank == 1 && is_line(array);
+  lent_.array = SAFEARRAY{};
+  lent_.array.cDims = static_cast<USHORT>(line ? 2 : sent_.info.type.rank);
+  lent_.array.fFeatures = kForeignElements;
+  lent_.array.rgsabound[0] = line ? array->rgsabound[0] : SAFEARRAYBOUND{1, 1};
+  lent_.second = line ? array->rgsabound[1] : SAFEARRAYBOUND{1, 1};
+  array_ = OwnedArray(&lent_.array);
 }
 
 void LateArray::lend(SAFEARRAY* array, bool fixed) {
@@ -105,11 +145,13 @@ void LateArray::lend(SAFEARRAY* array, bool fixed) {
 HRESULT LateArray::hand_back_changes(bool succeeded) {
   const bool replaced = array_.get() != made_;
   if (!replaced && numbers_.empty()) return S_OK;  // where it lies, or without elements
+  if (is_array(range_)) return hand_back_to_range(replaced, succeeded);
   if (script_) {
     if (replaced) {
       const HRESULT refilled = refill_script_array(array_.get(), script_.get());
-      // An object that is no array is what the variable held until now.
       const bool no_array = refilled == DISP_E_UNKNOWNNAME || refilled == DISP_E_MEMBERNOTFOUND;
+      if (no_array && is_range()) return hand_back_to_range(replaced, succeeded);
+      // An object that is no array is what the variable held until now.
       settle();
       if (!no_array || by_value()) return refilled;
       return kept_by_host() ? S_OK : replace_host_array();
@@ -122,6 +164,18 @@ HRESULT LateArray::hand_back_changes(bool succeeded) {
   if (replaced) return by_value() ? S_OK : replace_host_array();
   if (!holds_what_was_taken()) return S_OK;  // another argument has replaced it
   return write_back(Results(array_.get(), numbers_, succeeded), array_in(*target_));
+}
+
+HRESULT LateArray::hand_back_to_range(bool replaced, bool succeeded) {
+  HRESULT filled = S_OK;
+  if (replaced) {
+    filled = fill_array(array_.get(), range_.parray);
+  } else {
+    const Results results(array_.get(), numbers_, succeeded);
+    if (!results.any_due()) return S_OK;
+    filled = write_back(results, range_.parray);
+  }
+  return FAILED(filled) ? filled : set_default_value(script_.get(), range_);
 }
 
 HRESULT LateArray::replace_host_array() {

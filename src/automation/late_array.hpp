@@ -36,6 +36,9 @@ class HeldArrays {
 ///   afterwards the elements get the results, but for those whose number they have already. A
 ///   re-dimensioned array replaces the host's: in its own element type, or as an array of variants
 ///   where the host's variable held no array (scripts can index no other).
+/// - A range of a sheet, an object whose value is an array, is converted like that array; results
+/// are
+///   put into it as a whole. Its shape is fixed: what they leave of it becomes empty.
 /// - What is only read is not handed back. What the member only writes is not converted: such a
 ///   variable may hold anything.
 class LateArray final : public LateArgument {
@@ -44,15 +47,22 @@ class LateArray final : public LateArgument {
 
  private:
   void take_array(HeldArrays& held);
+  void take_converted(SAFEARRAY* array);
   void take_script_array();
+  bool is_range();
   void lend(SAFEARRAY* array, bool fixed);
+  void lend_nothing(SAFEARRAY* array);
   std::string wanted_array() const;
   HRESULT hand_back_changes(bool succeeded) override;
+  HRESULT hand_back_to_range(bool replaced, bool succeeded);
   HRESULT replace_host_array();
 
+  Variant range_;        // what a range of a sheet holds; empty for all else
   HostNumbers numbers_;  // of an array that was converted and may be written
   // An array of our own and room for its second dimension: the host's elements under another
-  // descriptor, so that whoever re-dimensions the array cannot free them.
+  // descriptor, so that whoever re-dimensions the array cannot free them; or no elements, in the
+  // shape that the host's array has, so that one which comes back erased is told from one left
+  // alone.
   struct {
     SAFEARRAY array;
     SAFEARRAYBOUND second;

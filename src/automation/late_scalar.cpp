@@ -43,7 +43,7 @@ HRESULT store_through(const VARIANT& reference, const VARIANT& value) {
     replace_text(*reference.pbstrVal, OwnedText(converted.release().bstrVal));
     return S_OK;
   }
-  std::memcpy(reference.byref, &converted.llVal, value_size(wanted));
+  store_value(converted, reference.byref);
   return S_OK;
 }
 

@@ -12,9 +12,9 @@ namespace vqmath63::automation {
 
 /// An argument by name: one that is read; one that the member only writes, whatever the host's
 /// variable holds before; one that is a result too, but stays what it was where the member comes to
-/// none; one that is read and lent to a companion, so that the host's variable
-/// keeps its own value and type unless the companion writes another; an optional one with the value
-/// that a missing argument stands for.
+/// none; one that is read and lent to a companion, or taken as a whole, so that the host's variable
+/// keeps its own value and type unless another value takes its place; an optional one with the
+/// value that a missing argument stands for.
 consteval ArgumentInfo arg(const char* name) {
   return {.name = name};
 }

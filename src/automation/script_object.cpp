@@ -195,7 +195,7 @@ Conversion convert_script_array(IDispatch* source, VARTYPE element, int rank, LC
                                 OwnedArray& out, HostNumbers* numbers) {
   const std::int64_t length = source == nullptr ? -1 : length_of(source);
   if (length < 0) {
-    return {DISP_E_TYPEMISMATCH, "; it is an object without a length, not an array"};
+    return {DISP_E_MEMBERNOTFOUND, "; it is an object without a length, not an array"};
   }
   if (length > kMostElements) return too_large(length);
   const bool table = rank == 2;

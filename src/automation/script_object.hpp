@@ -10,8 +10,9 @@ namespace vqmath63::automation {
 // "1" on as in every array of the library. A two-dimensional array is an array of rows.
 
 /// A new array of `element` from a script's array; a missing or shorter row reads as zeros.
-/// `numbers`, empty unless it is null, receives the script's own. E_OUTOFMEMORY for more than 2^27
-/// elements, and where over two million more of them are missing than are there.
+/// `numbers`, empty unless it is null, receives the script's own. DISP_E_MEMBERNOTFOUND for an
+/// object that is no such array. E_OUTOFMEMORY for more than 2^27 elements, and where over two
+/// million more of them are missing than are there.
 Conversion convert_script_array(IDispatch* source, VARTYPE element, int rank, LCID locale,
                                 OwnedArray& out, HostNumbers* numbers);
 

@@ -155,8 +155,9 @@ TEST_F(LateCallTest, a_result_is_in_the_variable_whatever_it_held) {
       EXPECT_EQ(shown(b.variable.v), shown(own ? row.kept_flag.v : row.typed_flag.v)) << form;
     }
   }
-  for (const Value& held : {empty(), null(), text(u"oil"), r8(1e30), array(VT_R8, 0, {1, 2}, 1),
-                            script_box(text(u"oil")), error(-5), boolean(true), i4(4)}) {
+  for (const Value& held :
+       {empty(), null(), text(u"oil"), r8(1e30), array(VT_R8, 0, {1, 2, 3, 4}, 2),
+        script_box(text(u"oil")), error(-5), boolean(true), i4(4)}) {
     const Sent n(held, kVariant), b(held, kVariant), s(held, kVariant), x(held, kVariant);
     const Answer answer = call(object, u"Answer", {n.variant, b.variant, s.variant, x.variant});
     EXPECT_EQ(answer.hr, S_OK) << ascii(answer.words);

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <charconv>
+#include <iterator>
+#include <map>
 #include <memory>
 
 #include "boundary_fixture.hpp"
@@ -17,8 +19,10 @@ class ScriptObject final : public IDispatch {
   std::vector<std::unique_ptr<Value>> elements;  ///< null where the array has a hole
   double boast = 0.0;                            ///< a length beyond the elements
   Value value;
-  std::function<void()> work;   ///< runs in every call
-  std::function<void()> asked;  ///< runs when a name is looked up
+  Value whole;  ///< what the object itself stands for, such as the cells of a sheet's range
+  std::map<std::u16string, Value> answers;  ///< of methods without arguments
+  std::function<void()> work;               ///< runs in every call
+  std::function<void()> asked;              ///< runs when a name is looked up
 
   ScriptObject() { ++alive; }
   ~ScriptObject() { --alive; }
@@ -49,7 +53,10 @@ class ScriptObject final : public IDispatch {
     if (is_array && name == u"length") *ids = kLength;
     if (is_array && name == u"push") *ids = kPush;
     if (is_array && name == u"slice") *ids = kSlice;
-    if (!is_array && name == u"value") *ids = kValue;
+    if (!is_array && name == u"value" && whole.v.vt == VT_EMPTY) *ids = kValue;
+    if (const auto method = answers.find(names[0]); method != answers.end()) {
+      *ids = kAnswers + static_cast<DISPID>(std::distance(answers.begin(), method));
+    }
     std::size_t at = 0;
     for (const char16_t c : name) at = c >= '0' && c <= '9' ? at * 10 + (c - u'0') : 1000;
     if (is_array && at < elements.size() && elements[at]) *ids = static_cast<DISPID>(kFirst + at);
@@ -67,6 +74,13 @@ class ScriptObject final : public IDispatch {
         result->vt = VT_DISPATCH;
         result->pdispVal = new ScriptObject;
         return S_OK;
+      }
+      if (flags == DISPATCH_METHOD && id >= kAnswers) {
+        return VariantCopy(result, &std::next(answers.begin(), id - kAnswers)->second.v);
+      }
+      if (id == DISPID_VALUE && whole.v.vt != VT_EMPTY) {
+        return flags == DISPATCH_PROPERTYPUT ? VariantCopy(&whole.v, sent->rgvarg)
+                                             : VariantCopy(result, &whole.v);
       }
       if (flags == DISPATCH_PROPERTYPUT && sent->cNamedArgs == 1 &&
           sent->rgdispidNamedArgs[0] == DISPID_PROPERTYPUT) {
@@ -106,7 +120,7 @@ class ScriptObject final : public IDispatch {
   }
 
  private:
-  enum : DISPID { kLength = 1, kPush, kSlice, kValue, kFirst };
+  enum : DISPID { kLength = 1, kPush, kSlice, kValue, kFirst, kAnswers = 10000 };
   VARIANT* place(DISPID id) {
     return id == kValue ? &value.v : &elements[static_cast<std::size_t>(id - kFirst)]->v;
   }
@@ -148,6 +162,15 @@ inline Value script_box(const Value& value) {
   auto* made = new ScriptObject;
   made->is_array = false;
   VariantCopy(&made->value.v, &value.v);
+  return as_value(made);
+}
+
+/// A range of a sheet, or another object that is no array and stands for a value.
+inline Value script_object(const Value& whole, std::map<std::u16string, Value> answers = {}) {
+  auto* made = new ScriptObject;
+  made->is_array = false;
+  VariantCopy(&made->whole.v, &whole.v);
+  made->answers = std::move(answers);
   return as_value(made);
 }
 

@@ -59,6 +59,81 @@ TEST_F(ScriptObjectsTest, arrays_are_read_changed_and_refilled) {
   }
 }
 
+// Cells of a sheet: a column, a row, a block, where results leave cells free or find too few.
+TEST_F(ScriptObjectsTest, ranges_of_a_sheet_keep_their_shape) {
+  const Value column = array(VT_VARIANT, 1, {9, 1, 2, 4}, 1), row = array(VT_R8, 1, {1, 2, 3}, 3),
+              block = array(VT_VARIANT, 1, {1, 2, 3, 4, 5, 6}, 3),
+              narrow = array(VT_VARIANT, 1, {7, 8}, 1), line = array(VT_R4, 0, {9, 1, 2, 4});
+  const struct {
+    const char16_t* member;
+    Value cells;
+    Act what;
+    const char* after;
+    int number;
+  } rows[] = {
+      {u"Singles", column, kRead, "1..4,1..1: 9 1 2 4", 0},
+      {u"Singles", column, kChange, "1..4,1..1: -9 1 2 4", 0},
+      {u"Longs", column, kResize, "1..4,1..1: 1000 2000 3000 0", 0},
+      {u"Doubles", column, kErase, "1..4,1..1: 0 0 0 0", 0},
+      {u"Singles", row, kChange, "1..1,1..3: -1 2 3", 0},
+      {u"Singles", row, kResize, "1..1,1..3: 1000 2000 3000", 0},
+      {u"Singles", line, kChange, "0..3: 9 -1 2 4", 0},
+      {u"Singles", narrow, kResize, "1..2,1..1: 7 8", 10},
+      {u"Singles", block, kRead, "1..2,1..3: 1 2 3 4 5 6", 13},
+      {u"Table", block, kRead, "1..2,1..3: 1 2 3 4 5 6", 0},
+      {u"Table", block, kResize, "1..2,1..3: 10 20 30 40 0 0", 0},
+      {u"Table", narrow, kResize, "1..2,1..1: 7 8", 10},
+      {u"Table", line, kRead, "0..3: 9 1 2 4", 13},
+  };
+  for (const auto& r : rows) {
+    for (const Form form : kForms) {
+      const Value range = script_object(r.cells);
+      const Sent sent(range, form);
+      const Answer answer = call(object, r.member, {sent.variant, i4(r.what).v});
+      EXPECT_EQ(answer.scode, r.number == 0 ? S_OK : error_code(r.number)) << ascii(answer.words);
+      EXPECT_EQ(listed(object_of(range).whole.v), r.after) << form;
+      EXPECT_EQ(object_of(range).whole.v.vt, r.cells.v.vt);
+      EXPECT_EQ(sent.variable.v.vt, VT_DISPATCH);
+    }
+  }
+  const Sent n(i4(0), kVariant), b(empty(), kVariant), s(empty(), kVariant);
+  for (const Form form : kForms) {  // only written, and so not read before
+    const Value range = script_object(column);
+    const Sent sent(range, form);
+    EXPECT_EQ(call(object, u"Answer", {n.variant, b.variant, s.variant, sent.variant}).hr, S_OK);
+    EXPECT_EQ(listed(object_of(range).whole.v), "1..4,1..1: 0 0 0 0") << form;
+  }
+}
+
+TEST_F(ScriptObjectsTest, date_objects_are_dates) {
+  const Value words = text(u"Tue Jan 31 06:00:00 UTC 2023");
+  const struct {
+    std::map<std::u16string, Value> answers;
+    double date;
+  } rows[] = {
+      {{{u"getVarDate", date(44957.25)}, {u"getTime", r8(0)}}, 44957.25},
+      // Two hours east of Greenwich, and before day zero, where the time runs forward.
+      {{{u"getTime", r8(1675137600000.0)}, {u"getTimezoneOffset", i4(-120)}}, 44957.25},
+      {{{u"getTime", r8(-2209204800000.0)}, {u"getTimezoneOffset", i4(0)}}, -1.5},
+  };
+  for (const auto& row : rows) {
+    const Value moment = script_object(words, row.answers);
+    const struct {
+      const char16_t* member;
+      Value result;
+    } reads[] = {
+        {u"EchoDate", date(row.date)}, {u"EchoDouble", r8(row.date)}, {u"EchoText", words}};
+    for (const auto& read : reads) {
+      const Answer answer = call(object, read.member, {moment.v});
+      EXPECT_EQ(shown(answer.result.v), shown(read.result.v)) << ascii(answer.words);
+    }
+    const Value column = script_array({r8(0), moment});
+    const Answer answer = call(object, u"Doubles", {column.v, i4(kRead).v});
+    EXPECT_EQ(answer.hr, S_OK) << ascii(answer.words);
+  }
+  EXPECT_EQ(call(object, u"EchoDate", {script_object(words).v}).scode, error_code(13));
+}
+
 TEST_F(ScriptObjectsTest, objects_that_are_no_fitting_arrays_are_refused) {
   const struct {
     const char16_t* member;

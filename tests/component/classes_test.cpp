@@ -36,6 +36,27 @@ TEST(ClassesTest, arrays_of_doubles_and_odd_bounds) {
   }
 }
 
+// Untyped variables: what a member erases is erased, and what it leaves is the host's own.
+TEST(ClassesTest, erased_and_untouched_arrays_of_other_types) {
+  Lines lines;
+  const Instance<IDispatch> object(u"vq140Analyse.ztStatistics", IID_IDispatch);
+  const Sent null(r4(2), kByRef), unset(bare(VT_ARRAY | VT_R4), kByRef), count(i4(5), kByRef);
+  const Sent result(array(VT_R8, 1, {1, 2}), kVariant), ok(boolean(true), kByRef);
+  EXPECT_EQ(call(object.object, u"RemoveNulls",
+                 {null.variant, unset.variant, result.variant, count.variant, ok.variant})
+                .hr,
+            S_OK);
+  EXPECT_EQ(listed(result.variable.v), "none");
+  const Sent mask(array(VT_BOOL, 1, {-1, -1}), kByRef);
+  const Sent x(array(VT_R8, 1, {0.1, 0.2}), kByRef), y(array(VT_R8, 1, {0.3, 0.4}), kVariant);
+  EXPECT_EQ(call(object.object, u"MaskValuesXY",
+                 {mask.variant, x.variant, y.variant, count.variant, ok.variant})
+                .hr,
+            S_OK);
+  EXPECT_EQ(static_cast<double*>(x.variable.v.parray->pvData)[0], 0.1);
+  EXPECT_EQ(static_cast<double*>(y.variable.v.parray->pvData)[1], 0.4);
+}
+
 TEST(ClassesTest, a_trapped_error_is_a_line_and_no_failure) {
   Lines lines;
   const Instance<IIntegrate> integrate(u"vq140Analyse.ztIntegrate", IIntegrate::kIid);
