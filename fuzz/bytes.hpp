@@ -1,6 +1,7 @@
 // The inputs of the fuzzers: programs of operations, each a few chunks of bytes.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>

@@ -1,5 +1,6 @@
 // Calls of members, by name and through the vtable.
 #include "component/class_list.hpp"
+#include "component/exports.hpp"
 #include "world.hpp"
 
 namespace vqmath63::fuzz {
@@ -115,9 +116,8 @@ void World::decode_arguments(const Operation& operation, const MemberInfo& membe
   }
 }
 
-HRESULT World::call_by_vtable(const MemberInfo& member, std::size_t slot, Frame& frame,
-                              bool no_result) {
-  void* places[automation::kMostArguments] = {};
+// The arguments in the types of the interface; a null pointer where one is missing.
+void World::place_arguments(const MemberInfo& member, Frame& frame, void** places) {
   frame.arguments.resize(member.arguments.size());
   for (std::size_t i = 0; i < member.arguments.size(); ++i) {
     const ValueType& type = member.arguments[i].type;
@@ -137,6 +137,12 @@ HRESULT World::call_by_vtable(const MemberInfo& member, std::size_t slot, Frame&
     places[i] = &argument.variable->v.llVal;
     if (type.by_ref && argument.inner.vt == VT_NULL) places[i] = nullptr;
   }
+}
+
+HRESULT World::call_by_vtable(const MemberInfo& member, std::size_t slot, Frame& frame,
+                              bool no_result) {
+  void* places[automation::kMostArguments] = {};
+  place_arguments(member, frame, places);
   const auto function = (*reinterpret_cast<void (***)()>(frame.self))[7 + slot];
   HostVariable result;
   const HRESULT code = as_host([&] {
@@ -159,6 +165,53 @@ HRESULT World::call_by_vtable(const MemberInfo& member, std::size_t slot, Frame&
     require(result.v.llVal == 0, "a failed call has a result");
   }
   return code;
+}
+
+/// Many calls at once, over columns of the arguments' values.
+void World::call_many(const MemberInfo& member, Frame& frame, Bytes& head) {
+  constexpr std::int64_t kMost = 6, kStride = 8;
+  void* places[automation::kMostArguments] = {};
+  place_arguments(member, frame, places);
+  const std::int64_t calls = head.byte() % (kMost + 1);
+  const std::uint8_t odd = head.byte();
+  std::vector<std::int64_t> memory[automation::kMostArguments + 1];
+  std::vector<VqColumn> columns;
+  for (std::size_t i = 0; i < member.arguments.size(); ++i) {
+    const ValueType& type = member.arguments[i].type;
+    VqColumn& column = columns.emplace_back(VqColumn{places[i], 0});
+    if (type.rank > 0 || type.vt == VT_BSTR || places[i] == nullptr || (odd >> i % 8 & 1) != 0) {
+      continue;
+    }
+    memory[i].assign(kMost, frame.arguments[i].variable->v.llVal);
+    for (std::size_t k = 1; k < kMost; ++k) {
+      VARIANT other{};
+      make(head, type, variables, other);
+      if (other.vt == type.vt) memory[i][k] = other.llVal;
+      clear(other);
+    }
+    column = {memory[i].data(), kStride};
+  }
+  memory[automation::kMostArguments].assign(kMost, 0);
+  const VqColumn results{memory[automation::kMostArguments].data(), kStride};
+  VqFailures failures{};
+  WORD flags =
+      member.kind == automation::MemberKind::kPropertyLet ? DISPATCH_PROPERTYPUT : DISPATCH_METHOD;
+  if (odd == 255) flags = head.byte();
+  const HRESULT code = as_host([&] {
+    return VqCallMany(frame.self, member.dispid, flags, calls, columns.data(),
+                      static_cast<UINT>(columns.size()), odd == 254 ? nullptr : &results,
+                      &failures);
+  });
+  require(failures.count >= 0 && failures.count <= calls && failures.first < calls,
+          "more failures than calls");
+  if (member.result.vt == VT_BSTR) {
+    for (const std::int64_t text : memory[automation::kMostArguments]) {
+      SysFreeString(reinterpret_cast<BSTR>(text));
+    }
+  }
+  if (SUCCEEDED(code)) return;
+  IErrorInfo* info = nullptr;
+  if (GetErrorInfo(0, &info) == S_OK) info->Release();
 }
 
 HRESULT World::call_by_name(const ClassInfo& info, const MemberInfo& member, Frame& frame,
@@ -246,12 +299,16 @@ void World::call(Bytes head, const Operation& operation) {
   const MemberInfo& member = info.members[slot];
   const std::uint8_t way = head.byte();
   decode_arguments(operation, member, frame);
-  if ((way & 1) != 0) {
+  if ((way & 3) != 0) {
     for (std::size_t i = 0; i < frame.arguments.size(); ++i) {
       const std::string& chunk = operation[i + 1];
       if (!chunk.empty() && form_of(chunk) >= kMissing) frame.arguments[i].inner.vt = VT_NULL;
     }
-    call_by_vtable(member, slot, frame, (way & 2) != 0);
+    if ((way & 1) != 0) {
+      call_by_vtable(member, slot, frame, (way & 2) != 0);
+    } else {
+      call_many(member, frame, head);
+    }
   } else {
     call_by_name(info, member, frame, operation, head);
   }

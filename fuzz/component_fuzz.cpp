@@ -4,9 +4,19 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <new>
 
 #include "component/exports.hpp"
 #include "world.hpp"
+
+// The sanitizer's own end the program where there is no memory, instead of throwing.
+void* operator new(std::size_t size) {
+  if (void* const block = std::malloc(size)) return block;
+  throw std::bad_alloc();
+}
+void* operator new[](std::size_t size) {
+  return operator new(size);
+}
 
 extern "C" {
 
@@ -14,7 +24,7 @@ HRESULT VQ_API DllCanUnloadNow();
 
 // Memory that no machine has is an answer of the allocator, not the end of the program.
 __attribute__((used, visibility("default"))) const char* __asan_default_options() {
-  return "allocator_may_return_null=1:max_allocation_size_mb=256:detect_stack_use_after_return=0";
+  return "allocator_may_return_null=1:max_allocation_size_mb=256:alloc_dealloc_mismatch=0";
 }
 
 int LLVMFuzzerInitialize(int*, char***) {

@@ -23,6 +23,20 @@ void mutate_chunk(std::string& chunk) {
   chunk.resize(LLVMFuzzerMutate(reinterpret_cast<std::uint8_t*>(chunk.data()), size, chunk.size()));
 }
 
+/// An argument of the member's own type or of another, with few elements and common numbers.
+std::string new_argument(Random& random) {
+  constexpr char kObject = 9;
+  std::string made = {static_cast<char>(below(random, 4)), 0};
+  if (below(random, 2) == 0) made[1] = static_cast<char>(below(random, 256));
+  if (below(random, 6) == 0) made[1] = kObject;
+  made += static_cast<char>(below(random, 2));
+  for (std::size_t i = 0, count = below(random, 24); i < count; ++i) {
+    const std::size_t byte = below(random, 3) == 0 ? 256 : 8;
+    made += static_cast<char>(below(random, 4) == 0 ? 255 : below(random, byte));
+  }
+  return made;
+}
+
 void mutate(Program& program, Random& random) {
   if (program.empty()) program.push_back({std::string(4, '\0')});
   const std::size_t at = below(random, program.size());
@@ -47,8 +61,14 @@ void mutate(Program& program, Random& random) {
     case 5:
       if (operation.size() > 1) operation.pop_back();
       break;
-    case 6:  // the same for another member
-      mutate_chunk(operation[0]);
+    case 6:
+    case 7:
+      if (operation.size() > 1) {
+        operation[1 + below(random, operation.size() - 1)] = new_argument(random);
+      }
+      break;
+    case 8:  // later, when the host is called back
+      operation.insert(operation.begin(), {'\7', static_cast<char>(below(random, 3))});
       break;
     default:
       mutate_chunk(operation[below(random, operation.size())]);

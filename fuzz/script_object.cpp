@@ -21,15 +21,16 @@ class ScriptObject final : public IDispatch {
     }
     HostVariables none;
     ++depth;
-    if (kind_ == kPlainArray) {
-      for (auto& element : elements_) element = of_number(number(bytes));
-    } else {
-      for (auto& element : elements_) {
-        element = std::make_unique<HostVariable>();
-        // Objects within objects: rows, or a value that is an object again.
-        make(bytes, {depth < 4 ? VARTYPE{VT_DISPATCH} : VARTYPE{VT_R8}}, none, element->v);
-        if (element->v.vt == VT_ERROR) element.reset();  // a hole
+    for (auto& element : elements_) {
+      element = std::make_unique<HostVariable>();
+      if (kind_ == kPlainArray) {
+        element->v.vt = VT_R8;
+        element->v.dblVal = number(bytes);
+        continue;
       }
+      // Objects within objects: rows, or a value that is an object again.
+      make(bytes, {depth < 4 ? VARTYPE{VT_DISPATCH} : VARTYPE{VT_R8}}, none, element->v);
+      if (element->v.vt == VT_ERROR) element.reset();  // a hole
     }
     --depth;
     failure_ = kind_ == kFailing ? (bytes.byte() & 1) != 0 ? E_OUTOFMEMORY : E_FAIL : S_OK;
@@ -38,8 +39,6 @@ class ScriptObject final : public IDispatch {
   ~ScriptObject() { --live_script_objects; }
   ScriptObject(const ScriptObject&) = delete;
   ScriptObject& operator=(const ScriptObject&) = delete;
-
-  void grow(std::size_t length) { elements_.resize(length); }
 
   HRESULT VQ_API QueryInterface(REFIID, void** out) override {
     host_moment();
@@ -107,13 +106,6 @@ class ScriptObject final : public IDispatch {
   enum Kind { kPlainArray, kArray, kBox, kDefault, kItself, kFailing, kStrangeLength, kNothing };
   enum : DISPID { kLength = 1, kPush, kSlice, kFirst };
 
-  static std::unique_ptr<HostVariable> of_number(double x) {
-    auto made = std::make_unique<HostVariable>();
-    made->v.vt = VT_R8;
-    made->v.dblVal = x;
-    return made;
-  }
-
   HRESULT read(std::size_t at, VARIANT* result) {
     return elements_[at] ? VariantCopy(result, &elements_[at]->v) : DISP_E_MEMBERNOTFOUND;
   }
@@ -141,10 +133,6 @@ class ScriptObject final : public IDispatch {
 
 IDispatch* new_script_object(Bytes& bytes) {
   return new ScriptObject(bytes);
-}
-
-void grow(IDispatch* object, std::size_t length) {
-  static_cast<ScriptObject*>(object)->grow(length);
 }
 
 }  // namespace vqmath63::fuzz

@@ -14,7 +14,4 @@ extern int live_script_objects;
 /// A new object, with one reference.
 IDispatch* new_script_object(Bytes& bytes);
 
-/// Gives an array object another length, as its script could meanwhile.
-void grow(IDispatch* object, std::size_t length);
-
 }  // namespace vqmath63::fuzz

@@ -5,7 +5,11 @@
 #include "component/exports.hpp"
 #include "world.hpp"
 
-extern "C" HRESULT VQ_API DllInstall(BOOL install, LPCOLESTR words);
+extern "C" {
+HRESULT VQ_API DllRegisterServer();
+HRESULT VQ_API DllUnregisterServer();
+HRESULT VQ_API DllInstall(BOOL install, LPCOLESTR words);
+}
 
 namespace vqmath63::fuzz {
 namespace {
@@ -44,13 +48,7 @@ void use_array(Bytes& head, HostVariable& variable, HostVariable& other) {
       if (copy != nullptr) require(SafeArrayDestroy(copy) == S_OK, "a copy is locked");
       break;
     }
-    case 2: {
-      void* place = nullptr;
-      if (dims <= 4 && SUCCEEDED(SafeArrayPtrOfIndex(array, index, &place))) {
-        static_cast<void>(*static_cast<volatile unsigned char*>(place));
-      }
-      break;
-    }
+    case 2:
     case 3: {
       VARIANT value{};
       void* const place = element == VT_VARIANT || element == VT_DECIMAL
@@ -75,22 +73,27 @@ void use_array(Bytes& head, HostVariable& variable, HostVariable& other) {
       SafeArrayGetUBound(array, head.byte(), &bound);
       SafeArrayGetElemsize(array);
       break;
-    case 6:
-      if (SUCCEEDED(SafeArrayLock(array))) {
+    case 6: {
+      void* data = nullptr;
+      if (SUCCEEDED(SafeArrayAccessData(array, &data))) {
         require(SafeArrayDestroyData(array) == DISP_E_ARRAYISLOCKED, "a lock does not hold");
-        SafeArrayUnlock(array);
+        SafeArrayUnaccessData(array);
       }
       break;
+    }
     case 7:
       if (array != nullptr && array->cLocks == 0) SafeArrayDestroyData(array);
       break;
     case 8: {
-      SAFEARRAYBOUND bounds[4];
-      for (std::size_t i = 0; i < 4; ++i) bounds[i] = {head.byte(), index[i]};
+      SAFEARRAYBOUND bounds[5];
+      for (std::size_t i = 0; i < 5; ++i) bounds[i] = {head.byte(), index[i % 4]};
       if (head.byte() == 255) bounds[0].cElements = head.raw<ULONG>();
       HostVariable made;
       element = type(head);
-      made.v.parray = SafeArrayCreate(element, static_cast<UINT>(head.below(6)), bounds);
+      const std::size_t rank = head.below(6);
+      made.v.parray = rank == 1
+                          ? SafeArrayCreateVector(element, bounds[0].lLbound, bounds[0].cElements)
+                          : SafeArrayCreate(element, static_cast<UINT>(rank), bounds);
       made.v.vt = static_cast<VARTYPE>(VT_ARRAY | element);
       break;
     }
@@ -257,6 +260,8 @@ void World::ask(Bytes head, const Operation& operation) {
   CLSID clsid{};
   CLSIDFromProgID(id.v.bstrVal, &clsid);
   DllInstall(head.byte() & 1, id.v.bstrVal);
+  DllRegisterServer();
+  DllUnregisterServer();
 }
 
 }  // namespace vqmath63::fuzz

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <limits>
 #include <map>
+#include <set>
 
 #include "component/class_list.hpp"
 #include "script_object.hpp"
@@ -39,6 +40,8 @@ const std::vector<std::u16string>& words() {
   static const auto all = [] {
     std::vector<std::u16string> list(std::begin(kWords), std::end(kWords));
     for (const automation::ClassInfo* info : component::classes()) {
+      const std::string id = component::programmatic_id(*info);
+      list.emplace_back(id.begin(), id.end());
       for (const automation::MemberInfo& member : info->members) {
         for (const automation::ArgumentInfo& argument : member.arguments) {
           if (argument.words == nullptr) continue;
@@ -98,12 +101,9 @@ void make_scalar(Bytes& bytes, VARTYPE vt, VARIANT& out) {
       out.decVal = bytes.raw<DECIMAL>();
       out.vt = VT_DECIMAL;
       return;
-    case VT_R4: {
-      // Of what a Single cannot hold the infinity, and the bits of any other.
-      const double wanted = number(bytes);
-      out.fltVal = static_cast<float>(wanted);
+    case VT_R4:
+      out.fltVal = static_cast<float>(number(bytes));
       return;
-    }
     case VT_R8:
     case VT_DATE:
       out.dblVal = number(bytes);
@@ -257,6 +257,11 @@ bool clear(HostVariable& variable) {
   return true;
 }
 
+void clear(VARIANT& value) {
+  HostVariable last;
+  std::swap(last.v, value);
+}
+
 void end_arrays() {
   for (SAFEARRAY* array : borrowed) {  // whose variable a call has given another value
     array->fFeatures &= static_cast<USHORT>(~FADF_STATIC);
@@ -303,9 +308,10 @@ BSTR text(Bytes& bytes) {
   } else {
     characters = words()[tag % words().size()];
   }
-  // A log goes to a file below the working directory.
-  std::replace(characters.begin(), characters.end(), u'/',
-               characters.size() > 1 && tag >= 0xFD ? u'_' : u'/');
+  // A log goes to a file of the working directory.
+  if (characters.size() > 1 && tag >= 0xFD) {
+    std::replace(characters.begin(), characters.end(), u'/', u'_');
+  }
   return SysAllocStringLen(characters.data(), static_cast<UINT>(characters.size()));
 }
 

@@ -1,8 +1,6 @@
 // Values of every kind that a host can hand over, decoded from bytes.
 #pragma once
 
-#include <set>
-
 #include "automation/class_info.hpp"
 #include "bytes.hpp"
 
@@ -32,6 +30,8 @@ struct HostVariable {
 
 /// Takes a variable's value away, unless it is an array that a call holds.
 bool clear(HostVariable& variable);
+/// Takes the value of a variant away that nobody refers to.
+void clear(VARIANT& value);
 
 /// The variables that live as long as a program.
 inline constexpr std::size_t kVariables = 6;

@@ -1,6 +1,8 @@
 #include "world.hpp"
 
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -67,6 +69,7 @@ World::~World() {
   for (HostVariable& variable : variables) clear(variable);
   end_arrays();
   VqSetMessageCallback(nullptr, nullptr);
+  VqSetProcessMessageCallback(nullptr, nullptr);
   world = nullptr;
   require(live_script_objects == 0, "references to objects of the host are left");
   if (wrote_log_) {
@@ -190,6 +193,12 @@ void World::assign(Bytes head, const Operation& operation) {
 void World::set_host_state(Bytes head) {
   const std::uint8_t what = head.byte();
   if ((what & 1) != 0) set_callback((what & 2) == 0);
+  if ((what & 8) != 0) VqSetProcessMessageCallback((what & 16) != 0 ? &take_line : nullptr, this);
+  if ((what & 32) != 0) {
+    HostVariable last;
+    last.v.vt = VT_BSTR;
+    VqLastMessage(what & 64, &last.v.bstrVal);
+  }
   if ((what & 4) != 0 && !keeps_control_) control_ = head.raw<std::uint16_t>() & kControlBits;
 }
 

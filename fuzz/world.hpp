@@ -64,8 +64,10 @@ class World {
   void decode_arguments(const Operation& operation, const automation::MemberInfo& member,
                         Frame& frame);
   void prepare(Bytes& bytes, const ValueType& wanted, Argument& argument);
+  void place_arguments(const automation::MemberInfo& member, Frame& frame, void** places);
   HRESULT call_by_vtable(const automation::MemberInfo& member, std::size_t slot, Frame& frame,
                          bool no_result);
+  void call_many(const automation::MemberInfo& member, Frame& frame, Bytes& head);
   HRESULT call_by_name(const automation::ClassInfo& info, const automation::MemberInfo& member,
                        Frame& frame, const Operation& operation, Bytes& head);
   /// Runs work of the library in the host's floating-point state.

@@ -1,4 +1,6 @@
 // The exported functions of the component.
+#include <algorithm>
+
 #include "automation/call_scope.hpp"
 #include "automation/failure.hpp"
 #include "automation/invoke.hpp"
@@ -20,7 +22,10 @@ using automation::ClassInfo;
 MessageCallback receiver(VqMessageCallback callback, void* context) {
   if (callback == nullptr) return {};
   return [callback, context](const std::string& line, bool flag) {
-    callback(automation::utf16(line).c_str(), flag ? 0 : 1, context);
+    auto text = automation::utf16(line);
+    // The host would take the first for the end of the line.
+    std::replace(text.begin(), text.end(), OLECHAR{0}, OLECHAR{' '});
+    callback(text.c_str(), flag ? 0 : 1, context);
   };
 }
 

@@ -19,7 +19,8 @@ std::shared_ptr<Companion> create(const std::function<std::shared_ptr<Companion>
   std::shared_ptr<Companion> made;
   try {
     const HostCode code;
-    if (maker) made = maker();
+    const auto copy = maker;  // the call may replace the original
+    if (copy) made = copy();
   } catch (...) {
     // Whatever else the maker met, to the library the companion cannot be created.
     const bool memory_ended = fault_in_flight().number() == number_of(ErrorNumber::kOutOfMemory);

@@ -128,13 +128,13 @@ TEST(ClassesTest, the_close_down_line_is_marked) {
   Lines lines;
   const Instance<IDispatch> info(u"vq140Analyse.ztAnalyseInfo", IID_IDispatch);
   const Sent file(empty(), kVariant);
-  const Value message = text(u"Client");
+  const Value message = text({u"The\0client", 10});  // which must not end the line
   const Answer version = get(info.object, u"dllversion", {file.variant, message.v});
   EXPECT_EQ(shown(file.variable.v), shown(text(u"vqmath63.txt").v));
   EXPECT_EQ(call(info.object, u"CloseDown", {}).hr, S_OK);
   const std::string words = ascii(characters(version.result.v.bstrVal));
   EXPECT_EQ(lines.text,
-            (std::vector<std::string>{words + " Client: OK", "vqmath63 v6.3.2436 Close Down"}));
+            (std::vector<std::string>{words + " The client: OK", "vqmath63 v6.3.2436 Close Down"}));
   EXPECT_EQ(lines.close_down, (std::vector<bool>{false, true}));
 }
 

@@ -1,0 +1,51 @@
+#!/bin/bash
+# Which lines and branches of the library the tests reach, by clang's coverage: those of src/ without
+# the command-line host and the program that only the build runs.
+#
+# usage: tools/coverage.sh [--replay] [--show FILE]
+#   --replay     by the corpora of fuzz/ alone; without it by all tests of ctest, the corpora among them
+#   --show FILE  then prints a source with its counts, lines that nothing reaches first
+#
+# Everything is built below build/coverage.
+set -eu
+
+cd "$(dirname "$0")/.."
+. tools/packages.sh
+require_packages clang llvm cmake ninja-build libgtest-dev libcli11-dev
+
+root=$PWD/build/coverage
+tests=(-LE install)
+targets=()
+show=
+while [ $# -gt 0 ]; do
+  case $1 in
+    --replay) tests=(-L fuzz) targets=(--target replay_component) ;;
+    --show) show=$2; shift ;;
+    *) sed -n '2,/^$/s/^# \{0,1\}//p' "$0"; exit 2 ;;
+  esac
+  shift
+done
+
+launcher=()
+! command -v ccache >/dev/null || launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+flags="-O1 -fprofile-instr-generate -fcoverage-mapping"
+cmake --preset clang -B "$root" "${launcher[@]}" -DCMAKE_CXX_FLAGS="$flags" >"$root.log"
+cmake --build "$root" -j "$(nproc)" "${targets[@]}" >>"$root.log"
+
+rm -rf "$root/profiles"
+LLVM_PROFILE_FILE="$root/profiles/%p-%m.profraw" TZ=Asia/Kathmandu LC_ALL=C \
+  ctest --test-dir "$root" -j "$(nproc)" "${tests[@]}" --no-tests=error >>"$root.log" || true
+llvm-profdata merge -sparse "$root"/profiles/*.profraw -o "$root/all.profdata"
+
+programs=()
+for program in "$root"/fuzz/replay_* "$root"/tests/test_* "$root"/src/libvqmath63.so; do
+  if [ -x "$program" ] && [ -f "$program" ]; then programs+=(-object "$program"); fi
+done
+report=("${programs[@]:1}" -instr-profile "$root/all.profdata" -ignore-filename-regex
+  "^($PWD/(tests|fuzz|src/host|src/component/generate)|/usr)")
+llvm-cov report "${report[@]}" | awk '
+  /^Filename/ || /^-/ { next }
+  { printf "%-46s lines %6s of %5d %8s   branches %6s of %5d %8s\n", $1, $8 - $9, $8, $10, $11 - $12, $11, $13 }'
+if [ -n "$show" ]; then
+  llvm-cov show "${report[@]}" -show-branches=count "$show"
+fi
