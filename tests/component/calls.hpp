@@ -14,6 +14,8 @@ struct Member {
   UINT slot = 0;
   Type result;
   std::vector<Type> arguments;
+  std::vector<std::string>
+      fallbacks;  ///< of the arguments that may be left out, as the table has them
 
   bool same_signature(const Member& other) const {
     return result == other.result && arguments == other.arguments;
@@ -51,6 +53,8 @@ class Interfaces {
         const auto words = parts(argument.substr(0, argument.find('=')), ' ');
         member.arguments.push_back(type_of(words.back()));
         member.arguments.back().by_ref = words[0] == "ref";
+        const std::size_t equals = argument.find('=');
+        member.fallbacks.push_back(equals == argument.npos ? "" : argument.substr(equals + 1));
       }
       const std::string kind = fields[2] == "method" ? "call" : fields[2];
       members_[fields[0] + ' ' + kind + ' ' + fields[3]] = member;

@@ -1,6 +1,7 @@
 #!/bin/bash
 # Runs the Windows tests under Wine: registers the component, calls it from VBScript, JScript and
-# C++, runs the transcripts of vqhost.exe, and looks at what registration leaves behind.
+# C++ in every way that the system has, runs the transcripts of vqhost.exe, and looks at what
+# registration leaves behind.
 #
 # usage: run.sh [--can-run] BUILD_DIR [HOST_TESTS]
 #   --can-run   says whether this Wine runs the programs of the build, no more
@@ -9,7 +10,8 @@
 #   HOST_TESTS  the native program that runs the transcripts; by default that of the build "release"
 #               beside BUILD_DIR
 #
-# Prints one line per program, what failed in it, and a closing line; exit status 1 on any failure.
+# Prints one line per program, what failed in it, how many calls each host made, and a closing line;
+# exit status 1 on any failure.
 set -u
 
 only_ask=no
@@ -47,6 +49,7 @@ export WINELOADER=$wine
 mkdir -p "$work/run"
 cd "$work/run" || exit 2
 
+hosts=()  # that made calls, and how many
 programs=0
 checks=0
 failures=0
@@ -89,7 +92,11 @@ run() {  # NAME COMMAND...
     output+=$'\n'"exit status $status"
     failed=1
   fi
-  report "$name" "$said" "$failed" "$(sed -n 's/^calls \([0-9]*\)$/, \1 calls/p' <<<"$output")"
+  local made
+  made=$(sed -n 's/^calls \([0-9]*\)$/, \1 calls/p; s/^left out \([0-9]*\)$/, \1 with tables left out/p' \
+    <<<"$output" | tr -d '\n')
+  [ -z "$made" ] || hosts+=("$name$made")
+  report "$name" "$said" "$failed" "$made"
   if [ "$failed" -ne 0 ]; then
     printf '%s\n' "$output" | grep -v -e '^checks ' -e '^failures ' | sed 's/^/    /'
     tail -n 5 errors.txt | sed 's/^/    /'
@@ -178,7 +185,11 @@ expect ok "register" regsvr32 /s "$dll"
 run "registry: machine" "$clients/registry.exe" machine "$dll"
 run_calls "calls.vbs" cscript //nologo calls.vbs
 run_calls "calls.js" cscript //nologo "$scripts\\calls.js" calls.txt
-run_calls "early_calls" "$clients/early_calls.exe" "$calls" "$interfaces"
+# By name first: what came back there is what the others are held to.
+for way in by_name vtable type_info apartment_vtable apartment_by_name; do
+  run_calls "generic host: $way" "$clients/generic_hosts.exe" "$way" "$calls" "$interfaces" calls.record
+done
+run "odd arguments" "$clients/odd_arguments.exe" "$interfaces"
 run "by_name.vbs" cscript //nologo "$scripts\\by_name.vbs"
 run "by_name.js" cscript //nologo "$scripts\\by_name.js"
 run "early_bound" "$clients/early_bound.exe"
@@ -210,5 +221,6 @@ else
   sed 's/^/    /' output.txt
 fi
 
+printf 'host: %s\n' "${hosts[@]}"
 echo "windows: $programs programs, $checks checks, $failures failures"
 [ "$failures" -eq 0 ]
