@@ -48,6 +48,7 @@ struct ArgumentInfo {
   bool answer = false;        ///< a result: the host's variable only keeps what it held where
                               ///< the member has none
   bool lent = false;          ///< unless it is another value afterwards, it is the host's own
+  bool reduced = false;       ///< of a lent array: the member itself may take elements out
   std::string (*words)() = nullptr;  ///< the words that a text is one of, a line each; null for any
   const NumberNames* numbers = nullptr;  ///< the names of the numbers that mean something, if any
 };

@@ -37,8 +37,7 @@ class HeldArrays {
 ///   re-dimensioned array replaces the host's: in its own element type, or as an array of variants
 ///   where the host's variable held no array (scripts can index no other).
 /// - A range of a sheet, an object whose value is an array, is converted like that array; results
-/// are
-///   put into it as a whole. Its shape is fixed: what they leave of it becomes empty.
+///   are put into it as a whole. Its shape is fixed: what they leave of it becomes empty.
 /// - What is only read is not handed back. What the member only writes is not converted: such a
 ///   variable may hold anything.
 class LateArray final : public LateArgument {

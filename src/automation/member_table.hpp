@@ -12,9 +12,9 @@ namespace vqmath63::automation {
 
 /// An argument by name: one that is read; one that the member only writes, whatever the host's
 /// variable holds before; one that is a result too, but stays what it was where the member comes to
-/// none; one that is read and lent to a companion, or taken as a whole, so that the host's variable
-/// keeps its own value and type unless another value takes its place; an optional one with the
-/// value that a missing argument stands for.
+/// none; one that is read and lent to a companion, so that the host's variable keeps its own value
+/// and type unless the companion writes another; an array whose elements stay the host's own unless
+/// some are taken out; an optional one with the value that a missing argument stands for.
 consteval ArgumentInfo arg(const char* name) {
   return {.name = name};
 }
@@ -26,6 +26,9 @@ consteval ArgumentInfo answer(const char* name) {
 }
 consteval ArgumentInfo lent(const char* name) {
   return {.name = name, .lent = true};
+}
+consteval ArgumentInfo reduced(const char* name) {
+  return {.name = name, .lent = true, .reduced = true};
 }
 /// An argument that is one of some words.
 consteval ArgumentInfo word_arg(const char* name, std::string (*words)()) {

@@ -47,7 +47,7 @@ namespace {
 const char* direction(const ArgumentInfo& argument) {
   if (!argument.type.by_ref) return "in";
   if (argument.type.read_only) return "in,ref";
-  if (argument.lent) return "in,lent";
+  if (argument.lent && !argument.reduced) return "in,lent";
   return argument.only_written || argument.answer ? "out" : "in,out";
 }
 

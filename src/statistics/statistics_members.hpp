@@ -14,6 +14,7 @@ using automation::method;
 using automation::number_arg;
 using automation::optional_arg;
 using automation::out;
+using automation::reduced;
 
 inline constexpr automation::NumberName kQuartileNumbers[] = {
     {"vqLowerQuartile", 1}, {"vqMiddleQuartile", 2}, {"vqUpperQuartile", 3}};
@@ -76,10 +77,10 @@ inline constexpr auto kStatistics = automation::table<ztStatistics>(
     method<&ztStatistics::RemoveNulls>           (44, "RemoveNulls",            {lent("xNull"), arg("xA"), out("xANew"), answer("nANew"), out("qOK")}, "Copies xA without the samples equal to xNull; nANew is the number left."),
     method<&ztStatistics::RemoveNullsXY>         (45, "RemoveNullsXY",          {lent("xNull"), arg("xA"), arg("xB"), out("xANew"), out("xBNew"), answer("NewLength"), out("qOK")}, "Copies two arrays without the rows in which one equals xNull."),
     method<&ztStatistics::RemoveNullsXYZ>        (46, "RemoveNullsXYZ",         {lent("xNull"), arg("xA"), arg("xB"), arg("xC"), out("xANew"), out("xBNew"), out("xCNew"), answer("NewLength"), out("qOK")}, "Copies three arrays without the rows in which one equals xNull."),
-    method<&ztStatistics::RemoveNullValues>      (47, "RemoveNullValues",       {lent("dNull"), number_arg("iNull", kNullRows), lent("dX"), lent("dY"), answer("nRows"), out("qOK")}, "Removes the rows in which one of two arrays equals dNull, in place; only counts them when iNull is 0."),
-    method<&ztStatistics::RemoveNullValuesXYZ>   (48, "RemoveNullValuesXYZ",    {lent("dNull"), number_arg("iNull", kNullRows), lent("dX"), lent("dY"), lent("dZ"), answer("nRows"), out("qOK")}, "Removes the rows in which one of three arrays equals dNull, in place; only counts them when iNull is 0."),
-    method<&ztStatistics::MaskValuesXY>          (49, "MaskValuesXY",           {lent("qMask"), lent("dX"), lent("dY"), answer("nRows"), out("qOK"), optional_arg("qFlag", true)}, "Keeps the rows of two arrays whose mask entry is True, in place; qFlag is ignored."),
-    method<&ztStatistics::MaskValuesXYZ>         (50, "MaskValuesXYZ",          {lent("qMask"), lent("dX"), lent("dY"), lent("dZ"), answer("nRows"), out("qOK"), optional_arg("qFlag", true)}, "Keeps the rows of three arrays whose mask entry is True, in place; qFlag is ignored."),
+    method<&ztStatistics::RemoveNullValues>      (47, "RemoveNullValues",       {lent("dNull"), number_arg("iNull", kNullRows), reduced("dX"), reduced("dY"), answer("nRows"), out("qOK")}, "Removes the rows in which one of two arrays equals dNull, in place; only counts them when iNull is 0."),
+    method<&ztStatistics::RemoveNullValuesXYZ>   (48, "RemoveNullValuesXYZ",    {lent("dNull"), number_arg("iNull", kNullRows), reduced("dX"), reduced("dY"), reduced("dZ"), answer("nRows"), out("qOK")}, "Removes the rows in which one of three arrays equals dNull, in place; only counts them when iNull is 0."),
+    method<&ztStatistics::MaskValuesXY>          (49, "MaskValuesXY",           {lent("qMask"), reduced("dX"), reduced("dY"), answer("nRows"), out("qOK"), optional_arg("qFlag", true)}, "Keeps the rows of two arrays whose mask entry is True, in place; qFlag is ignored."),
+    method<&ztStatistics::MaskValuesXYZ>         (50, "MaskValuesXYZ",          {lent("qMask"), reduced("dX"), reduced("dY"), reduced("dZ"), answer("nRows"), out("qOK"), optional_arg("qFlag", true)}, "Keeps the rows of three arrays whose mask entry is True, in place; qFlag is ignored."),
     method<&ztStatistics::SumOfSquareDifferences>(51, "SumOfSquareDifferences", {arg("xA"), arg("yA")}, "Sum of the squared differences of two arrays; 0 for unequal upper bounds."),
     method<&ztStatistics::ChiSquared>            (52, "ChiSquared",             {arg("xObserved"), arg("xExpected"), arg("nConstraints"), answer("ChiSq"), answer("Probability"), out("qOK")}, "Chi squared of observed against expected counts and the chance of a larger one."),
     method<&ztStatistics::Chi2Squared>           (53, "Chi2Squared",            {arg("xA"), arg("yA"), arg("nConstraints"), answer("ChiSq"), answer("Probability"), out("qOK")}, "Chi squared of two sets of counts and the chance of a larger one."),
