@@ -86,6 +86,28 @@ int main(int count, char** words) {
   measure("property let by name", [&] {
     accumulate->Invoke(3, GUID{}, 0, DISPATCH_PROPERTYPUT, &params, nullptr, nullptr, nullptr);
   });
+  ITypeInfo* info = nullptr;
+  if (FAILED(accumulate->GetTypeInfo(0, 0, &info))) return 2;
+  measure("the same by the system's", [&] {
+    info->Invoke(accumulate, 3, DISPATCH_PROPERTYPUT, &params, nullptr, nullptr, nullptr);
+  });
+  info->Release();
+
+  void* volatile room = nullptr;
+  measure("an allocation", [&] {
+    room = std::malloc(64);
+    std::free(room);
+  });
+  const auto get = reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**)>(
+      reinterpret_cast<void*>(GetProcAddress(component, "DllGetClassObject")));
+  IClassFactory* factory = nullptr;
+  get(CLSID_ztPetroleum, IID_IClassFactory, reinterpret_cast<void**>(&factory));
+  measure("create and release", [&] {
+    IUnknown* made = nullptr;
+    factory->CreateInstance(nullptr, IID_IUnknown, reinterpret_cast<void**>(&made));
+    made->Release();
+  });
+  factory->Release();
   maths->Release();
   accumulate->Release();
   return 0;
