@@ -1,11 +1,12 @@
 // Reads the committed values of the mathematical functions and calls a function by its name.
 #pragma once
 
-#include <algorithm>
 #include <cmath>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "frame/test_table.hpp"
@@ -38,99 +39,46 @@ inline std::vector<SpecialCase> special_cases(const std::string& kind) {
   return cases;
 }
 
-struct NamedFunction {
-  const char* name;
-  double (*call)(const ztMathLib& lib, double a, double b, double x);
-};
+using M = ztMathLib;
 
-/// The members by name, over the columns a, b and x of a row.
+/// The member's value over the columns a, b and x of a row: of x, or of a when that is a count; of
+/// a and b, or a and x in the incomplete Gamma functions; or of all three.
+template <class R, class A, class... More>
+double value_of(R (M::*f)(A, More...) const, const SpecialCase& row) {
+  using T = std::decay_t<A>;
+  const M lib;
+  if constexpr (sizeof...(More) == 2) {
+    return (lib.*f)(row.a, row.b, row.x);
+  } else if constexpr (sizeof...(More) == 1) {
+    const double second = row.function.starts_with("Gamma_") ? row.x : row.b;
+    return (lib.*f)(static_cast<T>(row.a), static_cast<T>(second));
+  } else {
+    return (lib.*f)(static_cast<T>(std::is_integral_v<T> ? row.a : row.x));
+  }
+}
+
+/// The value of the member that the row names.
 inline double evaluate(const SpecialCase& row) {
-#define VQ_OF_X(name)                                                                 \
-  {                                                                                   \
-#name, [](const ztMathLib& lib, double, double, double x) { return lib.name(x); } \
-  }
-#define VQ_OF_AB(name)                                                                            \
-  {                                                                                               \
-#name,                                                                                        \
-        [](const ztMathLib& lib, double a, double b, double) -> double { return lib.name(a, b); } \
-  }
-#define VQ_OF_COUNTS(name)                                                                        \
-  {                                                                                               \
-#name,                                                                                          \
-        [](const ztMathLib& lib, double a, double b,                                                \
-           double) -> double { return lib.name(static_cast<std::int32_t>(a), static_cast<std::int32_t>(b)); } \
-  }
-#define VQ_OF_AX(name)                                                                     \
-  {                                                                                        \
-#name, [](const ztMathLib& lib, double a, double, double x) { return lib.name(a, x); } \
-  }
-#define VQ_OF_ABX(name)                                                                         \
-  {                                                                                             \
-#name, [](const ztMathLib& lib, double a, double b, double x) { return lib.name(a, b, x); } \
-  }
-  static constexpr NamedFunction kFunctions[] = {
-      VQ_OF_X(aLog),
-      VQ_OF_X(aLog10),
-      VQ_OF_X(Ln),
-      VQ_OF_X(Log10),
-      VQ_OF_X(sine),
-      VQ_OF_X(cosine),
-      VQ_OF_X(acos),
-      VQ_OF_X(asin),
-      VQ_OF_X(acot),
-      VQ_OF_X(acsc),
-      VQ_OF_X(asec),
-      VQ_OF_X(cot),
-      VQ_OF_X(csc),
-      VQ_OF_X(Sec),
-      VQ_OF_X(sinh),
-      VQ_OF_X(cosh),
-      VQ_OF_X(tanh),
-      VQ_OF_X(coth),
-      VQ_OF_X(csch),
-      VQ_OF_X(sech),
-      VQ_OF_X(asinh),
-      VQ_OF_X(acosh),
-      VQ_OF_X(atanh),
-      VQ_OF_X(acoth),
-      VQ_OF_X(acsch),
-      VQ_OF_X(asech),
-      VQ_OF_X(Cube_Root),
-      VQ_OF_X(cubed),
-      VQ_OF_X(Squared),
-      VQ_OF_X(Square_Root),
-      VQ_OF_X(RTD),
-      VQ_OF_X(DTR),
-      VQ_OF_X(Gamma),
-      VQ_OF_X(LoGamma),
-      VQ_OF_X(Erf),
-      VQ_OF_AB(beta),
-      VQ_OF_AB(Max),
-      VQ_OF_AB(Min),
-      VQ_OF_AB(Sign),
-      VQ_OF_AB(Quadrant),
-      VQ_OF_AB(x_to_Power_y),
-      VQ_OF_AB(y_Root_of_X),
-      VQ_OF_COUNTS(Factor),
-      VQ_OF_COUNTS(Combination),
-      VQ_OF_COUNTS(Permutation),
-      VQ_OF_AX(Gamma_P),
-      VQ_OF_AX(Gamma_CF),
-      VQ_OF_AX(Gamma_Series),
-      VQ_OF_ABX(Beta_CF),
-      VQ_OF_ABX(BetaI),
-      {"Factorial", [](const ztMathLib& lib, double a, double, double) {
-         return lib.Factorial(static_cast<std::int32_t>(a));
-       }}};
-#undef VQ_OF_X
-#undef VQ_OF_AB
-#undef VQ_OF_COUNTS
-#undef VQ_OF_AX
-#undef VQ_OF_ABX
-  const auto found = std::find_if(std::begin(kFunctions), std::end(kFunctions),
-                                  [&](const NamedFunction& f) { return row.function == f.name; });
-  if (found == std::end(kFunctions)) throw std::invalid_argument("unknown " + row.function);
-  return found->call(ztMathLib(), row.a, row.b, row.x);
+  const auto try_all = [&](auto... named) {
+    double value = 0;
+    const auto is_it = [&](const auto& one) {
+      if (row.function != one.first) return false;
+      value = value_of(one.second, row);
+      return true;
+    };
+    if (!(is_it(named) || ...)) throw std::invalid_argument("unknown " + row.function);
+    return value;
+  };
+#define VQ(name) std::pair(#name, &M::name)
+  return try_all(VQ(aLog), VQ(aLog10), VQ(Ln), VQ(Log10), VQ(sine), VQ(cosine), VQ(acos), VQ(asin),
+                 VQ(acot), VQ(acsc), VQ(asec), VQ(cot), VQ(csc), VQ(Sec), VQ(sinh), VQ(cosh),
+                 VQ(tanh), VQ(coth), VQ(csch), VQ(sech), VQ(asinh), VQ(acosh), VQ(atanh), VQ(acoth),
+                 VQ(acsch), VQ(asech), VQ(Cube_Root), VQ(cubed), VQ(Squared), VQ(Square_Root),
+                 VQ(RTD), VQ(DTR), VQ(Gamma), VQ(LoGamma), VQ(Erf), VQ(Factorial), VQ(beta),
+                 VQ(Max), VQ(Min), VQ(Sign), VQ(Quadrant), VQ(x_to_Power_y), VQ(y_Root_of_X),
+                 VQ(Factor), VQ(Combination), VQ(Permutation), VQ(Gamma_P), VQ(Gamma_CF),
+                 VQ(Gamma_Series), VQ(Beta_CF), VQ(BetaI));
+#undef VQ
 }
 
 }  // namespace vqmath63
