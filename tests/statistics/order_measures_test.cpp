@@ -1,4 +1,6 @@
 // Median, mode and quartiles: hand-worked values, what may surprise, failing sorts, memory.
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <new>
@@ -8,34 +10,29 @@
 
 namespace {
 
-// Bytes of arrays in use and their peak. Each block is preceded by its size.
+// Bytes of arrays in use and their peak.
 std::size_t in_use = 0;
 std::size_t peak = 0;
-constexpr std::size_t kHead = alignof(std::max_align_t);
 
 }  // namespace
 
 // Every form that the library's arrays and its sort use.
 [[gnu::noinline]] void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  void* block = std::malloc(size + kHead);
-  if (block == nullptr) return nullptr;
-  *static_cast<std::size_t*>(block) = size;
-  in_use += size;
-  peak = in_use > peak ? in_use : peak;
-  return static_cast<char*>(block) + kHead;
+  void* block = std::malloc(size);
+  in_use += malloc_usable_size(block);
+  peak = std::max(peak, in_use);
+  return block;
 }
 [[gnu::noinline]] void* operator new[](std::size_t size) {
   void* block = operator new[](size, std::nothrow);
   return block != nullptr ? block : throw std::bad_alloc();
 }
-[[gnu::noinline]] void operator delete[](void* pointer) noexcept {
-  if (pointer == nullptr) return;
-  void* block = static_cast<char*>(pointer) - kHead;
-  in_use -= *static_cast<std::size_t*>(block);
+[[gnu::noinline]] void operator delete[](void* block) noexcept {
+  in_use -= malloc_usable_size(block);
   std::free(block);
 }
-[[gnu::noinline]] void operator delete[](void* pointer, std::size_t) noexcept {
-  operator delete[](pointer);
+[[gnu::noinline]] void operator delete[](void* block, std::size_t) noexcept {
+  operator delete[](block);
 }
 
 namespace vqmath63 {
@@ -96,38 +93,18 @@ TEST_F(OrderMeasuresTest, bad_arrays_are_one_line_and_zero) {
   }
 }
 
-struct BadSort final : ztSortTools {
-  explicit BadSort(std::function<void(A&, bool&)> how) : how_(std::move(how)) {}
-  void SortAscending(A& values, bool& qOK) override { how_(values, qOK); }
-  std::function<void(A&, bool&)> how_;
-};
-
-TEST_F(OrderMeasuresTest, failing_sorts) {
-  struct Row {
-    const char* name;
-    std::function<void(A&, bool&)> sort;
-    float median, mode, quartile;
-    const char* numbers;  // of the three in turn
-  } const rows[] = {
-      {"says nothing", [](A&, bool&) {}, 4, 4, 0, ""},
-      {"raises", [](A&, bool&) { throw Fault(70); }, 0, 0, 0, "70 70 70"},
-      {"fails by result", [](A&, bool&) { raise_companion_failure(-2147024809); }, 0, 0, 0,
-       "-2147024809 -2147024809 -2147024809"},
-      {"throws anything", [](A&, bool&) { throw 1; }, 0, 0, 0,
-       "-2147467259 -2147467259 -2147467259"},
-      {"returns too few", [](A& a, bool& ok) { a.redim(1, 1), ok = true; }, 0, 0, 0, "9 9 9"},
-      {"returns none", [](A& a, bool& ok) { a.erase(), ok = true; }, 0, 0, 0, "9 9 9"},
+TEST_F(OrderMeasuresTest, quartiles_alone_ask_whether_the_sort_did_well) {
+  struct BadSort final : ztSortTools {
+    void SortAscending(A&, bool&) override {}
   };
-  for (const Row& row : rows) {
-    companion_makers().SortTools = [&] { return std::make_shared<BadSort>(row.sort); };
-    ztStatistics z;
-    A x = samples({4, 1, 3, 2, 5});
-    std::int32_t third = 3;
-    EXPECT_EQ(z.Median(x), row.median) << row.name;
-    EXPECT_EQ(z.Mode(x), row.mode) << row.name;
-    EXPECT_EQ(z.Quartile(x, third), row.quartile) << row.name;
-    EXPECT_EQ(numbers_of(taken()), row.numbers) << row.name;
-  }
+  companion_makers().SortTools = [] { return std::make_shared<BadSort>(); };
+  ztStatistics z;
+  A x = samples({4, 1, 3, 2, 5});
+  std::int32_t third = 3;
+  EXPECT_EQ(z.Median(x), 4);
+  EXPECT_EQ(z.Mode(x), 4);
+  EXPECT_EQ(z.Quartile(x, third), 0);
+  EXPECT_TRUE(lines.empty());
 }
 
 TEST_F(OrderMeasuresTest, statistics_needs_a_copy_and_a_scratch_of_its_size) {
