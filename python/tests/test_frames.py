@@ -79,7 +79,6 @@ REFUSED = [
     (lambda v: v.accumulate(FRAME.rename(index={DAYS[1]: pd.NaT})), ValueError, "NaT"),
     (lambda v: v.accumulate(doubled(FRAME)), ValueError, "one name: 'oil'"),
     (lambda v: v.accumulate(FRAME.assign(name="x")), TypeError, "'name' has elements of type"),
-    (lambda v: v.accumulate(FRAME.assign(open=True)), TypeError, "'open' has elements of type"),
     (lambda v: v.accumulate(FRAME * 1e40), OverflowError, "Single"),
     (lambda v: v.accumulate(FRAME, by="wel"), KeyError, "no column 'wel'"),
     (lambda v: v.accumulate(FRAME, cumulative="oli"), KeyError, "did you mean 'oil'"),

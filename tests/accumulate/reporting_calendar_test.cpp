@@ -2,7 +2,6 @@
 #include <chrono>
 #include <cmath>
 
-#include "accumulate/accumulate_array.hpp"
 #include "accumulate/profile.hpp"
 #include "frame/companion_fixture.hpp"
 #include "frame/test_table.hpp"
@@ -94,31 +93,6 @@ TEST_F(ReportingCalendarTest, a_boundary_is_the_nearest_sample_of_several) {
     EXPECT_NEAR(got[0][1], value, 1e-3);  // between samples the Singles of their minutes are felt
     EXPECT_EQ(got[1][1], 20);
   });
-}
-
-TEST_F(ReportingCalendarTest, the_working_table_has_a_row_at_each_boundary) {
-  Array2<float> data = table_of({{0, 1, 0}, {10, 4, 40}, {30, 2, 100}, {30, 8, 108}, {40, 6, 168}});
-  Array1<Boolean> flags = flags_of({true, true, false});
-  std::string day = "DAY", week = "days";
-  Array1<std::int32_t> start_row, end_row;
-  Array2<float> work;
-  bool ok = false, flag = false;
-  std::int32_t rule = 77;
-  SetAccumulateArray(data, flags, 1, day, 10.0F, week, {105}, {100}, start_row, end_row, work, ok,
-                     rule, flag);
-  EXPECT_TRUE(ok);
-  EXPECT_EQ(rows_of(work), (Rows{{0, 4, 20},  // between samples: next rate, cumulative half-way
-                                 {5, 4, 40},
-                                 {10, 2, 55},
-                                 {20, 2, 85},
-                                 {25, 2, 100},
-                                 {25, 8, 108},
-                                 {30, 6, 138},
-                                 {35, 6, 168}}));
-  EXPECT_EQ(contents(start_row), (std::vector<std::int32_t>{1, 3, 4, 7}));
-  EXPECT_EQ(contents(end_row), (std::vector<std::int32_t>{3, 4, 7, 8}));
-  EXPECT_EQ(rule, 77);
-  EXPECT_FALSE(flag);
 }
 
 TEST_F(ReportingCalendarTest, what_cannot_be_reported_is_one_line) {

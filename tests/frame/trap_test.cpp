@@ -34,11 +34,6 @@ TEST_F(TrapTest, a_failure_is_one_line_and_leaves_what_was_built) {
   EXPECT_EQ(lines.size(), 3U);
 }
 
-TEST_F(TrapTest, one_location_has_three_blanks) {
-  const Location where{"ztCommonClassVars", "CLOSEALLCOMMONGLOBALS", "   "};
-  EXPECT_EQ(where.text(), "In [ztCommonClassVars (Code)   (CLOSEALLCOMMONGLOBALS)] ");
-}
-
 TEST_F(TrapTest, failures_share_one_sink_until_the_reference_is_released) {
   fail_halfway();
   fail_halfway();

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <limits>
 
+#include "frame/arrays.hpp"
 #include "frame/companion_fixture.hpp"
 #include "mathlib/special_cases.hpp"
 
@@ -19,19 +20,17 @@ double argument(std::string text) {
   return std::nextafter(number(text), last == '>' ? infinity : -infinity);
 }
 
-// The error lines for "5 Gamma, 6 Beta", each a number and the routine that reports it.
-std::vector<std::string> error_lines(const std::string& failures) {
-  std::vector<std::string> lines;
-  std::istringstream text(failures);
-  for (std::string failure; std::getline(text >> std::ws, failure, ',');) {
-    const std::size_t blank = failure.find(' ');
-    const std::size_t dot = failure.find('.');
-    const std::string module =
-        dot == std::string::npos ? "ztMathLib" : failure.substr(blank + 1, dot - blank - 1);
-    const std::string routine = failure.substr((dot == std::string::npos ? blank : dot) + 1);
-    const std::string error = failure.substr(0, blank);
-    lines.push_back("Error:" + std::string(error_text(std::stoi(error))) + " (No." + error +
-                    ") In [" + module + " (Code) (" + routine + ")] ");
+// The error lines for "5 Gamma, 6 Module.Beta", each a number and the routine that reports it.
+Lines error_lines(const std::string& failures) {
+  Lines lines;
+  for (const std::string& failure : split(failures, ',')) {
+    std::int32_t error = 0;
+    std::string routine;
+    std::istringstream(failure) >> error >> routine;
+    const std::size_t dot = routine.find('.');
+    const std::string module = dot == routine.npos ? "ztMathLib" : routine.substr(0, dot);
+    routine.erase(0, dot + 1);  // all of it without a dot
+    lines.push_back(error_line(error, module + " (Code) (" + routine + ")"));
   }
   return lines;
 }

@@ -33,23 +33,6 @@ TEST_F(LiveOilTest, saturation_takes_a_hair_above) {
   EXPECT_TRUE(lines.empty());
 }
 
-TEST_F(LiveOilTest, is_continuous_where_the_curves_are_alike) {
-  // Across saturation, and along the primary through a curve of the table.
-  int count = 0;
-  for (float primary = 6; primary < 44; primary += 0.37F, ++count) {
-    const float saturation = 10 * primary;
-    const float below = live(kOil, primary, saturation * 0.99999F).factor;
-    const float above = live(kOil, primary, saturation * 1.00001F).factor;
-    EXPECT_NEAR(above, below, 0.003 * saturation * 2e-5 + 2e-7) << primary;
-  }
-  EXPECT_EQ(count, 103);
-  for (const float pressure : {150.0F, 210.0F, 230.0F, 255.0F}) {
-    const float at = live(kOil, 20, pressure).factor;
-    EXPECT_NEAR(live(kOil, std::nextafter(20.0F, 0.0F), pressure).factor, at, 1e-6) << pressure;
-  }
-  EXPECT_TRUE(lines.empty());
-}
-
 TEST_F(LiveOilTest, bad_tables) {
   each_row("petroleum.tsv", "bad live oil", 30, [&](const TableRow& row) {
     Table table = live_table(row["table"]);
