@@ -27,13 +27,8 @@ TEST(CommonMaths, angles_are_in_the_half_open_circle) {
   EXPECT_EQ(maths.ArcTan(-INFINITY), -kPi / 2);
 }
 
-TEST(CommonMaths, polar_and_rectangular_are_inverse) {
+TEST(CommonMaths, polar_and_rectangular_at_their_limits) {
   double x = 0, y = 0, radius = 0, theta = 0;
-  maths.RectangularToPolar(-3, 4, radius, theta);
-  EXPECT_EQ(radius, 5.0);
-  maths.PolarToRectangular(radius, theta + 8 * kPi, x, y);  // any angle will do
-  EXPECT_NEAR(x, -3, 1e-13);
-  EXPECT_NEAR(y, 4, 1e-13);
   maths.RectangularToPolar(1e308, 1e308, radius, theta);
   EXPECT_DOUBLE_EQ(radius, std::numbers::sqrt2 * 1e308);
   EXPECT_EQ(fault_of([&] { maths.RectangularToPolar(1.7e308, 1.7e308, radius, theta); }), 6);

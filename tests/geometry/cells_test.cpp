@@ -1,8 +1,7 @@
 // Points in cells and segments through them: the zoo of cells, what may surprise, failures.
 #include <cmath>
-#include <fstream>
-#include <sstream>
 
+#include "frame/test_table.hpp"
 #include "geometry/shapes.hpp"
 #include "mathlib/math_lib.hpp"
 
@@ -51,9 +50,7 @@ TEST_F(CellsTest, zoo) {
   std::string name;
   int points = 0, exact = 0, segments = 0;
   for (std::string line; std::getline(file, line);) {
-    std::vector<std::string> fields;
-    std::istringstream row(line);
-    for (std::string field; std::getline(row, field, '\t');) fields.push_back(field);
+    const std::vector<std::string> fields = split(line, '\t');
     if (fields[0] == "cell") {
       name = fields[1];
       const std::vector<Point3D> all = points_of(fields[2]);

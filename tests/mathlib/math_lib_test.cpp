@@ -1,9 +1,8 @@
-// ztMathLib as a class: companions and location texts.
+// ztMathLib as a class: its companion.
 #include "mathlib/math_lib.hpp"
 
 #include "frame/arrays.hpp"
 #include "frame/companion_fixture.hpp"
-#include "mathlib/locations.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -41,19 +40,6 @@ TEST_F(MathLibTest, members_fail_with_their_companion_under_their_own_location) 
 TEST_F(MathLibTest, whole_doubles_go_beyond_a_long) {
   EXPECT_EQ(lib.dCeil(1e300), 1e300);
   EXPECT_EQ(lib.dFloor(-1e300), -1e300);
-}
-
-TEST_F(MathLibTest, location_texts_that_no_failure_can_show) {
-  const std::pair<Location, const char*> rows[] = {
-      {locations::kSquare_Root, "In [ztMathLib (Code) (Square_Root] "},
-      {locations::kCube_Root, "In [ztMathLib (Code) (cube_root)] "},
-      {locations::kDTR, "In [ztMathLib (Code) (DTR)] "},
-      {locations::kErf, "In [ztMathLib (Code) (Erf)] "},
-      {locations::kLn, "In [ztMathLib (Code) (Ln)] "},
-      {locations::kMax, "In [ztMathLib (Code) (Max)] "},
-      {locations::kCombination, "In [ztMathLib (Code) (Combination)] "},
-  };
-  for (const auto& [location, want] : rows) EXPECT_EQ(location.text(), want);
 }
 
 }  // namespace
