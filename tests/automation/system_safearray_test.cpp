@@ -4,6 +4,7 @@
 #include <numeric>
 #include <vector>
 
+#include "counted_memory.hpp"
 #include "system_fakes.hpp"
 
 namespace vqmath63::automation::system::test {
@@ -128,122 +129,78 @@ TEST(SystemSafeArray, WhatCannotBeIsRefused) {
 
 TEST(SystemSafeArray, EmptyArraysHaveBoundsAndNoElements) {
   const Array array{make(VT_BSTR, {{0, 0}, {0xFFFFFFFFu, -2147483647 - 1}})};
-  EXPECT_EQ(bounds_of(array, 1), "0..-1");
-  void* data = nullptr;
-  EXPECT_EQ(SafeArrayAccessData(array, &data), S_OK);
-  EXPECT_NE(data, nullptr);
-  EXPECT_EQ(SafeArrayUnaccessData(array), S_OK);
-  LONG at[] = {0, 0};
-  EXPECT_EQ(SafeArrayPtrOfIndex(array, at, &data), DISP_E_BADINDEX);
   const Array copy{copy_of(array)};
   EXPECT_EQ(bounds_of(copy, 1), "0..-1");
+  EXPECT_NE(copy->pvData, nullptr);
+  LONG at[] = {0, 0};
+  void* place = nullptr;
+  EXPECT_EQ(SafeArrayPtrOfIndex(array, at, &place), DISP_E_BADINDEX);
 }
 
 TEST(SystemSafeArray, NullArgumentsAreAnswered) {
   const Array array{SafeArrayCreateVector(VT_R4, 0, 1)};
   LONG at[] = {0};
-  void* place = nullptr;
-  VARTYPE vt = 0;
   float value = 0;
-  SAFEARRAYBOUND bound{1, 0};
   const HRESULT refused[] = {SafeArrayDestroyData(nullptr),
-                             SafeArrayRedim(nullptr, &bound),
                              SafeArrayRedim(array, nullptr),
                              SafeArrayGetLBound(array, 1, nullptr),
-                             SafeArrayGetUBound(nullptr, 1, at),
+                             SafeArrayGetUBound(array, 1, nullptr),
                              SafeArrayAccessData(array, nullptr),
-                             SafeArrayLock(nullptr),
-                             SafeArrayUnlock(nullptr),
                              SafeArrayGetElement(array, nullptr, &value),
                              SafeArrayGetElement(array, at, nullptr),
                              SafeArrayPutElement(array, at, nullptr),
                              SafeArrayPutElement(array, nullptr, &value),
-                             SafeArrayPtrOfIndex(nullptr, at, &place),
-                             SafeArrayPtrOfIndex(array, nullptr, &place),
+                             SafeArrayPtrOfIndex(array, nullptr, reinterpret_cast<void**>(at)),
                              SafeArrayPtrOfIndex(array, at, nullptr),
-                             SafeArrayCopy(array, nullptr),
-                             SafeArrayGetVartype(nullptr, &vt)};
+                             SafeArrayCopy(array, nullptr)};
   for (const HRESULT& hr : refused) EXPECT_EQ(hr, E_INVALIDARG) << "number " << &hr - refused;
-  EXPECT_EQ(SafeArrayDestroy(nullptr), S_OK);
-  EXPECT_EQ(SafeArrayGetDim(nullptr), 0u);
-  EXPECT_EQ(SafeArrayGetElemsize(nullptr), 0u);
-  EXPECT_EQ(copy_of(nullptr), nullptr);
   EXPECT_EQ(array->cLocks, 0u) << "no failed call leaves a lock";
 }
 
-TEST(SystemSafeArray, ElementsOwnTheirInterfaces) {
-  CountingObject a, b;
-  {
-    const Array array{SafeArrayCreateVector(VT_DISPATCH, 1, 3)};
-    EXPECT_EQ(put(array, 1, static_cast<IDispatch*>(&a)), S_OK);
-    EXPECT_EQ(put(array, 1, static_cast<IDispatch*>(&a)), S_OK);
-    EXPECT_EQ(a.references, 1);
-    EXPECT_EQ(put(array, 3, static_cast<IDispatch*>(&b)), S_OK);
-    IDispatch* got = nullptr;
-    EXPECT_EQ(get(array, 3, &got), S_OK);
-    EXPECT_EQ(got, &b);
-    EXPECT_EQ(b.references, 2);
-    got->Release();
-
-    const Array copy{copy_of(array)};
-    EXPECT_EQ(type_of(copy), VT_DISPATCH);
-    EXPECT_TRUE(a.references == 2 && b.references == 2);
-    EXPECT_EQ(resize(copy, {2, 1}), S_OK);
-    EXPECT_TRUE(a.references == 2 && b.references == 1);
-    EXPECT_EQ(put(copy, 1, nullptr), S_OK);
-    EXPECT_EQ(a.references, 1);
+// As elements of their own type, and within variants.
+TEST(SystemSafeArray, ElementsOwnWhatTheyHold) {
+  for (const VARTYPE kind : {VT_DISPATCH, VT_BSTR}) {
+    for (const VARTYPE element : {kind, VARTYPE{VT_VARIANT}}) {
+      const long blocks = automation::test::counted_memory().blocks;
+      CountingObject a;
+      const auto expect_references = [&](int want) {
+        EXPECT_EQ(a.references, kind == VT_DISPATCH ? want : 0) << element;
+      };
+      {
+        Value value = kind == VT_DISPATCH ? object(a) : text({u"a\0b", 3}), got = bare(kind), none;
+        const bool whole = element == VT_VARIANT;
+        void* const place = whole ? static_cast<void*>(&got.v) : &got.v.byref;
+        const Array array{SafeArrayCreateVector(element, 1, 3)};
+        for (const LONG at : {1, 1, 3}) {
+          EXPECT_EQ(put(array, at, whole ? static_cast<void*>(&value.v) : value.v.byref), S_OK);
+        }
+        EXPECT_EQ(get(array, 3, place), S_OK);
+        EXPECT_EQ(shown(got.v), shown(value.v));
+        expect_references(4);
+        const Array copy{copy_of(array)};
+        EXPECT_EQ(type_of(copy), element);
+        expect_references(6);
+        EXPECT_EQ(resize(copy, {2, 1}), S_OK);
+        expect_references(5);
+        void* own = whole ? copy->pvData : *copy.data<void*>();
+        EXPECT_EQ(put(copy, 1, own), S_OK) << "what it holds";
+        expect_references(5);
+        EXPECT_EQ(put(copy, 1, whole ? static_cast<void*>(&none.v) : nullptr), S_OK);
+        expect_references(4);
+        EXPECT_EQ(SafeArrayDestroyData(array), S_OK);
+        expect_references(2);
+        Value left = bare(VT_I8);
+        EXPECT_EQ(get(array, 1, &left.v), E_UNEXPECTED);
+        const Array nothing{copy_of(array)};
+        EXPECT_TRUE(array->pvData == nullptr && nothing->pvData == nullptr);
+        EXPECT_EQ(resize(array, {2, 0}), S_OK);
+        EXPECT_EQ(get(array, 0, whole ? static_cast<void*>(&left.v) : &left.v.byref), S_OK);
+        EXPECT_EQ(left.v.llVal, 0);
+      }
+      expect_references(0);
+      EXPECT_EQ(automation::test::counted_memory().blocks, blocks) << element;
+    }
   }
-  EXPECT_TRUE(a.references == 0 && b.references == 0);
-}
-
-TEST(SystemSafeArray, VariantElementsOwnWhatTheyHold) {
-  CountingObject a;
-  const Array array{SafeArrayCreateVector(VT_VARIANT, 0, 4)};
-  for (LONG at = 0; at < 4; ++at) {
-    Value value = at == 1 ? text(u"Bo\u00D0") : object(a);
-    EXPECT_EQ(put(array, at, &value.v), S_OK);
-  }
-  EXPECT_EQ(a.references, 3);
-  Value got;
-  std::memset(static_cast<void*>(&got.v), 0xCC, sizeof got.v);
-  EXPECT_EQ(get(array, 1, &got.v), S_OK);
-  EXPECT_EQ(characters(got.v.bstrVal), u"Bo\u00D0");
-  EXPECT_NE(got.v.bstrVal, array.data<VARIANT>()[1].bstrVal);
-
-  const Array copy{copy_of(array)};
-  EXPECT_EQ(a.references, 6);
-  EXPECT_EQ(SafeArrayDestroyData(copy), S_OK);
-  EXPECT_EQ(a.references, 3);
-  EXPECT_EQ(copy->pvData, nullptr);
-  VARIANT none;
-  EXPECT_EQ(get(copy, 0, &none), E_UNEXPECTED);
-  EXPECT_EQ(
-      Array { copy_of(copy) } -> pvData, nullptr);
-  EXPECT_EQ(resize(copy, {2, 0}), S_OK);
-  EXPECT_EQ(get(copy, 0, &none), S_OK);
-  EXPECT_EQ(none.vt, VT_EMPTY);
-
-  EXPECT_EQ(resize(array, {0, 0}), S_OK);
-  EXPECT_EQ(a.references, 0);
-}
-
-TEST(SystemSafeArray, TextElementsAreCopied) {
-  const Array array{SafeArrayCreateVector(VT_BSTR, 0, 2)};
-  const Value inner = text({u"a\0b", 3});
-  EXPECT_EQ(put(array, 0, inner.v.bstrVal), S_OK);
-  BSTR* data = array.data<BSTR>();
-  EXPECT_NE(data[0], inner.v.bstrVal);
-  EXPECT_EQ(put(array, 0, data[0]), S_OK) << "its own text again";
-  EXPECT_EQ(characters(data[0]), characters(inner.v.bstrVal));
-  const Array copy{copy_of(array)};
-  EXPECT_EQ(put(array, 0, nullptr), S_OK);
-  EXPECT_EQ(data[0], nullptr);
-  Value got = bare(VT_BSTR);
-  EXPECT_EQ(get(copy, 0, &got.v.bstrVal), S_OK);
-  EXPECT_EQ(shown(got.v), shown(inner.v));
-  BSTR none = inner.v.bstrVal;
-  EXPECT_EQ(get(copy, 1, &none), S_OK);
-  EXPECT_EQ(none, nullptr);
 }
 
 TEST(SystemSafeArray, ResizingKeepsWhatRemainsAndClearsWhatIsNew) {
@@ -265,35 +222,28 @@ TEST(SystemSafeArray, WhatCannotBeResizedStaysAsItIs) {
   EXPECT_EQ(resize(array, {0xFFFFFFFFu, -2147483647 - 1}), E_OUTOFMEMORY);
   array->rgsabound[1].cElements = 1;
   EXPECT_EQ(resize(array, {3, 2147483646}), E_INVALIDARG);
-  EXPECT_EQ(SafeArrayLock(array), S_OK);
-  EXPECT_EQ(resize(array, {2, 0}), DISP_E_ARRAYISLOCKED);
-  EXPECT_EQ(SafeArrayUnlock(array), S_OK);
   for (const USHORT flag : {FADF_FIXEDSIZE, FADF_STATIC, FADF_AUTO, FADF_EMBEDDED}) {
     array->fFeatures |= flag;
     EXPECT_EQ(resize(array, {2, 0}), DISP_E_ARRAYISLOCKED) << flag;
     array->fFeatures = static_cast<USHORT>(array->fFeatures & ~flag);
   }
-  EXPECT_EQ(bounds_of(array, 3), "0..0");
-  EXPECT_EQ(resize(array, {2, 0}), S_OK);
-}
-
-TEST(SystemSafeArray, LocksAreCountedAndKeepTheArray) {
-  const Array array{SafeArrayCreateVector(VT_R4, 0, 2)};
-  EXPECT_EQ(SafeArrayUnlock(array), E_UNEXPECTED);
   void* data = nullptr;
+  EXPECT_EQ(SafeArrayUnlock(array), E_UNEXPECTED);
   EXPECT_EQ(SafeArrayAccessData(array, &data), S_OK);
   EXPECT_EQ(data, array->pvData);
   EXPECT_EQ(SafeArrayLock(array), S_OK);
   EXPECT_EQ(array->cLocks, 2u);
-  EXPECT_EQ(SafeArrayDestroyData(array), DISP_E_ARRAYISLOCKED);
   EXPECT_EQ(SafeArrayUnaccessData(array), S_OK);
+  EXPECT_EQ(resize(array, {2, 0}), DISP_E_ARRAYISLOCKED);
+  EXPECT_EQ(SafeArrayDestroyData(array), DISP_E_ARRAYISLOCKED);
   EXPECT_EQ(SafeArrayDestroy(array), DISP_E_ARRAYISLOCKED);
   EXPECT_EQ(SafeArrayUnlock(array), S_OK);
+  EXPECT_EQ(bounds_of(array, 3), "0..0");
   array->cLocks = 0xFFFF;
-  EXPECT_EQ(SafeArrayLock(array), E_UNEXPECTED);
   EXPECT_EQ(SafeArrayAccessData(array, &data), E_UNEXPECTED);
   EXPECT_EQ(array->cLocks, 0xFFFFu);
   array->cLocks = 0;
+  EXPECT_EQ(resize(array, {2, 0}), S_OK);
 }
 
 TEST(SystemSafeArray, CodeRunByAVanishingElementCannotTakeTheArrayAway) {
