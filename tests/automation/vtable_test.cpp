@@ -4,7 +4,6 @@
 #include <xmmintrin.h>
 #endif
 
-#include <bit>
 #include <cmath>
 #include <thread>
 
@@ -20,39 +19,19 @@ using namespace system::test;
 
 class VtableTest : public BoundaryTest {};
 
-template <class T>
-T poisoned() {
-  T value;
-  std::memset(&value, 0xCC, sizeof value);
-  return value;
-}
-
-TEST_F(VtableTest, both_roads_give_the_same_bits) {
-  const double nan = std::bit_cast<double>(0x7FF8000000ABCDEFULL);
-  for (const double x : {0.0, -0.0, 1.0 / 3, 1e308, 5e-324, 0x1.000001p0, HUGE_VAL, nan}) {
-    double d = poisoned<double>();
-    EXPECT_EQ(object->EchoDouble(x, &d), S_OK);
-    EXPECT_EQ(shown(r8(d).v), shown(r8(x).v));
-    EXPECT_EQ(shown(call(object, u"EchoDouble", {r8(x).v}).result.v), shown(r8(x).v));
-    const auto y = static_cast<float>(x);
-    float f = poisoned<float>();
-    EXPECT_EQ(object->EchoSingle(y, &f), S_OK);
-    EXPECT_EQ(shown(r4(f).v), shown(r4(y).v));
-    EXPECT_EQ(shown(call(object, u"EchoSingle", {r4(y).v}).result.v), shown(r4(y).v));
-  }
+TEST_F(VtableTest, booleans_and_texts_are_the_same_on_both_roads) {
   for (const VARIANT_BOOL b : {VARIANT_BOOL{0}, VARIANT_BOOL{1}, VARIANT_TRUE}) {
-    VARIANT_BOOL out = poisoned<VARIANT_BOOL>();
+    VARIANT_BOOL out = 7, changed = b;
     EXPECT_EQ(object->EchoBoolean(b, &out), S_OK);
-    EXPECT_EQ(out, b == 0 ? VARIANT_FALSE : VARIANT_TRUE);
-    VARIANT_BOOL changed = b;
     EXPECT_EQ(object->ChangeBoolean(&changed), S_OK);
+    EXPECT_EQ(out, b == 0 ? VARIANT_FALSE : VARIANT_TRUE);
     EXPECT_EQ(changed, b == 0 ? VARIANT_TRUE : VARIANT_FALSE);
   }
   each_row("automation.tsv", "texts", 7, [&](const TableRow& row) {
-    const Value sent = value_of(row["from"]);
+    const Value sent = value_of(row["from"]), back = value_of(row["back"]);
     Value out = bare(VT_BSTR);
     EXPECT_EQ(object->EchoText(sent.v.bstrVal, &out.v.bstrVal), S_OK);
-    EXPECT_EQ(characters(out.v.bstrVal), characters(value_of(row["back"]).v.bstrVal));
+    EXPECT_EQ(characters(out.v.bstrVal), characters(back.v.bstrVal));
     EXPECT_EQ(shown(out.v), shown(call(object, u"EchoText", {sent.v}).result.v));
   });
 }
@@ -68,55 +47,41 @@ TEST_F(VtableTest, arrays_are_looked_at_before_they_are_borrowed) {
               {&ISample::Booleans, VT_BOOL, 0},
               {&ISample::Table, VT_R4, 2}};
   for (const auto& row : rows) {
-    BSTR out = poisoned<BSTR>();
-    EXPECT_EQ((object->*row.member)(nullptr, kRead, &out), E_POINTER);
+    Value out = bare(VT_BSTR);
+    const auto read = [&](SAFEARRAY** array) {
+      VariantClear(&out.v);
+      out.v.vt = VT_BSTR;
+      return (object->*row.member)(array, kRead, &out.v.bstrVal);
+    };
+    EXPECT_EQ(read(nullptr), E_POINTER);
     EXPECT_TRUE(error_words().starts_with(u"Invalid pointer: argument 'x")) << row.element;
-    EXPECT_EQ(out, nullptr);
     for (const VARTYPE other : {VT_DISPATCH, VT_BSTR, VT_CY, VT_UI4, VT_I2, VT_VARIANT}) {
       Value host = array(other, 0, {}, row.columns);
-      EXPECT_EQ((object->*row.member)(&host.v.parray, kRead, &out), error_code(13)) << other;
+      EXPECT_EQ(read(&host.v.parray), error_code(13)) << other;
       EXPECT_EQ(host.v.parray->cLocks, 0U);
     }
     // Hand-made arrays name no type: the size decides, unless the elements own something.
     Value anonymous = array(row.element, 1, {1, 1, 1, 1}, row.columns);
     for (const USHORT features : {USHORT{0}, FADF_BSTR, FADF_UNKNOWN, FADF_DISPATCH}) {
       anonymous.v.parray->fFeatures = features;
-      EXPECT_EQ((object->*row.member)(&anonymous.v.parray, kRead, &out),
-                features == 0 ? S_OK : error_code(13));
-      SysFreeString(out);
+      EXPECT_EQ(read(&anonymous.v.parray), features == 0 ? S_OK : error_code(13));
     }
     anonymous.v.parray->fFeatures = FADF_HAVEVARTYPE;
   }
 }
 
-TEST_F(VtableTest, null_pointers_are_refused_and_stand_for_missing_optional_arguments) {
-  Value out = bare(VT_BSTR);
-  EXPECT_EQ(object->EchoDouble(1, nullptr), E_POINTER);
-  EXPECT_EQ(error_words(), u"Invalid pointer: no place for the result of EchoDouble");
-  EXPECT_EQ(object->ChangeDouble(nullptr), E_POINTER);
-  EXPECT_EQ(error_words(), u"Invalid pointer: argument 'x' of ChangeDouble is a null reference");
-  BSTR* const to = &out.v.bstrVal;
-  EXPECT_EQ(object->JoinRef(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, to), S_OK);
-  EXPECT_EQ(ascii(characters(*to)), "1.5 2.5 7 1 36526 psi");
-  SysFreeString(*to);
-  EXPECT_EQ(object->Join(0, 0, 0, 0, 0, nullptr, to), S_OK);
-  EXPECT_EQ(ascii(characters(*to)), "0 0 0 0 0 ");
-}
-
 TEST_F(VtableTest, what_is_only_read_is_neither_copied_nor_written_back) {
-  Value out = bare(VT_BSTR);
+  Value out = bare(VT_BSTR), words = text(u"bar");
   BSTR* const to = &out.v.bstrVal;
   EXPECT_EQ(object->JoinRead(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, to), S_OK);
-  EXPECT_EQ(ascii(characters(*to)), "1.5 2.5 7 1 36526 psi");
+  EXPECT_EQ(characters(*to), u"1.5 2.5 7 1 36526 psi");
   SysFreeString(*to);
-  const Value words = text(u"bar");
   double d = 1;
   VARIANT_BOOL own_true = 1;  // a host's own form of True: written back it would be the usual one
   BSTR s = words.v.bstrVal;
   EXPECT_EQ(object->JoinRead(&d, nullptr, nullptr, &own_true, nullptr, &s, to), S_OK);
-  EXPECT_EQ(ascii(characters(*to)), "1 2.5 7 1 36526 bar");
-  EXPECT_EQ(own_true, 1);
-  EXPECT_EQ(s, words.v.bstrVal);
+  EXPECT_EQ(characters(*to), u"1 2.5 7 1 36526 bar");
+  EXPECT_TRUE(own_true == 1 && s == words.v.bstrVal);
 
   Value xs = array(VT_R4, 0, {3, 5}), table = array(VT_R4, 0, {1, 2, 3, 4}, 2);
   xs.v.parray->fFeatures |= FADF_FIXEDSIZE;
@@ -129,33 +94,24 @@ TEST_F(VtableTest, what_is_only_read_is_neither_copied_nor_written_back) {
   EXPECT_EQ(object->ReadSingles(&none, &none, &sum), S_OK);
   EXPECT_EQ(sum, -2.0F);
   EXPECT_EQ(object->ReadSingles(&xs.v.parray, nullptr, &sum), E_POINTER);
+  EXPECT_EQ(object->ReadSingles(&none, &none, nullptr), E_POINTER);
   EXPECT_EQ(object->ReadSingles(&xs.v.parray, &xs.v.parray, &sum), error_code(13));
-
-  const ClassInfo& info = class_info<kSample>();
-  for (const MemberInfo& member : info.members) {
-    const std::string_view name = member.name;
-    const bool reads = name == "JoinRead" || name == "ReadSingles";
-    for (const ArgumentInfo& argument : member.arguments) {
-      EXPECT_EQ(argument.type.read_only, reads) << name << " " << argument.name;
-    }
-  }
 }
 
 TEST_F(VtableTest, failures_carry_the_same_words_on_both_roads_and_leave_nothing_stale) {
+  Value where = text(u"host");
+  float out = 7;
+  const auto fail = [&](LONG number) { return object->Fail(number, &where.v.bstrVal, &out); };
   each_row("automation.tsv", "failures", 6, [&](const TableRow& row) {
-    const LONG number = row["number"];
     const HRESULT hr = code_of(row["error"]);
     const std::string words = row["words"];
-    Value where = text(u"host");
-    float out = poisoned<float>();
-    const auto fail = [&] { return object->Fail(number, &where.v.bstrVal, &out); };
-    EXPECT_EQ(fail(), hr);
+    EXPECT_EQ(fail(row["number"]), hr);
     EXPECT_EQ(out, 0.0F);
     EXPECT_EQ(characters(where.v.bstrVal), u"reached");  // written before the failure
     EXPECT_EQ(ascii(error_words()), words);
 
     const Sent by_name(text(u"host"), kByRef);
-    const Answer answer = call(object, u"Fail", {i4(number).v, by_name.variant});
+    const Answer answer = call(object, u"Fail", {i4(row["number"]).v, by_name.variant});
     EXPECT_EQ(answer.hr, DISP_E_EXCEPTION);
     EXPECT_EQ(answer.scode, hr);
     EXPECT_EQ(ascii(answer.words), words);
@@ -163,17 +119,15 @@ TEST_F(VtableTest, failures_carry_the_same_words_on_both_roads_and_leave_nothing
     EXPECT_EQ(shown(by_name.variable.v), shown(where.v));
     EXPECT_EQ(error_words(), u"");  // it has gone into the exception record
 
-    fail();
-    EXPECT_EQ(object->EchoSingle(1, &out), S_OK);
-    EXPECT_EQ(error_words(), u"") << "after a good call";
-    fail();
-    EXPECT_EQ(invoke_id(object, 4, {r4(1).v}, DISPATCH_METHOD).hr, S_OK);
-    EXPECT_EQ(error_words(), u"") << "after a good call by name";
+    for (const bool late : {false, true}) {
+      fail(row["number"]);
+      EXPECT_EQ(late ? call(object, u"EchoSingle", {r4(1).v}).hr : object->EchoSingle(1, &out),
+                S_OK);
+      EXPECT_EQ(error_words(), u"") << "after a good call " << late;
+    }
   });
   // What the host itself has told its thread stays, also while another thread has our failure.
-  float out = 0;
-  Value where = text(u"host");
-  EXPECT_EQ(object->Fail(9, &where.v.bstrVal, &out), error_code(9));
+  EXPECT_EQ(fail(9), error_code(9));
   std::thread([&] {
     ICreateErrorInfo* writer = nullptr;
     void* own = nullptr;
@@ -184,64 +138,56 @@ TEST_F(VtableTest, failures_carry_the_same_words_on_both_roads_and_leave_nothing
     writer->Release();
     SetErrorInfo(0, static_cast<IErrorInfo*>(own));
     static_cast<IErrorInfo*>(own)->Release();
-    EXPECT_EQ(object->EchoSingle(1, &out), S_OK);
+    float one = 0;
+    EXPECT_EQ(object->EchoSingle(1, &one), S_OK);
     EXPECT_EQ(error_words(), words);
   }).join();
   EXPECT_EQ(error_words(), u"Subscript out of range");
-  // Without an exception record the words stay with the thread.
+  // Without an exception record the words stay with the thread, and while other objects go away,
+  // as a host's smart pointers do first.
   VARIANT sent[] = {empty().v, i4(9).v};
   DISPPARAMS params{sent, nullptr, 2, 0};
-  EXPECT_EQ(object->Invoke(23, IID_NULL, 0, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr),
-            DISP_E_EXCEPTION);
-  EXPECT_EQ(error_words(), u"Subscript out of range");
-  // The last reference to another object goes away first, as a host's smart pointers do.
   void* other = nullptr;
   ASSERT_EQ(class_info<kSample>().create(IID_IDispatch, &other), S_OK);
-  EXPECT_EQ(object->Fail(9, &sent[0].bstrVal, &out), error_code(9));
-  SysFreeString(sent[0].bstrVal);
+  EXPECT_EQ(object->Invoke(23, IID_NULL, 0, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr),
+            DISP_E_EXCEPTION);
   static_cast<IDispatch*>(other)->Release();
   IErrorInfo* info = nullptr;
   ASSERT_EQ(GetErrorInfo(0, &info), S_OK);
-  Value source = bare(VT_BSTR);
+  Value source = bare(VT_BSTR), words = bare(VT_BSTR);
   GUID guid{};
+  EXPECT_EQ(info->GetDescription(&words.v.bstrVal), S_OK);
   EXPECT_EQ(info->GetSource(&source.v.bstrVal), S_OK);
   EXPECT_EQ(info->GetGUID(&guid), S_OK);
   info->Release();
+  EXPECT_EQ(characters(words.v.bstrVal), u"Subscript out of range");
   EXPECT_EQ(characters(source.v.bstrVal), u"vq140Analyse.ztSample");
   EXPECT_EQ(guid, kSample.iid);
 }
 
 TEST_F(VtableTest, one_object_answers_for_all_its_interfaces) {
-  const std::pair<IID, bool> rows[] = {{IID_IUnknown, true},
-                                       {IID_IDispatch, true},
-                                       {kSample.iid, true},
-                                       {IID_ISupportErrorInfo, false},
-                                       {IID_IProvideClassInfo, false}};
-  for (const auto& [iid, itself] : rows) {
-    void* found = poisoned<void*>();
+  for (const IID& iid :
+       {IID_IUnknown, IID_IDispatch, kSample.iid, IID_ISupportErrorInfo, IID_IProvideClassInfo}) {
+    void *found = nullptr, *back = nullptr;
     ASSERT_EQ(object->QueryInterface(iid, &found), S_OK) << iid.Data1;
-    EXPECT_EQ(found == object, itself) << iid.Data1;
-    void* back = nullptr;
     EXPECT_EQ(static_cast<IUnknown*>(found)->QueryInterface(IID_IUnknown, &back), S_OK);
     EXPECT_EQ(back, object) << iid.Data1;
     static_cast<IUnknown*>(back)->Release();
+    if (iid == IID_ISupportErrorInfo) {
+      auto* support = static_cast<ISupportErrorInfo*>(found);
+      EXPECT_EQ(support->InterfaceSupportsErrorInfo(kSample.iid), S_OK);
+      EXPECT_EQ(support->InterfaceSupportsErrorInfo(IID_IDispatch), S_OK);
+      EXPECT_EQ(support->InterfaceSupportsErrorInfo(IID_IClassFactory), S_FALSE);
+    }
     static_cast<IUnknown*>(found)->Release();
   }
-  void* found = poisoned<void*>();
+  void* found = &found;
   EXPECT_EQ(object->QueryInterface(kSample.clsid, &found), E_NOINTERFACE);
   EXPECT_EQ(found, nullptr);
   EXPECT_EQ(object->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
-  EXPECT_EQ(class_info<kSample>().create(IID_IClassFactory, &found), E_NOINTERFACE);
-  EXPECT_EQ(found, nullptr);
-  ASSERT_EQ(object->QueryInterface(IID_ISupportErrorInfo, &found), S_OK);
-  auto* support = static_cast<ISupportErrorInfo*>(found);
-  EXPECT_EQ(support->InterfaceSupportsErrorInfo(kSample.iid), S_OK);
-  EXPECT_EQ(support->InterfaceSupportsErrorInfo(IID_IDispatch), S_OK);
-  EXPECT_EQ(support->InterfaceSupportsErrorInfo(IID_IClassFactory), S_FALSE);
-  support->Release();
   // There are no type libraries here.
   UINT count = 7;
-  auto* info = poisoned<ITypeInfo*>();
+  auto* info = reinterpret_cast<ITypeInfo*>(&count);
   EXPECT_EQ(object->GetTypeInfoCount(&count), S_OK);
   EXPECT_EQ(count, 0U);
   EXPECT_TRUE(FAILED(object->GetTypeInfo(0, 0, &info)));
@@ -280,20 +226,20 @@ TEST_F(VtableTest, the_hosts_floating_point_state_is_neither_met_nor_changed) {
     fesetround(rounding);
     lose_tiny_numbers();
     const std::uint32_t before = control();
-    double third = 0, infinite = 0, undefined = 0, tiny = 0;
     std::vector<std::uint32_t> after;
-    const auto note = [&](const auto&) { after.push_back(control()); };
-    note(object->Quotient(1, 3, &third));
-    note(object->Quotient(1, 0, &infinite));
-    note(object->Quotient(0, 0, &undefined));
-    note(object->Quotient(0x1p-1060, 4, &tiny));
+    const auto note = [&](const auto& x) {
+      after.push_back(control());
+      return x;
+    };
+    double quotients[4] = {};
+    note(object->Quotient(1, 3, &quotients[0]));
+    note(object->Quotient(1, 0, &quotients[1]));
+    note(object->Quotient(0x1p-1060, 4, &quotients[2]));
+    note(object->Quotient(0, 0, &quotients[3]));
     // Conversions by name are arithmetic too.
-    const Answer answer = call(object, u"EchoSingle", {r8(0.1).v});
-    note(answer);
-    const Answer words = call(object, u"EchoSingle", {text(u"0.1").v});
-    note(words);
-    const Answer overflow = call(object, u"EchoSingle", {r8(1e39).v});
-    note(overflow);
+    const Answer answer = note(call(object, u"EchoSingle", {r8(0.1).v}));
+    const Answer words = note(call(object, u"EchoSingle", {text(u"0.1").v}));
+    const Answer overflow = note(call(object, u"EchoSingle", {r8(1e39).v}));
     const Sent list(array(VT_VARIANT, 1, {2, 1}), kByRef);
     note(call(object, u"Singles", {list.variant, i4(kChange).v}));
     void* other = nullptr;
@@ -301,10 +247,8 @@ TEST_F(VtableTest, the_hosts_floating_point_state_is_neither_met_nor_changed) {
     note(static_cast<IUnknown*>(other)->Release());
     fesetenv(&usual);
     EXPECT_EQ(after, std::vector<std::uint32_t>(after.size(), before)) << rounding;
-    EXPECT_EQ(third, 1.0 / 3);
-    EXPECT_EQ(infinite, INFINITY);
-    EXPECT_TRUE(std::isnan(undefined));
-    EXPECT_EQ(tiny, 0x1p-1062);
+    const double want[] = {1.0 / 3, INFINITY, 0x1p-1062};
+    EXPECT_TRUE(std::equal(want, want + 3, quotients) && std::isnan(quotients[3]));
     EXPECT_EQ(shown(answer.result.v), shown(r4(0.1F).v));
     EXPECT_EQ(shown(words.result.v), shown(r4(0.1F).v));
     EXPECT_EQ(overflow.scode, error_code(6));
@@ -324,13 +268,12 @@ TEST_F(VtableTest, code_of_the_host_has_the_hosts_floating_point_state) {
   const std::uint32_t library = control();
   for (const int rounding : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD}) {
     for (const int left : {FE_TONEAREST, FE_UPWARD, FE_TOWARDZERO}) {
-      std::vector<std::uint32_t> inside, within, after;
+      std::vector<std::uint32_t> inside, after;
       const auto host = [&] {
         inside.push_back(control());
         double third = 0;
         object->Quotient(1, 3, &third);  // a call within a call
-        within.push_back(control());
-        EXPECT_EQ(third, 1.0 / 3);
+        EXPECT_TRUE(third == 1.0 / 3 && control() == inside.back());
         fesetround(left);
       };
       fesetround(left);
@@ -377,7 +320,6 @@ TEST_F(VtableTest, code_of_the_host_has_the_hosts_floating_point_state) {
       common_globals() = {};
       ASSERT_EQ(inside.size(), 7U);
       EXPECT_EQ(after, std::vector<std::uint32_t>(after.size(), host_left));
-      EXPECT_EQ(within, inside);
       for (const std::uint32_t state : inside) {
         EXPECT_TRUE(state == host_before || state == host_left) << rounding << left;
       }
