@@ -130,27 +130,24 @@ class CompanionSweep final : public WorkedCalls<Base> {
   void trouble(const std::string& name, const calls::Member&, const Outcome& usual) override {
     for (const auto& [fail, number] : kFailures) {
       plan.fail = fail;
-      for (const bool on : {false, true}) {
+      each_step([&](long at, bool on) {
+        plan.steps = 0;
         plan.fail_on = on;
-        bool reached = true;
-        for (long at = 1; reached && at < 1000; ++at) {
-          plan.steps = 0;
-          plan.fail_at = at;
-          const Outcome outcome = this->attempt();
-          plan.fail_at = 0;
-          reached = plan.steps >= at;
-          if (!reached) continue;
-          ++failed_steps;
-          const std::string how = name + ", step " + std::to_string(at) + " failing with " +
-                                  std::to_string(number) + ": " + outcome.text();
-          EXPECT_TRUE(outcome.tells(number) || outcome.tells(number == 7 ? 7 : 429)) << how;
-          if (FAILED(outcome.code)) {
-            const int number_told = outcome.tells(number) ? number : 429;
-            EXPECT_EQ(ascii(this->told), error_text(number_told)) << how;
-          }
-          EXPECT_EQ(this->attempt(), usual) << how << "\nthe call after it";
+        plan.fail_at = at;
+        const Outcome outcome = this->attempt();
+        plan.fail_at = 0;
+        if (plan.steps < at) return false;
+        ++failed_steps;
+        const std::string how = name + ", step " + std::to_string(at) + " failing with " +
+                                std::to_string(number) + ": " + outcome.text();
+        const int number_told = outcome.tells(number) || number == 7 ? number : 429;
+        EXPECT_TRUE(outcome.tells(number_told)) << how;
+        if (FAILED(outcome.code)) {
+          EXPECT_EQ(ascii(this->told), error_text(number_told)) << how;
         }
-      }
+        EXPECT_EQ(this->attempt(), usual) << how << "\nthe call after it";
+        return true;
+      });
     }
   }
 };

@@ -19,10 +19,17 @@ void note(long change) noexcept {
   blocks.fetch_add(change, std::memory_order_relaxed);
 }
 
-bool refused(std::size_t size) noexcept {
-  if (!memory_of_thread.refused(size)) return false;
-  errno = ENOMEM;
-  return true;
+// What `make` gives, or none where the request is refused; a block `more`, unless it is one again.
+template <class Make>
+void* counted(std::size_t size, bool more, Make make) noexcept {
+  void* block = nullptr;
+  if (memory_of_thread.refused(size)) {
+    errno = ENOMEM;
+  } else {
+    block = make();
+  }
+  note(more && block != nullptr);
+  return block;
 }
 
 }  // namespace
@@ -37,8 +44,8 @@ std::int64_t blocks_of_all_threads() noexcept {
 
 }  // namespace vqmath63::automation::test
 
+using vqmath63::automation::test::counted;
 using vqmath63::automation::test::note;
-using vqmath63::automation::test::refused;
 
 #if VQ_HAS_OWN_MALLOC
 
@@ -51,19 +58,13 @@ void* __libc_realloc(void*, std::size_t);
 void __libc_free(void*);
 
 void* malloc(std::size_t size) noexcept {
-  void* block = refused(size) ? nullptr : __libc_malloc(size);
-  note(block != nullptr);
-  return block;
+  return counted(size, true, [=] { return __libc_malloc(size); });
 }
 void* calloc(std::size_t count, std::size_t size) noexcept {
-  void* block = refused(count * size) ? nullptr : __libc_calloc(count, size);
-  note(block != nullptr);
-  return block;
+  return counted(count * size, true, [=] { return __libc_calloc(count, size); });
 }
 void* realloc(void* old, std::size_t size) noexcept {
-  void* block = refused(size) ? nullptr : __libc_realloc(old, size);
-  note(old == nullptr && block != nullptr);
-  return block;
+  return counted(size, old == nullptr, [=] { return __libc_realloc(old, size); });
 }
 void free(void* block) noexcept {
   note(-(block != nullptr));
@@ -74,15 +75,12 @@ void free(void* block) noexcept {
 
 #else
 
-void* operator new(std::size_t size) {
-  void* block = refused(size) ? nullptr : std::malloc(size);
-  if (block == nullptr) throw std::bad_alloc();
-  note(1);
-  return block;
-}
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  void* block = refused(size) ? nullptr : std::malloc(size);
-  note(block != nullptr);
+  return counted(size, true, [=] { return std::malloc(size); });
+}
+void* operator new(std::size_t size) {
+  void* block = operator new(size, std::nothrow);
+  if (block == nullptr) throw std::bad_alloc();
   return block;
 }
 void operator delete(void* block) noexcept {

@@ -40,7 +40,6 @@ class GiantArguments final : public WorkedCalls<calls::NameHost> {
     to.v.vt = model.vt;
     to.v.parray = SafeArrayCreate(static_cast<VARTYPE>(model.vt & VT_TYPEMASK), dims, bounds);
   }
-  static bool is_array(const VARIANT& v) { return (v.vt & VT_ARRAY) != 0; }
 
   // On an object of its own with the settings of the table's, the last of them `last`.
   void look(const std::string& name, const std::vector<Variable>& sent, const std::string& how,
@@ -63,15 +62,11 @@ class GiantArguments final : public WorkedCalls<calls::NameHost> {
     object_->Release();
     object_ = of_table;
   }
-  void put(const std::string& name, VARIANT value) {
-    std::u16string wide(name.begin(), name.end());
-    OLECHAR* names = wide.data();
-    DISPID id = DISPID_UNKNOWN, named = DISPID_PROPERTYPUT;
-    ASSERT_EQ(object_->GetIDsOfNames(IID_NULL, &names, 1, 0, &id), S_OK);
-    DISPPARAMS params{&value, &named, 1, 1};
-    EXPECT_EQ(
-        object_->Invoke(id, IID_NULL, 0, DISPATCH_PROPERTYPUT, &params, nullptr, nullptr, nullptr),
-        S_OK);
+  void put(const std::string& name, const VARIANT& value) {
+    std::vector<Variable> sent(1);
+    copy(sent[0], value);
+    Variable none;
+    EXPECT_EQ(NameHost::call("let", name, {0, {}, {{}}}, sent, none.v), S_OK);
   }
 
   void create(const std::string& class_name, bool to_log) override {
@@ -87,26 +82,24 @@ class GiantArguments final : public WorkedCalls<calls::NameHost> {
     if (kind_ != "call") return;
     for (const LONG n : kHuge) {
       const std::string at = " " + std::to_string(n);
-      for (std::size_t i = 0; i < count; ++i) {
-        const VARIANT& own = (*host_)[i].v;
-        const std::string how = "argument " + std::to_string(i + 1) + at;
+      for (std::size_t i = 0; i <= count; ++i) {
+        const std::string how = i < count ? "argument " + std::to_string(i + 1) : "all arrays";
         std::vector<Variable> sent(count);
-        if (own.vt == VT_I4) {
+        if (i < count && (*host_)[i].v.vt == VT_I4) {
           sent[i].v = i4(n).v;
-          look(name, sent, how);
+          look(name, sent, how + at);
         }
         for (const int which : {1, 2, 3}) {
-          std::vector<Variable> one(count);
-          if (is_array(own)) set_far(one[i], own, n, which);
-          if (is_array(own)) look(name, one, how);
+          bool far = i == count;
+          std::vector<Variable> arrays(count);
+          for (std::size_t k = 0; k < count; ++k) {
+            const VARIANT& own = (*host_)[k].v;
+            if ((own.vt & VT_ARRAY) == 0 || (i < count && i != k)) continue;
+            set_far(arrays[k], own, n, which);
+            far = true;
+          }
+          if (far) look(name, arrays, how + at);
         }
-      }
-      for (const int which : {1, 2, 3}) {
-        std::vector<Variable> all(count);
-        for (std::size_t i = 0; i < count; ++i) {
-          if (is_array((*host_)[i].v)) set_far(all[i], (*host_)[i].v, n, which);
-        }
-        look(name, all, "all arrays" + at);
       }
       for (const auto& [of, setting] : settings_) {
         if (of == class_) look(name, {}, setting + at, setting, n);

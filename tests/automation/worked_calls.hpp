@@ -130,6 +130,20 @@ class WorkedCalls : public Base {
   std::function<HRESULT()> make_;
 };
 
+/// Calls `once(at, on)` for step 1, 2, ... to fail, alone and then with all that follow, until it
+/// has no such step. Returns how many there were.
+template <class Once>
+long each_step(const Once& once) {
+  long most = 0;
+  for (const bool on : {false, true}) {
+    long at = 1;
+    while (once(at, on) && at < 1000) ++at;
+    EXPECT_LT(at, 1000);
+    most = at - 1;
+  }
+  return most;
+}
+
 /// Makes the worked calls of all classes by a host.
 template <class Host>
 void sweep(Host&& host) {
