@@ -43,7 +43,7 @@ class AllocationSweep final : public WorkedCalls<Base> {
   // good as any.
   void create(const std::string& class_name, bool to_log) override {
     IDispatch* kept = nullptr;
-    each_step([&](long at, bool on) {
+    const long refusals = each_step([&](long at, bool on) {
       WorkedCalls<Base>::create(class_name, to_log);
       this->release();
       this->let_go();
@@ -57,6 +57,7 @@ class AllocationSweep final : public WorkedCalls<Base> {
       if (refused && this->object_ != nullptr) std::swap(kept, this->object_);
       return refused;
     });
+    EXPECT_GE(refusals, 1) << class_name;
     WorkedCalls<Base>::create(class_name, to_log);
     if (kept == nullptr) return;
     std::swap(kept, this->object_);
