@@ -148,16 +148,52 @@ void use_error_info(Bytes& head, HostVariable& variable) {
   made->Release();
 }
 
+/// Nothing where a function wants a place or a value.
+void use_nothing() {
+  HostVariable variable;
+  LONG index = 0;
+  SAFEARRAYBOUND bound{1, 1};
+  SysReAllocString(nullptr, u"x");
+  SysReAllocStringLen(nullptr, u"x", 1);
+  SysAllocString(nullptr);
+  SafeArrayCreate(VT_R4, 0, &bound);
+  SafeArrayCreate(VT_R4, 1, nullptr);
+  SafeArrayRedim(nullptr, &bound);
+  SafeArrayCopy(nullptr, &variable.v.parray);
+  SafeArrayCopy(nullptr, nullptr);
+  SafeArrayGetElement(nullptr, &index, &variable.v);
+  SafeArrayPutElement(nullptr, &index, &variable.v);
+  SafeArrayPtrOfIndex(nullptr, &index, &variable.v.byref);
+  SafeArrayDestroy(nullptr);
+  SafeArrayLock(nullptr);
+  VariantInit(nullptr);
+  VariantClear(nullptr);
+  VariantCopy(nullptr, &variable.v);
+  VariantCopyInd(&variable.v, nullptr);
+  VariantChangeType(&variable.v, nullptr, 0, VT_I4);
+  GetErrorInfo(0, nullptr);
+  GetErrorInfo(1, nullptr);
+  SetErrorInfo(1, nullptr);
+  CreateErrorInfo(nullptr);
+  CLSIDFromProgID(nullptr, nullptr);
+  VqDescribe(nullptr, nullptr);
+  VqLastMessage(0, nullptr);
+  DllGetClassObject(CLSID{}, IID_IUnknown, nullptr);
+  require(variable.v.vt == VT_EMPTY, "nothing has become something");
+}
+
 }  // namespace
 
 void World::system_call(Bytes head, const Operation&) {
   HostVariable& from = variables[head.below(kVariables)];
   HostVariable& to = variables[head.below(kVariables)];
   VARIANT source = variant_of(from, head.byte() % 3);
-  const std::uint8_t what = head.byte() % 8;
+  const std::uint8_t what = head.byte() % 9;
   const bool free_to_change = to.fixed_type == 0 && !to.is_array();
   if (what == 0 && free_to_change) {
-    VariantChangeTypeEx(&to.v, &source, head.byte(), head.byte() & 0x13, type(head));
+    const LCID locale = head.byte();
+    const USHORT flags = head.byte() & 0x13;
+    VariantChangeTypeEx(&to.v, &source, locale, flags, type(head));
   } else if (what == 1 && free_to_change) {
     VariantCopyInd(&to.v, &source);
   } else if (what == 2 && free_to_change && &from != &to && (source.vt & VT_BYREF) == 0) {
@@ -168,6 +204,8 @@ void World::system_call(Bytes head, const Operation&) {
     use_text(head, to);
   } else if (what == 6) {
     use_error_info(head, from);
+  } else if (what == 8) {
+    use_nothing();
   } else if (free_to_change) {
     VariantChangeType(&to.v, &to.v, 0, type(head));
   }

@@ -158,7 +158,8 @@ IDispatch* World::object(std::size_t type) {
     const HRESULT code = as_host([&] { return info.create(info.iid, &made); });
     require(SUCCEEDED(code) ? made != nullptr : made == nullptr && own_companions_,
             "an object cannot be made");
-    object = static_cast<IDispatch*>(made);
+    IDispatch* const old = std::exchange(object, static_cast<IDispatch*>(made));
+    if (old != nullptr) old->Release();  // made meanwhile, while the host was called back
   }
   return object;
 }

@@ -1,6 +1,6 @@
 #!/bin/bash
 # Which lines and branches of the library the tests reach, by clang's coverage: those of src/ without
-# the command-line host and the program that only the build runs.
+# the command-line host and what only the build's own program runs (texts of the type library).
 #
 # usage: tools/coverage.sh [--replay] [--show FILE]
 #   --replay     by the corpora of fuzz/ alone; without it by all tests of ctest, the corpora among them
@@ -42,7 +42,7 @@ for program in "$root"/fuzz/replay_* "$root"/tests/test_* "$root"/src/libvqmath6
   if [ -x "$program" ] && [ -f "$program" ]; then programs+=(-object "$program"); fi
 done
 report=("${programs[@]:1}" -instr-profile "$root/all.profdata" -ignore-filename-regex
-  "^($PWD/(tests|fuzz|src/host|src/component/generate)|/usr)")
+  "^($PWD/(tests|fuzz|src/host|src/component/(generate|[a-z]+_text))|/usr)")
 llvm-cov report "${report[@]}" | awk '
   /^Filename/ || /^-/ { next }
   { printf "%-46s lines %6s of %5d %8s   branches %6s of %5d %8s\n", $1, $8 - $9, $8, $10, $11 - $12, $11, $13 }'

@@ -140,7 +140,7 @@ def disguised(cell, kind, way):
     rank = 2 if kind.endswith("(,)") else 1
     lines = [[-1.0 if e == "True" else 0.0 if e == "False" else number(e) for e in row] for row in rows]
     if not any(lines):
-        return value(cell, kind)
+        return value(cell, kind) if way < 2 else bytes([OBJECT, 0, 0])
     line = lambda numbers: bytes([0, len(numbers)]) + b"".join(map(double, numbers))
     if way == 3 and rank == 2:
         return bytes([OBJECT, 1, len(lines)]) + b"".join(b"\0" + line(one) for one in lines)
@@ -218,6 +218,7 @@ def system_calls(chance):
         for kind in range(27):
             program += operation(bytes([SYSTEM, 0, 1 + kind % 2, kind % 3, 0, 0, 0, kind]))
         yield program
+    yield operation(bytes([SYSTEM, 0, 0, 0, 8]))
     for word in ["", "vq140Analyse.ztIntegrate", "vq140Analyse.ztAccumulate.Period", "USER"]:
         yield operation(bytes([ASK, 1]), b"\xfe" + bytes([len(word)]) + word.encode())
     for of_class in range(9):
