@@ -1,4 +1,6 @@
 // Calls of members, by name and through the vtable.
+#include <algorithm>
+
 #include "component/class_list.hpp"
 #include "component/exports.hpp"
 #include "world.hpp"
@@ -101,10 +103,14 @@ void World::prepare(Bytes& bytes, const ValueType& wanted, Argument& argument) {
 }
 
 // What goes by value stays as it is for the whole call, whatever happens to the variable.
-void keep_value(Argument& argument) {
-  if (argument.variable == &argument.own) return;
-  VariantCopyInd(&argument.own.v, &argument.variable->v);
-  argument.variable = &argument.own;
+void keep_value(Frame& frame, Argument& argument) {
+  const auto refers = [&](const Argument& other) { return other.variable == &argument.own; };
+  if (std::count_if(frame.arguments.begin(), frame.arguments.end(), refers) != 1 ||
+      argument.variable != &argument.own) {
+    VariantCopyInd(&argument.copy.v, &argument.variable->v);
+    argument.variable = &argument.copy;
+  }
+  argument.variable->kept = true;
 }
 
 void World::decode_arguments(const Operation& operation, const MemberInfo& member, Frame& frame) {
@@ -132,7 +138,7 @@ void World::place_arguments(const MemberInfo& member, Frame& frame, void** place
     if (type.by_ref) {
       refer_by_type(argument);
     } else {
-      keep_value(argument);
+      keep_value(frame, argument);
     }
     places[i] = &argument.variable->v.llVal;
     if (type.by_ref && argument.inner.vt == VT_NULL) places[i] = nullptr;
@@ -222,7 +228,7 @@ HRESULT World::call_by_name(const ClassInfo& info, const MemberInfo& member, Fra
   const auto send = [&](std::size_t i) {
     Argument& argument = frame.arguments[i];
     const Form form = operation[i + 1].empty() ? kByValue : form_of(operation[i + 1]);
-    if (form == kByValue) keep_value(argument);
+    if (form == kByValue) keep_value(frame, argument);
     sent.push_back(sent_as(form, argument));
   };
   constexpr WORD kUsual[] = {DISPATCH_METHOD, DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT};

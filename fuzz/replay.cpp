@@ -31,11 +31,12 @@ int main(int count, char** words) {
   LLVMFuzzerInitialize(&count, &words);
   for (std::size_t i = 0; i < inputs.size(); ++i) {
     // So that a crash names its input.
-    std::fprintf(stderr, "\r%zu", i);
+    std::printf("\r%zu", i);
+    std::fflush(stdout);
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(inputs[i].data()),
                            inputs[i].size());
   }
-  std::fprintf(stderr, "\r");
+  std::printf("\r");
   std::printf("%zu inputs\n", inputs.size());
   return inputs.empty() ? 1 : 0;
 }

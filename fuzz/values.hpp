@@ -16,10 +16,12 @@ inline void require(bool holds, const char* what) {
     fail(what);
 }
 
-/// A variable of the host. While `fixed_type` is not 0 something refers to its value by type.
+/// A variable of the host. While `fixed_type` is not 0 something refers to its value by type; one
+/// that is kept was sent by value, and has to stay for the whole call.
 struct HostVariable {
   VARIANT v{};
   int fixed_type = 0;
+  bool kept = false;
 
   HostVariable() = default;
   HostVariable(const HostVariable&) = delete;

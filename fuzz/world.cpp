@@ -187,7 +187,7 @@ void World::assign(Bytes head, const Operation& operation) {
     if (variable->v.parray != nullptr) type.rank = variable->v.parray->cDims;
   }
   make(bytes, type, variables, made.v);
-  if (variable->fixed_type != 0 && made.v.vt != variable->v.vt) return;
+  if (variable->kept || (variable->fixed_type != 0 && made.v.vt != variable->v.vt)) return;
   if (clear(*variable)) std::swap(variable->v, made.v);
 }
 

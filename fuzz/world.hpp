@@ -14,7 +14,7 @@ namespace vqmath63::fuzz {
 
 /// What the host hands over for one argument of a call.
 struct Argument {
-  HostVariable own;
+  HostVariable own, copy;
   HostVariable* variable = &own;
   VARIANT inner{}, outer{};  // references on the way to the variable
   bool typed = false;        // the variable is referred to by type
