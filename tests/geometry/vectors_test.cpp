@@ -1,4 +1,4 @@
-// Failing vector arithmetic, lines against planes, faces and their triangles.
+// Vector arithmetic, lines against planes, faces and their triangles.
 #include "geometry/vectors.hpp"
 
 #include "geometry/shapes.hpp"
@@ -9,6 +9,20 @@ namespace {
 using Points = std::vector<Point3D>;
 
 class VectorsTest : public CompanionTest {};
+
+TEST_F(VectorsTest, arithmetic) {
+  EXPECT_EQ(VectorSubtraction({1, 2, 3}, {1.0000005F, 5, 3}), (Point3D{0, 3, 0}));
+  EXPECT_EQ(VectorAddition({1, 2, -3}, {-1.0000005F, 5, 4}), (Point3D{0, 7, 1}));
+  EXPECT_EQ(CrossProduct({1, 2, 3}, {4, 5, 7}), (Point3D{-1, 5, -3}));
+  // Worked out in double precision: the products alone are not Singles.
+  EXPECT_EQ(CrossProduct({0, 16777215, 16777214}, {0, 16777213, 16777212}).X, -2.0F);
+  EXPECT_EQ(ScalarMultVector({1, -2, 4}, 0.5F), (Point3D{0.5F, -1, 2}));
+  EXPECT_EQ(DotProduct({1, 2, 3}, {4, 5, 6}), 32);
+  // Y first, then X, then Z: 1e16 swallows what comes before it is taken away.
+  EXPECT_EQ(DotProduct({1, 1e8F, -1e8F}, {1, 1e8F, 1e8F}), 0);
+  EXPECT_EQ(DotProduct({-1e8F, 1e8F, 1}, {1e8F, 1e8F, 1}), 1);
+  EXPECT_TRUE(lines.empty());
+}
 
 TEST_F(VectorsTest, components_before_a_failure_are_kept) {
   const auto line_for = [](const char* routine) {
