@@ -66,7 +66,9 @@ class GiantArguments final : public WorkedCalls<calls::NameHost> {
     std::vector<Variable> sent(1);
     copy(sent[0], value);
     Variable none;
-    EXPECT_EQ(NameHost::call("let", name, {0, {}, {{}}}, sent, none.v), S_OK);
+    calls::Member setting;
+    setting.arguments.resize(1);
+    EXPECT_EQ(NameHost::call("let", name, setting, sent, none.v), S_OK);
   }
 
   void create(const std::string& class_name, bool to_log) override {
