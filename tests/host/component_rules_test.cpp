@@ -40,6 +40,13 @@ struct Call {
     arguments.push_back({Value::number(value)});
     return *this;
   }
+  // What a member of ztPetroleum puts into its last argument.
+  float factor(const char* member) {
+    Value result;
+    arguments.push_back({Value::reference(result)});
+    EXPECT_TRUE(DispatchObject::create("ztPetroleum").succeeds(member, std::move(arguments)));
+    return result.get().fltVal;
+  }
 };
 
 class Draw {
@@ -59,19 +66,6 @@ class Draw {
  private:
   std::mt19937 engine_{20240229};
 };
-
-float live_factor(const Floats& primary, const std::vector<std::int32_t>& starts,
-                  const Floats& pressure, const Floats& factor, const Point& point) {
-  Call call;
-  call.singles(primary).list(VT_I4, starts).number(static_cast<double>(primary.size()));
-  call.singles(pressure).singles(factor).number(static_cast<double>(pressure.size()));
-  call.number(point.primary).number(point.pressure).number(0.0);
-  Value result;
-  call.arguments.push_back({Value::reference(result)});
-  DispatchObject petroleum = DispatchObject::create("ztPetroleum");
-  EXPECT_TRUE(petroleum.succeeds("GetVolumeCorrectionLive", std::move(call.arguments)));
-  return result.get().fltVal;
-}
 
 TEST(ComponentRules, LiveOilIsReadFromTheCurvesThatTheHostNames) {
   Draw draw;
@@ -95,7 +89,11 @@ TEST(ComponentRules, LiveOilIsReadFromTheCurvesThatTheHostNames) {
     const LivePlace at = live_place(table, point);
     const double tolerance = 1e-5 * (1.0 + std::fabs(at.share));
     const auto factor = [&](const Floats& factors, const Point& where) {
-      return live_factor(primary, starts, pressure, factors, where);
+      Call call;
+      call.singles(primary).list(VT_I4, starts).number(static_cast<double>(curves));
+      call.singles(pressure).singles(factors).number(static_cast<double>(pressure.size()));
+      call.number(where.primary).number(where.pressure).number(0.0);
+      return call.factor("GetVolumeCorrectionLive");
     };
     // The pressures as factors, far below saturation, are the saturation pressure.
     EXPECT_NEAR(factor(pressure, {point.primary, -1e9F}), at.saturation, 100.0 * tolerance);
@@ -136,7 +134,6 @@ TEST(ComponentRules, LiveOilIsReadFromTheCurvesThatTheHostNames) {
 
 TEST(ComponentRules, DeadOilIsReadFromTheRowsThatTheHostNames) {
   Draw draw;
-  DispatchObject petroleum = DispatchObject::create("ztPetroleum");
   for (int round = 0; round < 500; ++round) {
     Floats pressures;
     draw.climb(pressures, draw.count(2, 6));
@@ -147,10 +144,8 @@ TEST(ComponentRules, DeadOilIsReadFromTheRowsThatTheHostNames) {
       one[r] = 1.0F;
       Call call;
       call.singles(pressures).singles(one).number(static_cast<double>(pressures.size())).number(at);
-      Value factor;
-      call.arguments.push_back({Value::reference(factor)});
-      ASSERT_TRUE(petroleum.succeeds("GetVolumeCorrectionDead", std::move(call.arguments)));
-      EXPECT_EQ(factor.get().fltVal != 0.0F, r == row || r == row + 1) << at << " row " << r;
+      EXPECT_EQ(call.factor("GetVolumeCorrectionDead") != 0.0F, r == row || r == row + 1)
+          << at << " row " << r;
     }
   }
 }
@@ -227,16 +222,11 @@ TEST(ComponentRules, SegmentsCrossTheTrianglesThatTheHostNames) {
 }
 
 TEST(ComponentRules, LinesHaveTheSlopeThatTheHostChecks) {
-  struct Type {
-    const char* word;
-    bool log_x;
-    bool log_y;
-  };
   Draw draw;
   DispatchObject regression = DispatchObject::create("ztRegression");
-  for (const Type& type : {Type{"Linear", false, false}, Type{"Exponential", false, true},
-                           Type{"Polynomial", true, true}}) {
-    regression.put("RegressionType", Value::text(type.word));
+  for (const std::string word : {"Linear", "Exponential", "Polynomial"}) {
+    const bool logs[2] = {word == "Polynomial", word != "Linear"};  // of x, of y
+    regression.put("RegressionType", Value::text(word));
     for (int round = 0; round < 300; ++round) {
       Floats lists[2];
       std::vector<double> taken[2];
@@ -244,14 +234,14 @@ TEST(ComponentRules, LinesHaveTheSlopeThatTheHostChecks) {
         for (const std::size_t c : {0U, 1U}) {
           lists[c].push_back(static_cast<float>(draw.from(0.5, 8.0)));
           const double value = lists[c].back();
-          taken[c].push_back((c == 0 ? type.log_x : type.log_y) ? std::log(value) : value);
+          taken[c].push_back(logs[c] ? std::log(value) : value);
         }
       }
       Call call;
       call.singles(lists[0]).singles(lists[1]).singles(Floats(lists[0].size(), 1.0F));
       ASSERT_TRUE(regression.succeeds("Regression", std::move(call.arguments)));
       const LineCheck check = check_line(taken[0], taken[1]);
-      EXPECT_NEAR(regression.get("B").get().fltVal, check.slope, 1e-4 * check.unit) << type.word;
+      EXPECT_NEAR(regression.get("B").get().fltVal, check.slope, 1e-4 * check.unit) << word;
     }
   }
 }
