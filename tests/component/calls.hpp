@@ -16,10 +16,6 @@ struct Member {
   std::vector<Type> arguments;
   std::vector<std::string>
       fallbacks;  ///< of the arguments that may be left out, as the table has them
-
-  bool same_signature(const Member& other) const {
-    return result == other.result && arguments == other.arguments;
-  }
 };
 
 /// What a host adds to the table. Arguments that are left out are missing at the end of `sent`.
