@@ -2,45 +2,37 @@
 ' letter case, errors as it sees them.
 Option Explicit
 
-Dim checks, failures
-checks = 0
-failures = 0
+Dim checks, failures, integrate, accumulate, info
+checks = 0 : failures = 0
+Set integrate = CreateObject("VQ140analyse.ZTINTEGRATE")
+Set accumulate = CreateObject("vq140Analyse.ztAccumulate")
+Set info = CreateObject("vq140Analyse.ztAnalyseInfo")
 
 Sub Check(what, passed)
   checks = checks + 1
-  If Not passed Then
-    failures = failures + 1
-    WScript.Echo "FAILED: " & what
-  End If
+  If passed Then Exit Sub
+  failures = failures + 1
+  WScript.Echo "FAILED: " & what
 End Sub
 
 ' To be called right after the statement that fails, with On Error Resume Next before it.
 Sub CheckError(what, number, words)
-  Check what & ": error " & Err.Number & ", wanted " & number, Err.Number = number
-  Check what & ": text '" & Err.Description & "' lacks " & words, _
-        InStr(1, Err.Description, words, 1) > 0
+  Check what & ": error " & Err.Number & ", " & Err.Description, _
+        Err.Number = number And (words = "" Or InStr(1, Err.Description, words, 1) > 0)
   Err.Clear
 End Sub
 
 Sub ArrayForms()
-  Dim integrate, area, fixed(3), dynamic, single_y
-  Set integrate = CreateObject("VQ140analyse.ZTINTEGRATE")
+  Dim area, fixed(3), dynamic
   area = integrate.INTEGRAL(Array(9, 0, 1, 2), Array(9, 0, 1, 4))
-  Check "Array(): area " & area, area = 3
-  Check "the result is a Single", VarType(area) = 4
-  fixed(0) = -5
-  fixed(1) = 0
-  fixed(2) = CSng(1)
-  fixed(3) = "2"
+  Check "Array(): a Single, area " & area, area = 3 And VarType(area) = 4
+  fixed(0) = -5 : fixed(1) = 0 : fixed(2) = CSng(1) : fixed(3) = "2"
   ReDim dynamic(3)
-  dynamic(1) = CByte(0)
-  dynamic(2) = CCur(1)
-  dynamic(3) = CInt(4)
+  dynamic(1) = CByte(0) : dynamic(2) = CCur(1) : dynamic(3) = CInt(4)
   Check "fixed, dynamic and mixed", integrate.integral(fixed, dynamic) = 3
   Check "a text that was not changed stays one", VarType(fixed(3)) = 8
   Check "an element that was not given stays empty", VarType(dynamic(0)) = 0
-  single_y = Array(Empty, True, True, True)
-  Check "True is -1", integrate.Integral((fixed), single_y) = -2
+  Check "True is -1", integrate.Integral((fixed), Array(Empty, True, True, True)) = -2
 End Sub
 
 ' Untyped variables take the type of a result; element 0 of an array is nobody's.
@@ -64,19 +56,17 @@ Sub Results()
 End Sub
 
 Sub Properties()
-  Dim accumulate, born, flag, data(2, 2), result
-  Set accumulate = CreateObject("vq140Analyse.ztAccumulate")
-  born = Now
-  Check "a Date arrives as one", VarType(accumulate.StartDate) = 7
-  Check "made now", Abs(accumulate.StartDate - born) < 0.01 And Abs(accumulate.StartData - born) < 0.01
+  Dim flag, data(2, 2), result, early
+  early = DateSerial(1899, 12, 29) - TimeSerial(6, 0, 0)
+  Check "a Date", VarType(accumulate.StartDate) = 7
+  Check "made now", Abs(accumulate.StartDate - Now) + Abs(accumulate.StartData - Now) < 0.01
   Check "a String", accumulate.pErIoD = "Month" And VarType(accumulate.Period) = 8
-  Check "a Long", VarType(accumulate.Frequency) = 3
   accumulate.Rates = 0
   Check "rates set by number", VarType(accumulate.Rates) = 11 And Not accumulate.Rates
   accumulate.Frequency = "3"
-  Check "a number given as text", accumulate.Frequency = 3
-  accumulate.StartDate = DateSerial(1899, 12, 29) - TimeSerial(6, 0, 0)
-  Check "a date before the first day", accumulate.StartDate = DateSerial(1899, 12, 29) - TimeSerial(6, 0, 0)
+  Check "a number given as text", accumulate.Frequency = 3 And VarType(accumulate.Frequency) = 3
+  accumulate.StartDate = early
+  Check "a date before the first day", accumulate.StartDate = early
   accumulate.Period = "fort" & Chr(233) & "night"
   Check "any text is kept", accumulate.Period = "fort" & Chr(233) & "night"
   data(1, 1) = 0 : data(1, 2) = 5 : data(2, 1) = 1 : data(2, 2) = 20
@@ -86,15 +76,13 @@ Sub Properties()
   accumulate.Period = "Month"
   accumulate.Accumulate data, result, flag
   Check "a result comes whatever its variable held", flag And UBound(result, 2) = 2
-  flag = True
   accumulate.Frequency = 0
   accumulate.Accumulate data, Empty, (flag)
   Check "an argument in brackets is a copy", flag
 End Sub
 
 Sub VersionAndLog()
-  Dim info, version, log
-  Set info = CreateObject("vq140Analyse.ztAnalyseInfo")
+  Dim version, log
   version = info.dllversion
   Check "it tells a date: " & version, CDate(Mid(version, 20)) > DateSerial(2020, 1, 1)
   Check "an untyped log name is written back", info.DLLVersion(log) = version And log = "vqmath63.txt"
@@ -103,19 +91,10 @@ Sub VersionAndLog()
 End Sub
 
 Sub Errors()
-  Dim integrate, accumulate, info, x, result, ok, none
-  Set integrate = CreateObject("vq140Analyse.ztIntegrate")
-  Set accumulate = CreateObject("vq140Analyse.ztAccumulate")
-  Set info = CreateObject("vq140Analyse.ztAnalyseInfo")
+  Dim x
   On Error Resume Next
   x = integrate.Integral(5, Array(1, 2))
   CheckError "a number for an array", 13, "'xVals' of Integral"
-  x = integrate.Integral(Array(1, 2), Array(1, "2 sm3"))
-  CheckError "an element that is no number", 13, "element (1)"
-  x = integrate.Integral(Array(1, 2), Array(1, 1E+300))
-  CheckError "an element beyond Single", 6, "'yVals' of Integral"
-  accumulate.Accumulate Array(1, 2), result, ok
-  CheckError "one dimension for two", 13, "'dArr' of Accumulate"
   accumulate.Frequency = 1E+10
   CheckError "a Long out of range", 6, "'value' of Frequency"
   accumulate.Period = integrate
@@ -124,23 +103,13 @@ Sub Errors()
   Check "an argument too few: " & Err.Number, Err.Number = 449 Or Err.Number = 450
   Err.Clear
   x = integrate.Integral(Array(1, 2), Array(1, 2), 3)
-  Check "an argument too many: " & Err.Number, Err.Number = 450
-  Err.Clear
-  x = integrate.Integrate(Array(1, 2), Array(1, 2))
-  Check "an unknown member: " & Err.Number, Err.Number = 438
-  Err.Clear
+  CheckError "an argument too many", 450, ""
   x = accumulate.DataPeriod
-  Check "reading what can only be set: " & Err.Number, Err.Number = 438
-  Err.Clear
+  CheckError "reading what can only be set", 438, ""
   info.DLLVersion = "7"
-  Check "setting what can only be read: " & Err.Number, Err.Number = 438
-  Err.Clear
-  Set none = CreateObject("vq140Analyse.ztNothing")
-  Check "an unknown class: " & Err.Number, Err.Number = 429
-  Err.Clear
+  CheckError "setting what can only be read", 438, ""
   x = integrate.Integral(Array(9, 0, 1, 2), Array(9, 0, 1, 4))
   Check "a good call afterwards: " & Err.Number, Err.Number = 0 And x = 3
-  On Error GoTo 0
 End Sub
 
 ArrayForms

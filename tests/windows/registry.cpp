@@ -4,7 +4,6 @@
 
 namespace {
 
-constexpr const char* kUserClasses = "Software\\Classes";
 #ifdef _WIN64
 constexpr const char* kSystem = "win64";
 #else
@@ -25,30 +24,28 @@ struct Entry {
 
 std::vector<Entry> entries(const std::string& file) {
   const std::string library = braced(LIBID_vq140Analyse);
-  std::vector<Entry> all;
+  const std::string version = "TypeLib\\" + library + "\\6.3";
+  std::vector<Entry> all = {{version, nullptr, "Quorvane Statistical Analysis 6.3"},
+                            {version + "\\0\\" + kSystem, nullptr, file},
+                            {version + "\\FLAGS", nullptr, "0"}};
   for (const ClassRow& row : kClasses) {
     const std::string id = std::string("vq140Analyse.") + row.name;
-    const std::string clsid = "CLSID\\" + braced(row.clsid);
-    const std::string versioned = id + ".1";
-    all.push_back({id + "\\CLSID", nullptr, braced(row.clsid)});
-    all.push_back({id + "\\CurVer", nullptr, versioned});
-    all.push_back({versioned + "\\CLSID", nullptr, braced(row.clsid)});
-    all.push_back({clsid + "\\ProgID", nullptr, versioned});
-    all.push_back({clsid + "\\VersionIndependentProgID", nullptr, id});
-    all.push_back({clsid + "\\InprocServer32", nullptr, file});
-    all.push_back({clsid + "\\InprocServer32", "ThreadingModel", "Apartment"});
-    all.push_back({clsid + "\\TypeLib", nullptr, library});
-    const std::string interface_key = "Interface\\" + braced(row.iid);
-    all.push_back({interface_key, nullptr, std::string("_") + row.name});
-    all.push_back({interface_key + "\\TypeLib", nullptr, library});
-    all.push_back({interface_key + "\\TypeLib", "Version", "6.3"});
-    all.push_back(
-        {interface_key + "\\ProxyStubClsid32", nullptr, "{00020424-0000-0000-C000-000000000046}"});
+    const std::string clsid = braced(row.clsid), iid = "Interface\\" + braced(row.iid);
+    const std::string key = "CLSID\\" + clsid;
+    all.insert(all.end(),
+               {{id + "\\CLSID", nullptr, clsid},
+                {id + "\\CurVer", nullptr, id + ".1"},
+                {id + ".1\\CLSID", nullptr, clsid},
+                {key + "\\ProgID", nullptr, id + ".1"},
+                {key + "\\VersionIndependentProgID", nullptr, id},
+                {key + "\\InprocServer32", nullptr, file},
+                {key + "\\InprocServer32", "ThreadingModel", "Apartment"},
+                {key + "\\TypeLib", nullptr, library},
+                {iid, nullptr, std::string("_") + row.name},
+                {iid + "\\TypeLib", nullptr, library},
+                {iid + "\\TypeLib", "Version", "6.3"},
+                {iid + "\\ProxyStubClsid32", nullptr, "{00020424-0000-0000-C000-000000000046}"}});
   }
-  const std::string version = "TypeLib\\" + library + "\\6.3";
-  all.push_back({version, nullptr, "Quorvane Statistical Analysis 6.3"});
-  all.push_back({version + "\\0\\" + kSystem, nullptr, file});
-  all.push_back({version + "\\FLAGS", nullptr, "0"});
   return all;
 }
 
@@ -59,14 +56,8 @@ std::string read(HKEY root, const std::string& key, const char* name) {
   return result == ERROR_SUCCESS ? text : "missing";
 }
 
-bool exists(HKEY root, const std::string& key) {
-  HKEY opened = nullptr;
-  if (RegOpenKeyExA(root, key.c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS) return false;
-  RegCloseKey(opened);
-  return true;
-}
-
-void check_root(HKEY root, const std::string& above, bool wanted, const std::string& file) {
+void check_root(HKEY root, bool wanted, const std::string& file) {
+  const std::string above = "Software\\Classes\\";
   for (const Entry& entry : entries(file)) {
     const std::string key = above + entry.key;
     if (wanted) {
@@ -78,7 +69,9 @@ void check_root(HKEY root, const std::string& above, bool wanted, const std::str
       const bool own_key = entry.key.rfind("vq140", 0) == 0;
       const std::string top =
           above + entry.key.substr(0, own_key ? first : entry.key.find('\\', first + 1));
-      checks.that(!exists(root, top), top + " is gone");
+      HKEY opened = nullptr;
+      checks.result(RegOpenKeyExA(root, top.c_str(), 0, KEY_READ, &opened), ERROR_FILE_NOT_FOUND,
+                    top + " is gone");
     }
   }
 }
@@ -88,8 +81,7 @@ void check_root(HKEY root, const std::string& above, bool wanted, const std::str
 int main(int count, char** words) {
   if (count != 3) return 2;
   const std::string where = words[1];
-  const std::string user = std::string(kUserClasses) + "\\";
-  check_root(HKEY_LOCAL_MACHINE, user, where == "machine", words[2]);
-  check_root(HKEY_CURRENT_USER, user, where == "user", words[2]);
+  check_root(HKEY_LOCAL_MACHINE, where == "machine", words[2]);
+  check_root(HKEY_CURRENT_USER, where == "user", words[2]);
   return checks.close();
 }
