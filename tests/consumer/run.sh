@@ -22,13 +22,15 @@ program_of() {  # DOCUMENT
        END { exit !found }' "$1"
 }
 
+fail() {  # WORDS
+  echo "$*"
+  exit 1
+}
+
 expect() {  # PROGRAM WORDS: what it prints
   local printed
   printed=$("$1")
-  if [ "$printed" != "$2" ]; then
-    printf '%s printed:\n%s\nwanted:\n%s\n' "$1" "$printed" "$2"
-    exit 1
-  fi
+  [ "$printed" = "$2" ] || fail "$1 printed: $printed, wanted: $2"
   echo "$(basename "$1"): $printed"
 }
 
@@ -40,7 +42,7 @@ case $mode in
     rm -rf "$prefix" "$programs"
     mkdir -p "$programs"
     cmake --install "$build" --prefix "$prefix" >"$build/consumer/install.log"
-    [ "$(ls "$prefix/include")" = vqmath63 ] || { echo "headers outside the library's folder"; exit 1; }
+    [ "$(ls "$prefix/include")" = vqmath63 ] || fail "headers outside the library's folder"
     program_of "$source/README.md" >"$programs/readme.cpp"
     program_of "$source/docs/hosts.md" >"$programs/hosts.cpp"
     cp "$source/examples/early_bound.cpp" "$programs"
@@ -49,12 +51,10 @@ case $mode in
     cp -a "$prefix" "$prefix.moved"
     said=$(env -u LD_LIBRARY_PATH "$prefix.moved/bin/vqhost" call ztIntegrate Integral [0,1,2] [0,1,4])
     rm -rf "$prefix.moved"
-    [[ $said == 3* ]] || { echo "the installed vqhost printed: $said"; exit 1; }
+    [[ $said == 3* ]] || fail "the installed vqhost printed: $said"
     # The version text has its file's date only where the library has the name it knows.
-    if ! said=$("$prefix/bin/vqhost" --version) || [[ $said == *Unknown* ]]; then
-      echo "the installed vqhost says: $said"
-      exit 1
-    fi
+    said=$("$prefix/bin/vqhost" --version)
+    [[ $said != *Unknown* ]] || fail "the installed vqhost says: $said"
     ;;
   find_package)
     rm -rf "$work"
@@ -96,9 +96,8 @@ case $mode in
     usr=$work/root/usr
     said=$(env -i "$usr/bin/vqhost" --version)
     version=$(dpkg-deb -f "$package" Version)
-    [[ $said == "vqmath63 v$version "* && $said != *Unknown* ]] ||
-      { echo "the packaged vqhost says: $said"; exit 1; }
-    [[ $(dpkg-deb -f "$package" Depends) == *libc6* ]] || { echo "it depends on no library"; exit 1; }
+    [[ $said == "vqmath63 v$version "* && $said != *Unknown* ]] || fail "the packaged vqhost says: $said"
+    [[ $(dpkg-deb -f "$package" Depends) == *libc6* ]] || fail "it depends on no library"
     # Every command that the program lists has its page and its completion.
     commands=$(env -i "$usr/bin/vqhost" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]\S*\) .*/\1/p')
     page=$(gzip -dc "$usr/share/man/man1/vqhost.1.gz")
@@ -109,15 +108,14 @@ case $mode in
     found=0
     for command in $commands; do
       found=$((found + 1))
-      grep -q "^\.SS vqhost ${command//-/\\\\-} " <<<"$page" || { echo "no page of $command"; exit 1; }
-      [[ " ${COMPREPLY[*]} " == *" $command "* ]] || { echo "no completion of $command"; exit 1; }
+      grep -q "^\.SS vqhost ${command//-/\\\\-} " <<<"$page" || fail "no page of $command"
+      [[ " ${COMPREPLY[*]} " == *" $command "* ]] || fail "no completion of $command"
     done
-    [ "$found" -ge 11 ] || { echo "only $found commands"; exit 1; }
+    [ "$found" -ge 11 ] || fail "only $found commands"
     COMP_WORDS=(vqhost call --set IntegrationRule = 2 ztIntegrate Integr)
     COMP_CWORD=7
     _vqhost
-    [ "${COMPREPLY[*]}" = "IntegrationRule Integral" ] ||
-      { echo "completion of Integr: ${COMPREPLY[*]}"; exit 1; }
+    [ "${COMPREPLY[*]}" = "IntegrationRule Integral" ] || fail "completion of Integr: ${COMPREPLY[*]}"
     echo "$(basename "$package"): $said"
     ;;
   *)
