@@ -2,8 +2,10 @@
 #include "accumulate/accumulate.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
+#include <random>
 
 #include "accumulate/accumulate_data.hpp"
 #include "accumulate/profile.hpp"
@@ -97,21 +99,51 @@ TEST_F(AccumulateTest, arrays_of_any_lower_bound_are_read_from_1) {
   EXPECT_TRUE(lines.empty());
 }
 
+// Counts its calls, and says itself what the flags are.
+struct FlagTools final : ztArrayTools {
+  void ApplyMask(Array1<Boolean>&, Array1<float>&, std::int32_t&, bool&, bool&) override {}
+  void RemoveNullEntries(float&, Array1<float>&, std::int32_t&, Array1<std::int32_t>&,
+                         std::int32_t&, bool&) override {}
+  void RemoveListedEntries(Array1<std::int32_t>&, std::int32_t&, Array1<float>&, std::int32_t&,
+                           bool&) override {}
+  void InitialiseFlagArray(std::int32_t& count, bool& flagA, bool& flagB, Array1<Boolean>& arr,
+                           bool& done) override {
+    ++calls;
+    arguments_right = count == 3 && flagA && flagB;
+    if (failure) failure();
+    arr = flags;
+    done = false;  // nobody asks
+  }
+  int calls = 0;
+  bool arguments_right = false;
+  Array1<Boolean> flags = flags_of({false, true, false});
+  std::function<void()> failure;
+};
+
 TEST_F(AccumulateTest, flags_are_made_anew_at_each_call_until_they_are_set) {
-  EXPECT_TRUE(nearly(run({{0, 5}, {3, 40}}), {{28, 40}, {59, 40}, {89, 40}}));
-  // Between the samples a cumulative is half-way by time: 28 of 43.5 days.
+  const auto tools = std::make_shared<FlagTools>();
+  companion_makers().ArrayTools = [&] { return tools; };
   const Rows samples = {{0, 5, 0}, {1.5, 20, 30}, {3, 40, 60}};
+  // Between the samples a cumulative is half-way by time: 28 of 43.5 days.
+  run(samples);
+  EXPECT_TRUE(ok);
+  EXPECT_TRUE(tools->arguments_right);
+  EXPECT_EQ(result(1, 3), static_cast<float>(30 * 28 / 43.5));
+  tools->flags = flags_of({true, true, true});
   run(samples);
   EXPECT_FLOAT_EQ(result(1, 3), 30.0F);
+  EXPECT_EQ(tools->calls, 2);
   set_rates({true, true, false});
   run(samples);
-  EXPECT_EQ(result(1, 3), static_cast<float>(30 * 28 / 43.5));
   EXPECT_EQ(result(3, 3), 60.0F);
   EXPECT_TRUE(nearly(run(), kRates));
+  EXPECT_EQ(tools->calls, 2);
   EXPECT_TRUE(lines.empty());
 }
 
 TEST_F(AccumulateTest, a_run_time_error_is_one_line_and_leaves_what_was_filled) {
+  const auto flag_tools = std::make_shared<FlagTools>();
+  flag_tools->failure = [] { raise_companion_failure(static_cast<std::int32_t>(0x80070005U)); };
   const Array2<float> monthly = table_of(kMonthly), century = table_of({{0, 5}, {36525, 7}});
   const auto none = [] {};
   const auto short_rates = [&] { set_rates({true, true}); };
@@ -121,6 +153,7 @@ TEST_F(AccumulateTest, a_run_time_error_is_one_line_and_leaves_what_was_filled) 
   };
   // The boundary 86 s before the last sample is the same Single, a century after the first.
   const auto no_length = [&] { apply({18264, 18263.999, "day", "year", 100}, *accumulate); };
+  const auto bad_flags = [&] { companion_makers().ArrayTools = [&] { return flag_tools; }; };
   const auto no_tools = [] { companion_makers().ArrayTools = nullptr; };
   const auto no_dates = [] { companion_makers().DateTools = nullptr; };
   const char* const work = "AccumulateData";
@@ -136,6 +169,7 @@ TEST_F(AccumulateTest, a_run_time_error_is_one_line_and_leaves_what_was_filled) 
       {"short flags", short_rates, 9, work, monthly, {{28, 20, 0}, {59, 30, 0}, {89, 40, 0}}},
       {"flags unallocated", no_rates, 9, work, monthly, {{28, 0, 0}, {59, 0, 0}, {89, 0, 0}}},
       {"zero length", no_length, 11, work, century, {{36525, 0}, {36525, 0}}},
+      {"flags fail", bad_flags, static_cast<std::int32_t>(0x80070005U), "Accumulate", monthly},
       {"no array tools", no_tools, 429, "Accumulate", monthly},
       {"no date tools", no_dates, 429, calendar, monthly},
       {"dArr unallocated", none, 9, "Accumulate", {}},
@@ -198,6 +232,87 @@ TEST_F(AccumulateTest, the_driver_integrates_by_the_rule_it_is_given) {
   // A mean is the area, 287, times 1/41 as a Single, and not 7.
   apply({.data_period = "day", .period = "year"}, *accumulate);
   EXPECT_EQ(run({{0, 7}, {41, 7}}), (Rows{{41, 6.99999952F}}));
+}
+
+// Seeded profiles in eighths of a day, a rate and a cumulative, with equal times among them.
+class RandomProfiles : public CompanionTest {
+ protected:
+  int pick(int from, int to) { return std::uniform_int_distribution<int>(from, to)(random); }
+  void make() {
+    samples = {{static_cast<float>(pick(-80, 0)) / 8, 0, 0}};
+    for (int n = pick(3, 60); n > 0; --n) {
+      const auto step = static_cast<float>(pick(0, 3) * pick(0, 80));
+      samples.push_back({samples.back()[0] + (n == 1 ? 1 : step / 8),
+                         static_cast<float>(pick(1, 4000)) / 4,
+                         samples.back()[2] + static_cast<float>(pick(0, 4000)) / 4});
+    }
+    settings.data = 44957 + pick(-60000, 60000);
+    settings.start = settings.data - pick(20, 2000) - (settings.data > 2100 ? 0.25 : 0);
+    settings.data_period = "days";
+    settings.period = std::array{"day", "weeks", "month", "years"}[trial++ % 4];
+    settings.frequency = pick(1, 3);
+  }
+  Rows by(const char* period, std::int32_t frequency) {
+    settings.period = period;
+    settings.frequency = frequency;
+    return results();
+  }
+  Rows results() {
+    bool ok = false;
+    Rows rows = accumulated(samples, settings, flags, ok);
+    EXPECT_TRUE(ok) << trial;
+    return rows;
+  }
+  // Mean rate x length, summed over the periods that end after `from` and not after `to`.
+  void expect_volume(const Rows& rows, float from, float to, double want) const {
+    double sum = 0;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      const double begin = i == 0 ? 0.0 : double{rows[i - 1][0]};
+      if (rows[i][0] > from && rows[i][0] <= to) sum += (rows[i][0] - begin) * rows[i][1];
+    }
+    EXPECT_NEAR(sum, want, std::ldexp(want, -24) * static_cast<double>(samples.size() + 4))
+        << trial;
+  }
+
+  std::mt19937 random{20230131};
+  std::size_t trial = 0;
+  Rows samples;
+  Settings settings;
+  std::vector<bool> flags = {false, true, false};
+};
+
+TEST_F(RandomProfiles, parts_add_up_and_columns_stand_alone) {
+  while (trial < 400) {
+    make();
+    double whole = 0;
+    for (std::size_t i = 1; i < samples.size(); ++i) {
+      whole += (double{samples[i][0]} - samples[i - 1][0]) * samples[i][1];
+    }
+    Rows rows = results();
+    const float end = samples.back()[0] - samples[0][0];
+    EXPECT_EQ(rows.back()[0], end) << trial;
+    EXPECT_EQ(rows.back()[2], samples.back()[2]) << trial;
+    expect_volume(rows, 0, end, whole);
+
+    const Rows months = by("months", 1);
+    float begin = 0;
+    for (const std::vector<float>& quarter : trial % 2 == 0 ? by("quarter", 1) : by("month", 3)) {
+      const auto last = std::find_if(months.begin(), months.end(),
+                                     [&](const auto& month) { return month[0] == quarter[0]; });
+      ASSERT_NE(last, months.end()) << trial;
+      EXPECT_EQ((*last)[2], quarter[2]) << trial;
+      expect_volume(months, begin, quarter[0], (double{quarter[0]} - begin) * quarter[1]);
+      begin = quarter[0];
+    }
+
+    rows = by("weeks", 2);
+    for (Rows* table : {&samples, &rows}) {
+      for (std::vector<float>& row : *table) std::swap(row[1], row[2]);
+    }
+    flags = {true, false, true};
+    EXPECT_EQ(results(), rows) << trial;
+    flags = {false, true, false};
+  }
 }
 
 }  // namespace

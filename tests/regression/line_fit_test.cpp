@@ -1,4 +1,4 @@
-// Straight lines: transforms, quiet stops, failures half-way.
+// Straight lines: transforms, quiet stops, failures half-way, the shared statistics object.
 #include "regression/line_fit.hpp"
 
 #include <cmath>
@@ -6,6 +6,7 @@
 #include "frame/arrays.hpp"
 #include "frame/companion_fixture.hpp"
 #include "frame/test_table.hpp"
+#include "info/common_globals.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -82,6 +83,23 @@ TEST_F(LineFitTest, a_failing_sum_reports_itself_and_counts_as_zero) {
   };
   EXPECT_EQ(taken(), (Lines{sum("SumOfX"), sum("SumOfX"), sum("SumOfXY"), sum("SumOfX2"),
                             sum("SumOfX2"), error_line(5, kFitLinePlace)}));
+}
+
+TEST_F(LineFitTest, one_statistics_object_serves_the_thread_until_close_down) {
+  Array1<float> x = array_of<float>({1, 2, 3});
+  Line line;
+  bool ok = false;
+  FitLine(x, x, line, ok);
+  const std::weak_ptr<ztStatistics> first = common_globals().Statistics;
+  ASSERT_FALSE(first.expired());
+  FitLine(x, x, line, ok);
+  EXPECT_EQ(common_globals().Statistics, first.lock());
+  std::string message = "over";
+  CLOSEALLCOMMONGLOBALS(message);
+  EXPECT_TRUE(first.expired());
+  FitLine(x, x, line, ok);
+  EXPECT_TRUE(ok);
+  EXPECT_NE(common_globals().Statistics, nullptr);
 }
 
 }  // namespace

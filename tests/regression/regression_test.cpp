@@ -68,6 +68,14 @@ TEST_F(RegressionTest, a_fit_that_failed_is_a_success_with_zeros) {
   });
 }
 
+TEST_F(RegressionTest, each_call_starts_from_zero) {
+  EXPECT_TRUE(fit(up, odd));
+  // Equal abscissae keep a slope, but that of the call: zero.
+  EXPECT_TRUE(fit(array_of<float>({2, 2, 2}), array_of<float>({1, 2, 3})));
+  EXPECT_EQ(results(), (Values{2, 0, 0}));
+  EXPECT_TRUE(lines.empty());
+}
+
 TEST_F(RegressionTest, the_polynomial_fit_goes_ahead_of_the_line_and_leaves_nothing) {
   const Array1<float> squares = array_of<float>({1, 4, 9, 16, 25});
   regression.put_RegressionType("Polynomial");

@@ -165,40 +165,65 @@ TEST_F(NullRemovalTest, failures_bear_their_locations) {
   }
 }
 
-// The built-in companion, but its removal of listed entries fails at a chosen call.
+// A companion that counts its calls and fails at a chosen one, by its flag or by raising.
 struct Failing final : ztArrayTools {
-  void ApplyMask(Array1<Boolean>&, A&, std::int32_t&, bool&, bool&) override {}
+  int* calls;
+  int at;
+  bool raises;
+  Failing(int* counter, int which, bool by_raising)
+      : calls(counter), at(which), raises(by_raising) {}
+  void step(bool& ok) const {
+    if (++*calls != at) return;
+    if (raises) throw Fault(51);
+    ok = false;
+  }
+  void ApplyMask(Array1<Boolean>& mask, A& values, std::int32_t& count, bool& ok,
+                 bool& keep) override {
+    built_in->ApplyMask(mask, values, count, ok, keep);
+    step(ok);
+  }
   void RemoveNullEntries(float& value, A& values, std::int32_t& count, Array1<std::int32_t>& list,
                          std::int32_t& removed, bool& ok) override {
     built_in->RemoveNullEntries(value, values, count, list, removed, ok);
+    step(ok);
   }
   void RemoveListedEntries(Array1<std::int32_t>& list, std::int32_t& removed, A& values,
                            std::int32_t& count, bool& ok) override {
     built_in->RemoveListedEntries(list, removed, values, count, ok);
-    if (--left == 0) ok = false;
+    step(ok);
   }
   void InitialiseFlagArray(std::int32_t&, bool&, bool&, Array1<Boolean>&, bool&) override {}
   std::shared_ptr<ztArrayTools> built_in = built_in_makers().ArrayTools();
-  int left = 0;
 };
 
 TEST_F(NullRemovalTest, a_failing_companion_keeps_the_callers_arrays) {
-  const auto tools = std::make_shared<Failing>();
-  companion_makers().ArrayTools = [&] { return tools; };
-  for (int at = 1; at <= 7; ++at) {  // three columns, two calls each
-    common_globals() = {};
-    tools->left = at;
-    const Columns in = {{N, 2, 3, 4}, {1, N, 3, 4}, {1, 2, N, 4}};
-    A a = samples(in[0]), b = samples(in[1]), c = samples(in[2]);
-    z.RemoveNullValuesXYZ(null, remove, a, b, c, rows, ok);
-    EXPECT_EQ(ok, at == 7);
-    EXPECT_EQ((Columns{from_one(a), from_one(b), from_one(c)}), (ok ? Columns(3, {4}) : in));
+  for (const bool raises : {false, true}) {
+    for (int at = 1; at <= 10; ++at) {
+      int calls = 0;
+      common_globals() = {};
+      companion_makers().ArrayTools = [&] { return std::make_shared<Failing>(&calls, at, raises); };
+      A a = samples({N, 2, 3, 4}), b = samples({1, N, 3, 4}), c = samples({1, 2, N, 4});
+      ztStatistics s;
+      s.RemoveNullValuesXYZ(null, remove, a, b, c, rows, ok);
+      EXPECT_EQ(ok, at == 10);  // three columns, three calls each
+      EXPECT_EQ(calls, at == 10 ? 9 : at);
+      EXPECT_EQ(from_one(a), ok ? Values{4} : (Values{N, 2, 3, 4})) << at;
+      EXPECT_EQ(from_one(c), ok ? Values{4} : (Values{1, 2, N, 4})) << at;
+      EXPECT_EQ(numbers_of(taken()), raises && at < 10 ? "51" : "") << at;
+    }
   }
+  // The mask methods do not ask for success.
+  int calls = 0;
+  companion_makers().ArrayTools = [&] { return std::make_shared<Failing>(&calls, 1, false); };
+  ztStatistics s;
+  Array1<Boolean> mask = array_of<Boolean>({true, false});
+  A x = samples({1, 2}), y = samples({3, 4});
+  s.MaskValuesXY(mask, x, y, rows, ok, flag);
+  EXPECT_TRUE(ok);
+  EXPECT_EQ(from_one(y), Values{3});
   companion_makers().ArrayTools = nullptr;
   ztStatistics without;
   EXPECT_EQ(numbers_of(taken()), "429");
-  Array1<Boolean> mask = array_of<Boolean>({true, false});
-  A y = samples({3, 4});
   without.MaskValuesXY(mask, y, y, rows, ok, flag);
   EXPECT_FALSE(ok);
   EXPECT_EQ(taken(), std::vector{error_line(429, "ztAnalysis", "MaskValuesXY")});

@@ -133,7 +133,26 @@ TEST_F(SummaryTest, statistics_asks_for_success_and_statistics_pairs_does_not) {
   EXPECT_EQ(taken(), lines_of(9, {"BasicStatisticsPairs", "Median", "Mode"}));
 }
 
-TEST_F(SummaryTest, a_missing_companion_is_asked_for_again) {
+TEST_F(SummaryTest, companions_live_with_the_instance) {
+  int sorts = 0, tools = 0;
+  struct Counted final : ztSortTools {
+    explicit Counted(int& count) : alive(count) { ++alive; }
+    ~Counted() override { --alive; }
+    void SortAscending(A&, bool& qOK) override { qOK = true; }
+    int& alive;
+  };
+  companion_makers().SortTools = [&] { return std::make_shared<Counted>(sorts); };
+  companion_makers().ArrayTools = [&] {
+    ++tools;
+    return built_in_makers().ArrayTools();
+  };
+  {
+    Z a, b;
+    EXPECT_EQ(sorts, 2);
+    EXPECT_EQ(tools, 2);
+    EXPECT_EQ(common_globals().ArrayTools, nullptr) << "the shared one is another";
+  }
+  EXPECT_EQ(sorts, 0);
   companion_makers().SortTools = nullptr;
   Z without;
   EXPECT_EQ(taken(), std::vector{error_line(429, "ztAnalyse - ztStatistics", "InitStatistics")});
@@ -144,7 +163,7 @@ TEST_F(SummaryTest, a_missing_companion_is_asked_for_again) {
   EXPECT_EQ(without.get_xBar(), 2.0F);
   EXPECT_EQ(taken(), lines_of(429, {"Median", "Mode"}));
   companion_makers() = built_in_makers();
-  EXPECT_EQ(without.Median(x), 2.0F);
+  EXPECT_EQ(without.Median(x), 2.0F) << "the companion is asked for again";
 }
 
 }  // namespace
