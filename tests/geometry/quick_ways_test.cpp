@@ -22,8 +22,8 @@ class QuickWaysTest : public CompanionTest {
   // A Single a few units beside `value`.
   float near(float value) { return value * (1 + 0x1p-23F * (static_cast<float>(pick(7)) - 3)); }
   float wild() {
-    const float values[] = {-0.0F, 1e-45F, 1e-20F,   3e9F,      1e25F, 1e33F,
-                            -1e30, 2e38F,  kLargest, -kLargest, kInf,  kNaN};
+    const float values[] = {-0.0F,  1e-45F, 1e-20F,   3e9F,      1e25F, 1e33F,
+                            -1e30F, 2e38F,  kLargest, -kLargest, kInf,  kNaN};
     return values[pick(std::size(values))];
   }
   // A place and a size: unit, field coordinates, about the tolerance, tiny, huge.
