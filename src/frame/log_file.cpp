@@ -3,7 +3,7 @@
 #include <atomic>
 #include <fstream>
 
-#if __has_include(<sys/file.h>)
+#if defined(__unix__)
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -27,7 +27,7 @@ bool ends_within_a_line(const fs::path& path) {
   return file.get() != '\n' && file.good();
 }
 
-#if __has_include(<sys/file.h>)
+#if defined(__unix__)
 // A reader can see half of what another process is appending, and would take it for a line that
 // was cut short: so those who append do it in turn. One that does not move on for a second, or a
 // file system without such locks, is not waited for.
