@@ -172,6 +172,11 @@ entries() {  # FILE
 under_wine regsvr32 /s /u "$dll" >/dev/null 2>&1
 under_wine regsvr32 /s /u /n /i:user "$dll" >/dev/null 2>&1
 "$wine" reg add 'HKCU\Software\Classes' /f >output.txt 2>&1
+# The script hosts register a library of their own when they first run.
+for language in vbs js; do
+  : >"nothing.$language"
+  under_wine cscript //nologo "nothing.$language" >output.txt 2>&1
+done
 entries before.reg
 run "early_bound, unregistered" "$clients/early_bound.exe" \
   "$(windows_path "$build/src/vqmath63.manifest")"
@@ -196,7 +201,8 @@ run "early_bound" "$clients/early_bound.exe"
 transcripts "vqhost.exe, registered" "$work/alone" '*/program:*/call'
 run "lifetime" "$clients/lifetime.exe" "$dll"
 run "reloads" "$clients/reloads.exe" "$dll"
-run "shared_log" "$clients/shared_log.exe"
+# The name of its log has letters that the plain locale has not.
+LC_ALL=C.UTF-8 run "shared_log" "$clients/shared_log.exe"
 expect ok "unregister" regsvr32 /s /u "$dll"
 run "registry: gone" "$clients/registry.exe" gone "$dll"
 expect ok "unregister once more" regsvr32 /s /u "$dll"

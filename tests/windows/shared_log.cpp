@@ -55,6 +55,7 @@ int main(int argc, char** argv) {
   start_writers(kWriters);
   // What a full disk has left of a line ends there.
   std::FILE* log = _wfopen(kLog, L"ab");
+  if (!checks.that(log != nullptr, "a log to append to")) return checks.close();
   std::fputs("half a li", log);
   std::fclose(log);
   say("the next");
