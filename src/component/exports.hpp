@@ -1,6 +1,8 @@
 // The functions that the component exports beside the usual entry points.
 #pragma once
 
+#include <stdint.h>
+
 #include "automation/types.hpp"
 
 extern "C" {
