@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 #include "frame/speculate.hpp"
@@ -48,6 +49,24 @@ class WorkingSystem {
       to[n_] = right[i];
       rows_[i] = to;
     }
+  }
+
+  /// Whether no coefficient can overflow on the way: no multiplier is larger than 1, so a step at
+  /// most doubles the largest magnitude, but for its roundings. False where there is a NaN, and
+  /// for orders at which that is not worth a look or cannot be said.
+  bool cannot_overflow() const {
+    if (n_ <= kSmall || n_ >= 100) return false;
+    double sum = 0.0;  // no less than the largest
+    for (std::size_t i = 0; i < n_; ++i) {
+      const float* row = numbers_ + i * (n_ + 1);
+      double even = 0.0, odd = 0.0;  // two that do not wait for each other
+      for (std::size_t j = 0; j < n_; j += 2) {
+        even += std::fabs(static_cast<double>(row[j]));
+        odd += std::fabs(static_cast<double>(row[j + 1]));  // the right-hand side at the end
+      }
+      sum += even + odd;
+    }
+    return sum < std::ldexp(1.0, 120 - static_cast<int>(n_));
   }
 
   bool all_finite() const {
@@ -99,16 +118,18 @@ template <class Mode>
 bool solve(WorkingSystem& system) {
   using Single = typename Mode::Single;
   const std::size_t n = system.size();
+  // What is left in columns already eliminated is of no use to the solution, but can overflow too.
+  const bool all_columns = !std::is_same_v<Mode, PlainMode> || !system.cannot_overflow();
   for (std::size_t k = 0; k < n; ++k) {
     const std::size_t pivot = find_pivot(system, k);
     if (pivot == n) return false;
     system.exchange(k, pivot);
+    const std::size_t first = all_columns ? 0 : k + 1;
     const float* pivot_row = system.row(k);
     for (std::size_t i = k + 1; i < n; ++i) {
       float* row = system.row(i);
       const Single m = Single(row[k]) / Single(pivot_row[k]);
-      // All columns, also those already eliminated: what is left in them can overflow too.
-      subtract_multiple<Mode>(m, pivot_row, row, n + 1);
+      subtract_multiple<Mode>(m, pivot_row + first, row + first, n + 1 - first);
     }
   }
   for (std::size_t i = n; i-- > 0;) {

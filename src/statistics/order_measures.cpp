@@ -1,7 +1,11 @@
 // The measures of ztStatistics that work on sorted samples: median, mode and quartiles.
 #include <algorithm>
+#include <typeinfo>
+#include <utility>
 
 #include "frame/checked_functions.hpp"
+#include "frame/sort_tools.hpp"
+#include "frame/steps_only.hpp"
 #include "frame/trap.hpp"
 #include "statistics/statistics.hpp"
 
@@ -67,10 +71,15 @@ Array1<float> ztStatistics::sorted_copy(const Array1<const float>& x, bool& ok) 
 }
 
 float ztStatistics::Median(const Array1<const float>& xA) {
+  Array1<float> sorted;
+  return median(xA, sorted);
+}
+
+float ztStatistics::median(const Array1<const float>& xA, Array1<float>& sorted) {
   return trap<float>(kMedian, [&](float& result) {
     const std::int64_t n = xA.upper();
     bool ok = false;
-    const Array1<float> work = sorted_copy(xA, ok);
+    Array1<float> work = sorted_copy(xA, ok);
     if (!ok) {
       result = work(1);
       return;
@@ -80,17 +89,26 @@ float ztStatistics::Median(const Array1<const float>& xA) {
     } else {
       result = work(n / 2 + 1);
     }
+    // A sort of the host's own is asked each time: it may count, or answer otherwise.
+    const ztSortTools& tools = *sort_tools_;
+    if (!kStepsOnly && typeid(tools) == typeid(BuiltInSortTools)) sorted = std::move(work);
   });
 }
 
 float ztStatistics::Mode(const Array1<const float>& xA) {
+  return mode(xA, {});
+}
+
+float ztStatistics::mode(const Array1<const float>& xA, Array1<float> work) {
   return trap<float>(kMode, [&](float& result) {
     const std::int64_t n = xA.upper();
-    bool ok = false;
-    Array1<float> work = sorted_copy(xA, ok);
-    if (!ok) {
-      result = work(1);
-      return;
+    if (!work.allocated()) {
+      bool ok = false;
+      work = sorted_copy(xA, ok);
+      if (!ok) {
+        result = work(1);
+        return;
+      }
     }
     const Elements sorted(work, n);
     float mode = sorted(1);

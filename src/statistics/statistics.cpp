@@ -1,6 +1,8 @@
 // The life of a ztStatistics and its summary calls.
 #include "statistics/statistics.hpp"
 
+#include <utility>
+
 #include "frame/checked_functions.hpp"
 #include "frame/trap.hpp"
 
@@ -75,8 +77,9 @@ void ztStatistics::Statistics(const Array1<const float>& xA, bool& qOK) {
     bool ok = false;
     BasicStatistics(xA, ok);
     if (!ok) return;
-    x_.median = Median(xA);
-    x_.mode = Mode(xA);
+    Array1<float> sorted;
+    x_.median = median(xA, sorted);
+    x_.mode = mode(xA, std::move(sorted));
     qOK = true;
   });
 }
@@ -115,10 +118,11 @@ void ztStatistics::StatisticsPairs(const Array1<const float>& xA, const Array1<c
     bool ok = false;
     BasicStatisticsPairs(xA, yA, ok);
     // Whether that did well is not asked: qOK tells of the four measures below.
-    x_.median = Median(xA);
-    x_.mode = Mode(xA);
-    y_.median = Median(yA);
-    y_.mode = Mode(yA);
+    Array1<float> sorted_x, sorted_y;
+    x_.median = median(xA, sorted_x);
+    x_.mode = mode(xA, std::move(sorted_x));
+    y_.median = median(yA, sorted_y);
+    y_.mode = mode(yA, std::move(sorted_y));
     qOK = true;
   });
 }

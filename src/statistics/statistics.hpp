@@ -214,6 +214,10 @@ class ztStatistics {
   bool InitStatistics();
   // Elements 1 to n, sorted by the instance's companion; ok is its flag.
   Array1<float> sorted_copy(const Array1<const float>& x, bool& ok);
+  // Median and Mode, which share one sort: the first leaves its sorted copy in `sorted` where
+  // nobody can tell, the second sorts when it is handed none.
+  float median(const Array1<const float>& xA, Array1<float>& sorted);
+  float mode(const Array1<const float>& xA, Array1<float> sorted);
   // Applies the mask to the first of the arrays and, if some but not all rows stay, to the others.
   void mask_rows(Array1<Boolean>& mask, Array1<float>& first,
                  std::initializer_list<Array1<float>*> others, std::int32_t& rows);

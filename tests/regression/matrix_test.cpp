@@ -2,6 +2,8 @@
 #include "regression/matrix.hpp"
 
 #include <algorithm>
+#include <cmath>
+#include <random>
 
 #include "frame/arrays.hpp"
 #include "frame/companion_fixture.hpp"
@@ -65,6 +67,62 @@ TEST_F(MatrixTest, flags_and_failures) {
     EXPECT_EQ(taken(), error_lines(outcome <= '9' ? outcome - '0' : 0, kPlace));
     EXPECT_TRUE(std::equal(want.begin(), want.end(), x.data(), same));
   });
+}
+
+// The steps as they are, all columns at every one, in rows of Singles whose last is the right side;
+// false when a number overflows.
+bool worked_out(Rows& rows) {
+  const std::size_t n = rows.size();
+  const auto minus = [](float& a, double m, float b) {
+    a = static_cast<float>(double{a} - m * double{b});
+    return std::isfinite(a);
+  };
+  for (std::size_t k = 0; k < n; ++k) {
+    std::size_t pivot = k;
+    for (std::size_t i = k; i < n; ++i) {
+      if (std::fabs(rows[i][k]) >= std::fabs(rows[pivot][k])) pivot = i;
+    }
+    rows[k].swap(rows[pivot]);
+    for (std::size_t i = k + 1; i < n; ++i) {
+      const auto m = static_cast<double>(rows[i][k] / rows[k][k]);
+      for (std::size_t j = 0; j <= n; ++j) {
+        if (!minus(rows[i][j], m, rows[k][j])) return false;
+      }
+    }
+  }
+  for (std::size_t i = n; i-- > 0;) {
+    for (std::size_t j = i + 1; j < n; ++j) {
+      if (!minus(rows[i][n], double{rows[i][j]}, rows[j][n])) return false;
+    }
+    rows[i][n] /= rows[i][i];
+    if (!std::isfinite(rows[i][n])) return false;
+  }
+  return true;
+}
+
+TEST_F(MatrixTest, large_systems_take_the_same_steps) {
+  std::mt19937 random(5);
+  int overflows = 0;
+  for (const float scale : {1.0F, 1e30F, 1e36F, 2e38F}) {
+    for (const std::size_t n : {17U, 40U, 99U, 100U, 120U}) {
+      SCOPED_TRACE(testing::Message() << "order " << n << ", scale " << scale);
+      Rows rows(n, std::vector<float>(n + 1));
+      for (auto& row : rows) {
+        for (float& number : row)
+          number = scale * (static_cast<float>(random() % 2001U) * 1e-3F - 1);
+      }
+      const Array2<float> a = matrix_of(rows);
+      Array1<float> b(1, static_cast<std::int32_t>(n)), x = b;
+      for (std::size_t i = 0; i < n; ++i) b(std::int64_t(i + 1)) = rows[i][n];
+      bool singular = true, ok = false;
+      MatrixEquation(a, b, x, singular, ok);
+      EXPECT_EQ(ok, worked_out(rows));
+      for (std::size_t i = 0; ok && i < n; ++i) EXPECT_EQ(x(std::int64_t(i + 1)), rows[i][n]);
+      EXPECT_EQ(taken(), error_lines(ok ? 0 : 6, kPlace));
+      overflows += !ok;
+    }
+  }
+  EXPECT_GE(overflows, 3);
 }
 
 TEST_F(MatrixTest, the_solution_may_take_the_place_of_the_right_hand_side) {

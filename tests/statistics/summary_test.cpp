@@ -134,14 +134,14 @@ TEST_F(SummaryTest, statistics_asks_for_success_and_statistics_pairs_does_not) {
 }
 
 TEST_F(SummaryTest, companions_live_with_the_instance) {
-  int sorts = 0, tools = 0;
+  int sorts = 0, used = 0, tools = 0;
   struct Counted final : ztSortTools {
-    explicit Counted(int& count) : alive(count) { ++alive; }
+    Counted(int& count, int& uses) : alive(count), used(uses) { ++alive; }
     ~Counted() override { --alive; }
-    void SortAscending(A&, bool& qOK) override { qOK = true; }
-    int& alive;
+    void SortAscending(A&, bool& qOK) override { qOK = ++used > 0; }
+    int &alive, &used;
   };
-  companion_makers().SortTools = [&] { return std::make_shared<Counted>(sorts); };
+  companion_makers().SortTools = [&] { return std::make_shared<Counted>(sorts, used); };
   companion_makers().ArrayTools = [&] {
     ++tools;
     return built_in_makers().ArrayTools();
@@ -150,6 +150,11 @@ TEST_F(SummaryTest, companions_live_with_the_instance) {
     Z a, b;
     EXPECT_EQ(sorts, 2);
     EXPECT_EQ(tools, 2);
+    A x = samples({3, 1});
+    bool ok = false;
+    a.Statistics(x, ok);
+    a.StatisticsPairs(x, x, ok);
+    EXPECT_EQ(used, 6) << "a sort of the host's own is asked for median and mode alike";
     EXPECT_EQ(common_globals().ArrayTools, nullptr) << "the shared one is another";
   }
   EXPECT_EQ(sorts, 0);
