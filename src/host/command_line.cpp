@@ -6,6 +6,7 @@
 #include <map>
 
 #include "host/data/csv.hpp"
+#include "host/data/output.hpp"
 #include "host/failure.hpp"
 #include "host/text.hpp"
 
@@ -93,6 +94,19 @@ Command& Command::repeatable(const char* names, const char* type, std::vector<st
 Command& Command::flag(const char* names, bool& value, const char* help) {
   app_->add_flag_callback(
       names, [&value] { value = true; }, help);
+  return *this;
+}
+
+Command& Command::output(Output& output, const char* help) {
+  option("-o,--output", "OUT.csv", output.path, help);
+  add(app_, "--format", "WORD",
+      "table, csv, json or markdown (default: as OUT ends, else csv; "
+      "without -o a table to read)",
+      [&output](const std::string& known, const std::string& word) {
+        output.form = table_form(word);
+        if (output.form) return;
+        throw UsageError(known + ": " + in_quotes(word) + " is none of table, csv, json, markdown");
+      });
   return *this;
 }
 

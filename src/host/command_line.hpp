@@ -15,6 +15,8 @@ class App;
 
 namespace vqmath63::host {
 
+struct Output;
+
 /// What the command line asked for; returns the exit status.
 using Work = std::function<int()>;
 
@@ -37,6 +39,10 @@ class Command {
   Command& repeatable(const char* names, const char* type, std::vector<std::string>& values,
                       const char* help);
   Command& flag(const char* names, bool& value, const char* help);
+  /// The options -o and --format of a table; `help` says what a file gets.
+  Command& output(Output& output, const char* help =
+                                      "Write the table to this file; - is the "
+                                      "standard output");
   /// Takes the arguments that follow as they stand; lists in brackets and negative numbers are no
   /// options then.
   Command& rest(std::vector<std::string>& values);

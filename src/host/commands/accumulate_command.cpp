@@ -41,7 +41,7 @@ struct Options {
   std::optional<std::string> start_data;
   std::optional<std::string> start;
   PeriodSettings periods;
-  std::string output;
+  Output output;
 };
 
 std::optional<double> moment_option(const std::optional<std::string>& text, const char* option) {
@@ -94,8 +94,7 @@ void declare(Command& command) {
               "Series that are cumulative values; all others are rates")
       .count("--from-row", o.periods.from_row, "First row used (default 1)")
       .option("--empty-as", "VALUE", o.data.empty_as, "Value of missing cells (default: an error)")
-      .option("-o,--output", "OUT.csv", o.output,
-              "Write CSV to this file; - is the standard output")
+      .output(o.output)
       .notes(&notes)
       .does([options] { return run(*options); });
 }

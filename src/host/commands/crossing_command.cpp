@@ -42,7 +42,7 @@ struct Options {
   std::string segments;
   std::string path;
   bool oblique = false;
-  std::string output;
+  Output output;
 };
 
 // Begin and end.
@@ -144,17 +144,8 @@ void add_rows(std::vector<Texts>& rows, const std::vector<Crossing>& crossings,
   }
 }
 
-// The summary beside what goes to the standard output.
-void say(const Options& options, const std::string& summary) {
-  if (options.output == "-") {
-    std::cerr << "vqhost: " << summary << '\n';
-  } else {
-    std::cout << summary << '\n';
-  }
-}
-
 void put(const Options& options, const Texts& names, const std::vector<Texts>& rows) {
-  if (for_reading(options.output) && rows.empty()) return;
+  if (options.output.among_words() && rows.empty()) return;
   std::vector<TableColumn> columns;
   for (const std::string& name : names) columns.push_back({name, Align::kPoint});
   put_table(options.output, std::move(columns), rows);
@@ -170,10 +161,10 @@ void one_segment(Surface& surface, const Options& options) {
   const auto crossings = surface.crossings(segment);
   const std::string ends = ends_text(surface.holds(segment[0]), surface.holds(segment[1]));
   if (crossings.empty()) {
-    say(options, "the segment does not meet the cell's surface; " + ends);
+    say_beside(options.output, "the segment does not meet the cell's surface; " + ends);
   } else {
-    say(options, "the segment meets " + counted(crossings.size(), "triangle") +
-                     " of the cell's surface; " + ends);
+    say_beside(options.output, "the segment meets " + counted(crossings.size(), "triangle") +
+                                   " of the cell's surface; " + ends);
   }
   std::vector<Texts> rows;
   add_rows(rows, crossings, "");
@@ -217,8 +208,9 @@ void many_segments(Surface& surface, const Options& options) {
     meeting += crossings.empty() ? 0U : 1U;
     add_rows(rows, crossings, std::to_string(i + 1));
   }
-  say(options, std::to_string(meeting) + " of " + counted(segments.size(), "segment") +
-                   (meeting == 1 ? " meets" : " meet") + " the cell's surface");
+  say_beside(options.output, std::to_string(meeting) + " of " +
+                                 counted(segments.size(), "segment") +
+                                 (meeting == 1 ? " meets" : " meet") + " the cell's surface");
   put(options, {"segment", "x", "y", "z", "position"}, rows);
 }
 
@@ -264,8 +256,7 @@ void declare(Command& command) {
       .option("--columns", "COL,...", o.columns, "Their columns by header or number")
       .option("--cell-columns", "COL,...", o.cell_columns, "The cell's columns")
       .flag("--oblique", o.oblique, "Turn and slant all coordinates alike, against rounding")
-      .option("-o,--output", "OUT.csv", o.output,
-              "Write the crossings to this file; - is the standard output")
+      .output(o.output)
       .notes(kNotes)
       .does([options] { return run(*options); });
 }

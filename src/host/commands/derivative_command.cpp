@@ -27,7 +27,7 @@ struct Options {
   std::string y = "2";
   std::int32_t order = 1;
   bool skip = false;
-  std::string output;
+  Output output;
 };
 
 // The derivative at each row.
@@ -95,8 +95,7 @@ void declare(Command& command) {
       .option("--y", "COL", o.y, "Column of the ordinates (default 2)")
       .count("--order", o.order, "1 (default) or 2")
       .flag("--skip", o.skip, "Leave rows out in which a value is missing")
-      .option("-o,--output", "OUT.csv", o.output,
-              "Write CSV to this file; - is the standard output")
+      .output(o.output)
       .notes(kNotes)
       .does([options] { return run(*options); });
 }

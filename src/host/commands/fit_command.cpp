@@ -52,6 +52,7 @@ struct Options {
   std::string y = "2";
   std::string type = "linear";
   bool skip = false;
+  Output output;
 };
 
 const Type& type_of(const std::string& word) {
@@ -170,6 +171,7 @@ std::string line_text(const Type& type, const Line& line, const std::string& x,
 }
 
 int run(const Options& options) {
+  check_output(options.output, options.path);
   const Type& type = type_of(options.type);
   double first_date = 0.0;
   const Columns data = read_samples(options, type, first_date);
@@ -197,12 +199,19 @@ int run(const Options& options) {
   const std::string x = variable(data.name(0));
   const std::string y = variable(data.name(1));
   const std::string left = (type.log_y ? "ln " : "") + y;
-  std::cout << type.word << " fit, " << counted(data.rows(), "row") << ": " << left << " = A + B "
-            << (type.log_x ? "ln " : "") << x << '\n';
-  print_list({{"A", plain_text(line.a)}, {"B", plain_text(line.b)}, {"R", plain_text(line.r)}});
-  std::cout << line_text(type, line, x, y) << '\n';
-  if (data.dated(0)) {
-    std::cout << "with " << x << " in days since " << exact_moment_text(first_date) << '\n';
+  Facts facts{{"A", plain_text(line.a)}, {"B", plain_text(line.b)}, {"R", plain_text(line.r)}};
+  const std::string formula = line_text(type, line, x, y);
+  const std::string since = data.dated(0) ? exact_moment_text(first_date) : "";
+  if (options.output.among_words()) {
+    std::cout << type.word << " fit, " << counted(data.rows(), "row") << ": " << left << " = A + B "
+              << (type.log_x ? "ln " : "") << x << '\n';
+    put_facts(options.output, facts);
+    std::cout << formula << '\n';
+    if (!since.empty()) std::cout << "with " << x << " in days since " << since << '\n';
+  } else {
+    facts.insert(facts.begin(), {{"fit", type.word}, {"rows", std::to_string(data.rows())}});
+    facts.insert(facts.end(), {{"line", formula}, {"days_since", since}});
+    put_facts(options.output, facts);
   }
   if (error > kToTell) {
     std::cerr << "vqhost: sums of Singles lose digits here: in double precision B is "
@@ -221,6 +230,7 @@ void declare(Command& command) {
               "linear (default), logarithmic, exponential, power or polynomial")
       .flag("--skip", o.skip,
             "Leave rows out in which a value is missing, or is not above 0 and has no logarithm")
+      .output(o.output)
       .notes(kNotes)
       .does([options] { return run(*options); });
 }

@@ -55,7 +55,7 @@ struct Options {
   std::string region_columns;
   bool all = false;
   bool oblique = false;
-  std::string output;
+  Output output;
 };
 
 // Reads the points, seen as the cell or polygon is.
@@ -199,9 +199,9 @@ void report(const Columns& points, const ArrayOwner& flags, const Options& optio
   const std::string summary = std::to_string(rows.inside()) + " of " +
                               counted(points.rows(), "point") +
                               (rows.inside() == 1 ? " is" : " are") + " inside the " +
-                              (options.polygon.empty() ? "cell" : "polygon") + '\n';
-  (options.output == "-" ? std::cerr << "vqhost: " : std::cout) << summary;
-  if (for_reading(options.output) && rows.count() == 0) return;
+                              (options.polygon.empty() ? "cell" : "polygon");
+  say_beside(options.output, summary);
+  if (options.output.among_words() && rows.count() == 0) return;
   put_table(options.output, rows.columns(), [&](TableWriter& table) { rows.put(table); });
 }
 
@@ -242,8 +242,7 @@ void declare(Command& command) {
               "The cell's or the polygon's columns by header or number")
       .flag("--all", o.all, "Print all rows, with a column 'inside' of True and False")
       .flag("--oblique", o.oblique, "Turn and slant all coordinates alike, against rounding")
-      .option("-o,--output", "OUT.csv", o.output,
-              "Write the rows to this file; - is the standard output")
+      .output(o.output)
       .notes(kNotes)
       .does([options] { return run(*options); });
 }

@@ -4,23 +4,36 @@
 
 #include "host/client/description.hpp"
 #include "host/command_line.hpp"
+#include "host/data/output.hpp"
 #include "host/failure.hpp"
 
 namespace vqmath63::host {
 namespace {
 
-int run(const std::string& class_name) {
-  for (const MemberDescription& member : describe_members(class_name)) {
-    std::cout << basic_declaration(member) << "\n    " << member.help << '\n';
+struct Options {
+  std::string class_name;
+  Output output;
+};
+
+int run(const Options& options) {
+  std::vector<Texts> rows;
+  for (const MemberDescription& member : describe_members(options.class_name)) {
+    rows.push_back({member.name, basic_declaration(member), member.help});
+  }
+  if (options.output.among_words()) {
+    for (const Texts& row : rows) std::cout << row[1] << "\n    " << row[2] << '\n';
+  } else {
+    put_list(options.output, {"member", "declaration", "help"}, rows);
   }
   return kSuccess;
 }
 
 void declare(Command& command) {
-  const auto name = std::make_shared<std::string>();
-  command.argument("CLASS", *name, "Class name or programmatic id")
+  const auto options = std::make_shared<Options>();
+  command.argument("CLASS", options->class_name, "Class name or programmatic id")
+      .output(options->output)
       .notes("Example: vqhost members ztIntegrate")
-      .does([name] { return run(*name); });
+      .does([options] { return run(*options); });
 }
 
 const RegisteredCommand kRegistered{

@@ -91,7 +91,14 @@ std::vector<double> days_of(const Accumulated& accumulated) {
   return days;
 }
 
-void put_to_read(const Production& production, const Accumulated& accumulated) {
+// What a file is said to hold.
+std::string content_text(const Production& production, const Accumulated& accumulated) {
+  return counted(accumulated.periods(), "period") + " of " +
+         std::to_string(production.names.size()) + " series";
+}
+
+void put_to_read(const Output& output, const Production& production,
+                 const Accumulated& accumulated) {
   const bool with_time = any_time_of_day(accumulated);
   const bool any_rate =
       std::find(production.rates.begin(), production.rates.end(), true) != production.rates.end();
@@ -109,7 +116,7 @@ void put_to_read(const Production& production, const Accumulated& accumulated) {
     columns.push_back(column.about);
     styles.push_back(column.style);
   }
-  put_table("", std::move(columns), [&](TableWriter& table) {
+  const auto fill = [&](TableWriter& table) {
     Texts row(3 + styles.size());
     for (std::size_t i = 0; i < accumulated.periods(); ++i) {
       row[0] = moment_text(accumulated.boundaries[i], with_time);
@@ -120,14 +127,15 @@ void put_to_read(const Production& production, const Accumulated& accumulated) {
       }
       table.row(row);
     }
-  });
+  };
+  put_table(output, std::move(columns), fill, content_text(production, accumulated));
 }
 
 }  // namespace
 
-void put_periods(const std::string& output, const Production& production,
+void put_periods(const Output& output, const Production& production,
                  const Accumulated& accumulated) {
-  if (for_reading(output)) return put_to_read(production, accumulated);
+  if (output.for_reading()) return put_to_read(output, production, accumulated);
   const bool with_time = any_time_of_day(accumulated);
   std::vector<TableColumn> columns{{"start"}, {"end"}, {"days"}};
   for (const std::string& name : production.names) columns.push_back({name});
@@ -143,9 +151,7 @@ void put_periods(const std::string& output, const Production& production,
       table.row(row);
     }
   };
-  put_table(output, std::move(columns), fill,
-            counted(accumulated.periods(), "period") + " of " +
-                std::to_string(production.names.size()) + " series");
+  put_table(output, std::move(columns), fill, content_text(production, accumulated));
 }
 
 }  // namespace vqmath63::host

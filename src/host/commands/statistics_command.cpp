@@ -25,7 +25,8 @@ constexpr const char* kNotes =
     "begins with value n/2. Values are Singles of 24 bits, and so are the sums that mean and\n"
     "deviations come from: beside a mean thousands of times larger, a deviation has no digits.\n"
     "A bin of a histogram holds its lower edge, the last one both edges; bars are scaled down to\n"
-    "at most 50 characters where a count is larger.\n"
+    "at most 50 characters where a count is larger. With --format or -o there is one table, that\n"
+    "of the bins where --histogram asks for them.\n"
     "Examples: vqhost statistics samples/field_wells.csv\n"
     "          vqhost statistics wells.csv --columns oil,water --null -999.25 --empty-as -999.25\n"
     "          vqhost statistics wells.csv --columns oil --histogram 12";
@@ -38,6 +39,7 @@ struct Options {
   std::optional<double> null;
   std::optional<double> empty_as;
   std::int32_t bins = 0;  // 0: no histogram
+  Output output;
 };
 
 // A column of the file as the component takes it.
@@ -63,10 +65,6 @@ struct Summary {
   std::optional<float> maximum{};
 };
 
-std::string text_or_dash(const std::optional<float>& value) {
-  return value ? plain_text(*value) : "-";
-}
-
 std::string bar(float count, float largest) {
   constexpr float kLongest = 50.0F;
   const float length = largest > kLongest ? count / largest * kLongest : count;
@@ -74,32 +72,65 @@ std::string bar(float count, float largest) {
   return std::string(count > 0.0F ? std::max<std::size_t>(characters, 1) : 0, '#');
 }
 
-// A row for each summary, with dashes for what is empty.
-void print_summaries(const std::vector<Summary>& summaries) {
+// A row for each summary; what is empty is a dash to a reader.
+void put_summaries(const Output& output, const std::vector<Summary>& summaries) {
   std::vector<TableColumn> columns{{"column", Align::kLeft}};
   for (const char* name :
        {"n", "nulls", "mean", "sd_n", "sd_n1", "min", "q1", "median", "q3", "max"}) {
     columns.push_back({name});
   }
-  put_table("", std::move(columns), [&](TableWriter& table) {
+  const char* const empty = output.for_reading() ? "-" : "";
+  put_table(output, std::move(columns), [&](TableWriter& table) {
     for (const Summary& s : summaries) {
       Texts row{s.name, std::to_string(s.n), std::to_string(s.nulls)};
       for (const auto& value : {s.mean, s.sigma_n, s.sigma_n1, s.minimum, s.first_quartile,
                                 s.median, s.third_quartile, s.maximum}) {
-        row.push_back(text_or_dash(value));
+        row.push_back(value ? plain_text(*value) : empty);
       }
       table.row(row);
     }
   });
 }
 
-// The bins of a histogram: centre, count and a bar of one character each, or scaled so that the
-// largest count has 50; a count above 0 shows at least one.
-void print_bins(const float* centres, const float* counts, std::size_t bins) {
-  const float largest = *std::max_element(counts, counts + bins);
-  put_table("", {{"  centre"}, {"count"}, {"", Align::kLeft}}, [&](TableWriter& table) {
+// A series in bins.
+struct Histogram {
+  const Series* series;
+  ArrayOwner centres{};  // none where it could not be worked out
+  ArrayOwner counts{};
+
+  std::size_t bins() const {
+    return centres.get() == nullptr ? 0 : centres.get()->rgsabound[0].cElements;
+  }
+  float centre(std::size_t k) const { return static_cast<float*>(centres.get()->pvData)[k]; }
+  float count(std::size_t k) const { return static_cast<float*>(counts.get()->pvData)[k]; }
+};
+
+// To be read: centre, count and a bar of one character each, or scaled so that the largest count
+// has 50; a count above 0 shows at least one.
+void show(const Histogram& histogram) {
+  const Series& series = *histogram.series;
+  const std::size_t bins = histogram.bins();
+  std::cout << '\n' << series.name << ": " << counted(series.rows, "value");
+  if (series.rows > 0) std::cout << (bins == 0 ? ", no histogram" : " in " + counted(bins, "bin"));
+  std::cout << '\n';
+  if (bins == 0) return;
+  float largest = 0.0F;
+  for (std::size_t k = 0; k < bins; ++k) largest = std::max(largest, histogram.count(k));
+  put_table({}, {{"  centre"}, {"count"}, {"", Align::kLeft}}, [&](TableWriter& table) {
     for (std::size_t k = 0; k < bins; ++k) {
-      table.row({plain_text(centres[k]), plain_text(counts[k]), bar(counts[k], largest)});
+      table.row({plain_text(histogram.centre(k)), plain_text(histogram.count(k)),
+                 bar(histogram.count(k), largest)});
+    }
+  });
+}
+
+void put_bins(const Output& output, const std::vector<Histogram>& histograms) {
+  put_table(output, {{"column", Align::kLeft}, {"centre"}, {"count"}}, [&](TableWriter& table) {
+    for (const Histogram& histogram : histograms) {
+      for (std::size_t k = 0; k < histogram.bins(); ++k) {
+        table.row({histogram.series->name, plain_text(histogram.centre(k)),
+                   plain_text(histogram.count(k))});
+      }
     }
   });
 }
@@ -194,35 +225,28 @@ Summary summary(DispatchObject& statistics, const Series& series, int& failures)
   return told;
 }
 
-// Counts a series into bins and shows them; false when the component does not succeed.
-bool show_histogram(DispatchObject& sample, const Series& series, std::int32_t bins) {
-  std::cout << '\n' << series.name << ": " << counted(series.rows, "value");
-  if (series.rows == 0) {
-    std::cout << '\n';
-    return true;
-  }
-  ArrayOwner centres;
-  ArrayOwner counts;
+// Counts a series into bins; `failures` counts those that could not be.
+Histogram histogram_of(DispatchObject& sample, const Series& series, std::int32_t bins,
+                       int& failures) {
+  Histogram histogram{&series};
+  if (series.rows == 0) return histogram;
   SAFEARRAY* place = nullptr;
   std::vector<Argument> arguments;
   arguments.push_back({lent(series.values, place)});
   arguments.push_back({Value::whole_number(bins)});
-  arguments.push_back({Value::array_reference(VT_R4, centres.place())});
-  arguments.push_back({Value::array_reference(VT_R4, counts.place())});
+  arguments.push_back({Value::array_reference(VT_R4, histogram.centres.place())});
+  arguments.push_back({Value::array_reference(VT_R4, histogram.counts.place())});
   if (!sample.succeeds("BinVector", std::move(arguments))) {
-    std::cout << ", no histogram\n";
     std::cerr << "vqhost: column '" << series.name
               << "': BinVector did not succeed: qOK is False\n";
-    return false;
+    ++failures;
+    return {&series};
   }
-  const auto size = static_cast<std::size_t>(bins);
-  std::cout << " in " << counted(size, "bin") << '\n';
-  print_bins(static_cast<const float*>(centres.get()->pvData),
-             static_cast<const float*>(counts.get()->pvData), size);
-  return true;
+  return histogram;
 }
 
 int run(const Options& options) {
+  check_output(options.output, options.path);
   check_single("--null", options.null);
   check_single("--empty-as", options.empty_as);
   std::vector<Series> all = read_series(options);
@@ -235,9 +259,16 @@ int run(const Options& options) {
     if (options.null) remove_nulls(statistics, *options.null, series);
     summaries.push_back(summary(statistics, series, failures));
   }
-  print_summaries(summaries);
+  std::vector<Histogram> histograms;
   for (const Series& series : all) {
-    if (options.bins > 0 && !show_histogram(sample, series, options.bins)) ++failures;
+    if (options.bins == 0) break;
+    histograms.push_back(histogram_of(sample, series, options.bins, failures));
+  }
+  if (options.bins > 0 && !options.output.among_words()) {
+    put_bins(options.output, histograms);
+  } else {
+    put_summaries(options.output, summaries);
+    for (const Histogram& histogram : histograms) show(histogram);
   }
   return failures == 0 ? kSuccess : kWorkFailed;
 }
@@ -252,6 +283,7 @@ void declare(Command& command) {
       .option("--empty-as", "VALUE", o.empty_as,
               "Value of missing cells (default: an error); that of --null makes them nulls")
       .count("--histogram", o.bins, "Also show a histogram of so many bins (1 to 1000)", kMostBins)
+      .output(o.output)
       .notes(kNotes)
       .does([options] { return run(*options); });
 }

@@ -36,7 +36,7 @@ struct Options {
   std::string member;
   std::vector<std::string> words;
   std::vector<std::string> settings;
-  std::string output;
+  Output output;
 };
 
 double number_word(const std::string& text, const char* what) {
@@ -192,8 +192,7 @@ void declare(Command& command) {
       .rest(options->words)
       .repeatable("--set", "PROPERTY=VALUE", options->settings,
                   "Set a property before the calls (repeatable)")
-      .option("-o,--output", "OUT.csv", options->output,
-              "Write CSV to this file; - is the standard output")
+      .output(options->output)
       .notes(kNotes)
       .does([options] { return run(*options); });
 }

@@ -46,7 +46,7 @@ struct Options {
   std::optional<double> pressure;
   std::string points;
   std::string point_columns;
-  std::string output;
+  Output output;
 };
 
 std::unique_ptr<VolumeTable> read_table(const Options& options) {
@@ -77,9 +77,7 @@ void check_options(const Options& options) {
     check_output(options.output, options.points);
     return;
   }
-  if (!options.output.empty() || !options.point_columns.empty()) {
-    throw UsageError("-o and --point-columns go with --points");
-  }
+  if (!options.point_columns.empty()) throw UsageError("--point-columns goes with --points");
   if (!options.pressure) throw UsageError("--pressure is missing, or --points");
   if (live && !options.primary) throw UsageError("--primary is missing, for live oil");
   if (!live && options.primary) throw UsageError("--primary is for live oil only");
@@ -91,13 +89,13 @@ int one_point(VolumeTable& table, const Options& options) {
   point.pressure = number_of("--pressure", options.pressure);
   const auto factor = table.factor(point);
   if (!factor) throw WorkError("there is no factor: qOK is False");
-  std::vector<Texts> rows{{"factor", plain_text(*factor)}};
-  for (const auto& [word, text] : table.story(point)) rows.push_back({word, text});
-  print_list(rows);
+  Facts facts{{"factor", plain_text(*factor)}};
+  for (const auto& fact : table.story(point)) facts.push_back(fact);
+  put_facts(options.output, facts);
   return kSuccess;
 }
 
-int many_points(VolumeTable& table, const Columns& points, const std::string& output) {
+int many_points(VolumeTable& table, const Columns& points, const Output& output) {
   const std::size_t last = points.count() - 1;
   std::vector<TableColumn> columns;
   for (std::size_t c = 0; c <= last; ++c) columns.push_back({points.name(c), Align::kPoint});
@@ -151,8 +149,7 @@ void declare(Command& command) {
       .option("--pressure", "P", o.pressure, "Pressure of a point")
       .option("--points", "IN.csv", o.points, "Points of a file instead; - is the standard input")
       .option("--point-columns", "COL,...", o.point_columns, "Their columns by header or number")
-      .option("-o,--output", "OUT.csv", o.output,
-              "Write the points and factors to this file; - is the standard output")
+      .output(o.output)
       .notes(kNotes)
       .does([options] { return run(*options); });
 }

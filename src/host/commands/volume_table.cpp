@@ -122,10 +122,10 @@ class LiveOil : public VolumeTable {
     return ask(petroleum_, "GetVolumeCorrectionLive", std::move(arguments));
   }
 
-  Story story(const Point& point) const override {
+  Facts story(const Point& point) const override {
     const LivePlace at = live_place(curves(), point);
     const std::string saturation = plain_text(static_cast<float>(at.saturation));
-    Story story;
+    Facts story;
     if (at.saturated) {
       story.emplace_back("state", "saturated: the saturation pressure is " + saturation);
     } else {
@@ -204,10 +204,10 @@ class DeadOil : public VolumeTable {
     return ask(petroleum_, "GetVolumeCorrectionDead", std::move(arguments));
   }
 
-  Story story(const Point& point) const override {
+  Facts story(const Point& point) const override {
     const std::vector<float>& x = pressure_.values;
     const std::size_t row = dead_row(x, point.pressure);
-    Story story{{"rows", "at " + plain_text(x[row]) + " and " + plain_text(x[row + 1])}};
+    Facts story{{"rows", "at " + plain_text(x[row]) + " and " + plain_text(x[row + 1])}};
     if (outside(point)) {
       story.emplace_back("note", "the table goes from " + range_text(x.front(), x.back()) +
                                      ": its nearest two rows are extended");
@@ -246,7 +246,7 @@ class Water : public VolumeTable {
     return ask(petroleum_, "GetWaterVolumeCorrection", std::move(arguments));
   }
 
-  Story story(const Point&) const override {
+  Facts story(const Point&) const override {
     return {{"reference", plain_text(factor_.values[0]) + " at " + plain_text(pressure_.values[0])},
             {"compressibility", number_text(compressibility_.values[0])}};
   }

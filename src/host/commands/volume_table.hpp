@@ -4,15 +4,12 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "host/commands/volume_place.hpp"
+#include "host/data/output.hpp"
 
 namespace vqmath63::host {
-
-/// Pairs of a word and what there is to say.
-using Story = std::vector<std::pair<std::string, std::string>>;
 
 class VolumeTable {
  public:
@@ -21,7 +18,7 @@ class VolumeTable {
   /// The factor; none when the component does not succeed, which its error lines tell of.
   virtual std::optional<float> factor(const Point& point) = 0;
   /// What a factor comes from.
-  virtual Story story(const Point& point) const = 0;
+  virtual Facts story(const Point& point) const = 0;
   /// Whether the table has to be extended to reach the point.
   virtual bool outside(const Point& point) const = 0;
 };

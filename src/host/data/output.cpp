@@ -44,10 +44,10 @@ class OutputFile {
   OutputFile& operator=(const OutputFile&) = delete;
 
   /// Writes the table and puts the file in its place; returns the number of rows.
-  std::size_t write(std::vector<TableColumn> columns, const FillTable& fill) {
+  std::size_t write(TableForm form, std::vector<TableColumn> columns, const FillTable& fill) {
     std::size_t rows = 0;
     try {
-      rows = write_table(stream_, TableForm::kCsv, std::move(columns), fill);
+      rows = write_table(stream_, form, std::move(columns), fill);
     } catch (const OutputLost&) {
       fail();
     }
@@ -91,35 +91,80 @@ class OutputFile {
 
 }  // namespace
 
-void check_output(const std::string& output, const std::string& input) {
+TableForm Output::table_form() const {
+  if (form) return *form;
+  if (path.empty()) return TableForm::kAligned;
+  const std::string ending = path_of(path).extension().string();
+  if (same_letters(ending, ".json")) return TableForm::kJson;
+  if (same_letters(ending, ".md")) return TableForm::kMarkdown;
+  return TableForm::kCsv;
+}
+
+bool Output::for_reading() const {
+  const TableForm chosen = table_form();
+  return chosen == TableForm::kAligned || chosen == TableForm::kMarkdown;
+}
+
+void check_output(const Output& output, const std::string& input) {
   std::error_code ignored;
-  if (fs::equivalent(path_of(output), path_of(input), ignored)) {
+  if (fs::equivalent(path_of(output.path), path_of(input), ignored)) {
     throw UsageError("-o names the input file itself");
   }
 }
 
-void put_table(const std::string& output, std::vector<TableColumn> columns, const FillTable& fill,
-               const std::string& content) {
-  if (for_reading(output)) {
-    write_table(std::cout, TableForm::kAligned, std::move(columns), fill);
-  } else if (output == "-") {
-    write_table(std::cout, TableForm::kCsv, std::move(columns), fill);
+void say_beside(const Output& output, const std::string& words) {
+  if (output.among_words() || !(output.path.empty() || output.path == "-")) {
+    std::cout << words << '\n';
   } else {
-    OutputFile file(output);
-    const std::size_t rows = file.write(std::move(columns), fill);
-    std::cout << output << ": " << (content.empty() ? counted(rows, "row") : content) << '\n';
+    std::cerr << "vqhost: " << words << '\n';
   }
 }
 
-void put_table(const std::string& output, std::vector<TableColumn> columns,
+void put_table(const Output& output, std::vector<TableColumn> columns, const FillTable& fill,
+               const std::string& content) {
+  if (output.path.empty() || output.path == "-") {
+    write_table(std::cout, output.table_form(), std::move(columns), fill);
+  } else {
+    OutputFile file(output.path);
+    const std::size_t rows = file.write(output.table_form(), std::move(columns), fill);
+    std::cout << output.path << ": " << (content.empty() ? counted(rows, "row") : content) << '\n';
+  }
+}
+
+void put_table(const Output& output, std::vector<TableColumn> columns,
                const std::vector<Texts>& rows) {
   put_table(output, std::move(columns), [&](TableWriter& table) {
     for (const Texts& row : rows) table.row(row);
   });
 }
 
-void print_list(const std::vector<Texts>& rows) {
-  put_table("", std::vector<TableColumn>(rows.front().size(), {"", Align::kLeft}), rows);
+void put_list(const Output& output, const Texts& names, const std::vector<Texts>& rows) {
+  std::vector<TableColumn> columns;
+  for (const std::string& name : names) {
+    columns.push_back({output.among_words() ? "" : name, Align::kLeft});
+  }
+  put_table(output, std::move(columns), rows);
+}
+
+void put_facts(const Output& output, const Facts& facts) {
+  std::vector<Texts> rows;
+  if (output.among_words()) {
+    for (const auto& [word, text] : facts) rows.push_back({word, text});
+    return put_list(output, {"", ""}, rows);
+  }
+  std::vector<TableColumn> columns;
+  Texts& row = rows.emplace_back();
+  for (const auto& [word, text] : facts) {
+    std::size_t c = 0;
+    while (c < columns.size() && columns[c].name != word) ++c;
+    if (c == columns.size()) {
+      columns.push_back({word, Align::kByContent});
+      row.push_back(text);
+    } else {
+      row[c] += "; " + text;
+    }
+  }
+  put_table(output, std::move(columns), rows);
 }
 
 }  // namespace vqmath63::host

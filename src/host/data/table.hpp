@@ -1,9 +1,11 @@
-// Tables: columns and rows of texts, printed to be read or as CSV.
+// Tables: columns and rows of texts, printed to be read or for other programs.
 #pragma once
 
 #include <cstddef>
 #include <iosfwd>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/failure.hpp"
@@ -26,9 +28,14 @@ struct TableColumn {
 
 /// The ways in which a table is printed.
 enum class TableForm {
-  kAligned,  ///< to be read: two blanks between columns and none at the end of a line
-  kCsv,      ///< names and rows; printed row by row
+  kAligned,   ///< to be read: two blanks between columns and none at the end of a line
+  kCsv,       ///< names and rows; printed row by row
+  kJson,      ///< a list with an object a row
+  kMarkdown,  ///< to be read on a page: a table of pipes
 };
+
+/// The words table, csv, json and markdown, in any letter case.
+std::optional<TableForm> table_form(std::string_view word);
 
 /// Lines of texts in columns as wide as the widest of them.
 class AlignedLines {
@@ -56,8 +63,13 @@ struct OutputLost : WorkError {
   OutputLost() : WorkError("the output cannot be written") {}
 };
 
-/// Prints a table. One whose columns have no names has no header. Rows are not kept: a table to be
-/// read takes them twice, first to measure them.
+/// Prints a table. One whose columns have no names has no header. Rows are not kept: all forms but
+/// CSV take them twice, first to measure them. Notes and feet are for a reader, who has them in
+/// Markdown as well.
+///
+/// In JSON a column is of numbers where every filled cell is one as JSON writes it, or a NaN or an
+/// infinity, which JSON lacks; of true and false where every filled cell says True or False; else
+/// of texts. Cells without such a value are null. A name that an earlier column has gets a number.
 ///
 ///   while (table.wants_rows()) { for each row: table.row(cells); }
 class TableWriter {
@@ -77,15 +89,21 @@ class TableWriter {
   // What the cells of a column come to.
   struct Measure {
     bool numbers = true;
+    bool json_numbers = true;  // and what else JSON has a word for
+    bool booleans = true;
     std::size_t width = 0;
     std::size_t before_point = 0;
     std::size_t after_point = 0;
   };
 
   void measure(const Texts& cells);
-  void print(Texts cells);
+  void print_aligned(Texts cells);
   void print_csv(const Texts& cells);
+  void print_json(const Texts& cells);
+  void print_markdown(const Texts& cells);
   void print_head();
+  void print_aligned_head();
+  void print_markdown_head();
   void print_foot();
   template <class Part>
   Texts texts_of(Part part) const;
@@ -97,7 +115,8 @@ class TableWriter {
   std::size_t count_ = 0;
   std::vector<Measure> measures_;
   AlignedLines lines_;  // once measured
-  std::string line_;    // of CSV, kept for its room
+  Texts keys_;          // of JSON
+  std::string line_;    // kept for its room
 };
 
 }  // namespace vqmath63::host
