@@ -91,6 +91,7 @@ x, y = maths.Polar_to_Rectangular(2.0, 0.5)
 total: float = x + y
 profile = vq.Accumulate(Period="quarter")
 profile.Frequency = 2
+vq.Integrate().IntegrationRule = vq.IntegrationRule.Simpson
 EOF
   cat >"$folder/mistaken.py" <<'EOF'
 import vqmath63 as vq
@@ -101,12 +102,13 @@ maths.Erf("0.5")
 one: int = maths.Erf(0.5)
 vq.Accumulate().Frequency = "2"
 vq.Accumulate().Perid = "month"
+vq.Integrate().IntegrationRule = "Simpson"
 EOF
   local check=(mypy --strict --python-executable "$folder/venv/bin/python" --cache-dir mypy)
   cd "$folder" || return 1
   "${check[@]}" -p vqmath63 && "${check[@]}" user.py || return 1
   "${check[@]}" mistaken.py >mistaken.log && return 1
-  for line in 4 5 6 7 8; do
+  for line in 4 5 6 7 8 9; do
     grep "^mistaken.py:$line: error" mistaken.log || return 1
   done
 )

@@ -4,6 +4,7 @@ takes arrays of them, three at once."""
 import collections
 import datetime
 import math
+import pickle
 
 import numpy as np
 import pytest
@@ -166,3 +167,13 @@ def test_every_member_is_there_with_signature_and_words(vq):
             assert named == [a.name for a in member.arguments if a.direction != "out"]
     assert members == 2 * 175
     assert vq.MathLib is vq.ztMathLib
+
+
+def test_enumerations_are_those_that_programs_are_compiled_against(vq):
+    with open(DATA / "interface.tsv", encoding="utf-8") as table:
+        rows = [line.split() for line in table if line.startswith("vq")]
+    for of, name, number in rows:
+        each = getattr(vq, of)[name]
+        assert each == getattr(vq, of[2:])[name[2:]] == int(number)
+        assert pickle.loads(pickle.dumps(each)) is each
+    assert len(rows) == sum(len(getattr(vq, of)) for of in {row[0] for row in rows}) == 9

@@ -29,6 +29,10 @@ def profile(v):
     return v.Accumulate()
 
 
+def curve(v):
+    return v.Integrate()
+
+
 def put(make, name, value):
     return lambda v: setattr(make(v), name, value)
 
@@ -60,6 +64,9 @@ REFUSED = [
     (lambda v: maths(v).Factorial(2**31), OverflowError, "beyond the range of a Long"),
     (lambda v: maths(v).Factorial(float("nan")), TypeError, "whole number"),
     (lambda v: maths(v).ArithmeticDiff(1e39, 1), OverflowError, "beyond the range of a Single"),
+    (put(curve, "IntegrationRule", "Simson"), TypeError, "did you mean 'Simpson'"),
+    (lambda v: put(curve, "IntegrationRule", v.Quartile.LowerQuartile)(v), TypeError,
+     "one of vqIntegrationRule, not of vqQuartile"),
     (put(profile, "Silent", "no"), TypeError, "True or False"),
     (put(profile, "Period", "quater"), ValueError, "did you mean 'quarter'"),
     (put(profile, "Period", 3), TypeError, "has to be a text"),

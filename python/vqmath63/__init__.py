@@ -9,7 +9,8 @@
 Each class of the component is a class here, under its own name (`ztMathLib`) and without the prefix
 (`MathLib`), with its methods and properties under their own names. Arguments that a member only
 writes are left out and come back: after the result, as a named tuple. Single numbers may be arrays.
-Sample 1 of the component is element 0 of an array.
+Sample 1 of the component is element 0 of an array. Numbers that have names are enumerations here,
+such as `IntegrationRule.Simpson`.
 
 `errors` chooses how errors are told, `conversions` whether an array that has to be converted is.
 """
@@ -17,12 +18,14 @@ Sample 1 of the component is element 0 of an array.
 from typing import Any as _Any
 
 from ._arrays import ConversionWarning, conversions
+from ._enumerations import all_made as _all_made
 from ._messages import Error, ErrorWarning, Line, errors, lines
 from ._objects import Object
 from ._objects import make_classes as _make_classes
 
 _classes = _make_classes()
-globals().update(_classes)
+_numbers = _all_made()
+globals().update(_classes, **_numbers)
 
 # The functions over frames, which need pandas, and where they are.
 _FRAMES = {"accumulate": "_accumulation", "statistics": "_tables", "fit": "_tables",
@@ -30,7 +33,7 @@ _FRAMES = {"accumulate": "_accumulation", "statistics": "_tables", "fit": "_tabl
            "inside": "_tables"}
 
 __all__ = ["ConversionWarning", "Error", "ErrorWarning", "Line", "Object", "conversions", "errors",
-           "lines", *_FRAMES, *_classes]
+           "lines", *_FRAMES, *_classes, *_numbers]
 
 
 def __getattr__(name: str) -> _Any:

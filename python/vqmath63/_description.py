@@ -4,8 +4,10 @@ from __future__ import annotations
 
 import functools
 from dataclasses import dataclass
+from enum import IntEnum
 
 from . import _library as lib
+from ._enumerations import enumeration
 
 
 @dataclass(frozen=True)
@@ -23,6 +25,9 @@ class Type:
 
     def __str__(self) -> str:
         return self.name + ("", "()", "(,)")[self.rank]
+
+
+_LONG = Type("Long", 0)
 
 
 @dataclass(frozen=True)
@@ -70,12 +75,30 @@ class Member:
                 and any(a.type.rank == 0 and a.type.name in single for a in self.inputs))
 
     @functools.cached_property
+    def _values(self) -> list[list[str]]:
+        return lib.describe(f"vq140Analyse.{self.class_name}.{self.name}")
+
+    @functools.cached_property
     def words(self) -> dict[str, list[str]]:
         """The words that arguments are one of, by argument."""
         known: dict[str, list[str]] = {}
-        for argument, word in lib.describe(f"vq140Analyse.{self.class_name}.{self.name}"):
-            known.setdefault(argument, []).append(word)
+        for argument, word, *number in self._values:
+            if not number:
+                known.setdefault(argument, []).append(word)
         return known
+
+    @functools.cached_property
+    def numbers(self) -> dict[str, type[IntEnum]]:
+        """The enumerations that arguments are one of, by argument."""
+        if not any(a.type == _LONG and a.is_input for a in self.arguments):
+            return {}
+        names: dict[tuple[str, str, str], list[tuple[str, int]]] = {}
+        for argument, name, *rest in self._values:
+            if rest:
+                number, of, text = rest
+                names.setdefault((argument, of, text), []).append((name, int(number)))
+        return {argument: enumeration(of, text, numbers)
+                for (argument, of, text), numbers in names.items()}
 
 
 @dataclass(frozen=True)

@@ -7,10 +7,10 @@ from collections.abc import Callable
 from typing import TYPE_CHECKING, Any
 
 from . import _library as lib
-from . import _messages
+from . import _messages, _signature
 from ._calls import Call
 from ._description import Class, classes
-from ._names import listed, nearest
+from ._names import nearest
 
 
 class Object:
@@ -80,8 +80,9 @@ def _method(call: Call) -> Callable[..., Any]:
     method.__module__ = __package__
     method.__name__ = call.member.name
     method.__qualname__ = call.name
-    method.__doc__ = call.documentation()
-    method.__signature__ = call.signature()  # type: ignore[attr-defined]
+    method.__doc__ = _signature.documentation(call.member, call.back)
+    signature = _signature.signature(call.member, call.back, call.row)
+    method.__signature__ = signature  # type: ignore[attr-defined]
     return method
 
 
@@ -117,10 +118,7 @@ def make_class(described: Class) -> type[Object]:
             name = member.name
             get = _getter(gets[name]) if name in gets else _unreadable(name)
             put = _setter(lets[name]) if name in lets else None
-            text = member.help
-            if name in lets and lets[name].member.words:
-                words = listed(next(iter(lets[name].member.words.values())))
-                text += f" One of the words {words}."
+            text = _signature.property_text(lets[name].member if name in lets else member)
             body[name] = property(get, put, None, text)
     body["_readable"] = frozenset(m.name for m in described.members if m.kind != "let")
     body["_settable"] = frozenset(lets)

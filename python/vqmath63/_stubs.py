@@ -4,14 +4,17 @@ python3 -m vqmath63._stubs > vqmath63/__init__.pyi"""
 from __future__ import annotations
 
 import sys
+from enum import IntEnum
 
 from ._calls import Call
-from ._description import Argument, Class, Type, classes
+from ._description import Argument, Class, Member, Type, classes
+from ._enumerations import all_made, plain
 
 _HEAD = '''\
 # Made from the component's description by: python3 -m vqmath63._stubs
 import datetime
 from collections.abc import Sequence
+from enum import IntEnum
 from typing import Any, NamedTuple, overload
 
 import numpy as np
@@ -49,10 +52,12 @@ def _back(type: Type, many: bool = False) -> str:
     return _SCALAR[type.name]
 
 
-def _given(argument: Argument, many: bool) -> str:
+def _given(member: Member, argument: Argument, many: bool) -> str:
     if argument.type.rank:
         return "ArrayLike | None"
     word = _GIVEN[argument.type.name]
+    if argument.name in member.numbers:
+        word = f"{member.numbers[argument.name].__name__} | {word}"
     return f"{word} | Many" if many and word != "str" else word
 
 
@@ -91,7 +96,7 @@ def _method(call: Call) -> list[str]:
         parameters = []
         for k, a in enumerate(call.inputs):
             many = place is not None and k >= place
-            word = "Many" if k == place else _given(a, many)
+            word = "Many" if k == place else _given(call.member, a, many)
             parameters.append(f"{a.name}: {word}{_default(a) if k != place else ''}")
         if len(places) > 1:
             lines.append("    @overload")
@@ -119,7 +124,7 @@ def _class(described: Class) -> list[str]:
         read = _back(get.result) if get is not None else "Any"
         body.append(f"    def {name}(self) -> {read}: ...")
         if name in lets:
-            given = _given(lets[name].arguments[0], False)
+            given = _given(lets[name], lets[name].arguments[0], False)
             body += [f"    @{name}.setter", f"    def {name}(self, value: {given}) -> None: ..."]
             properties.append(f"{name}: {given} = ...")
         seen.add(name)
@@ -129,8 +134,20 @@ def _class(described: Class) -> list[str]:
             f"{described.name.removeprefix('zt')} = {described.name}", ""]
 
 
+def _enumerations(names: dict[str, type[IntEnum]]) -> list[str]:
+    lines: list[str] = []
+    for name, made in names.items():
+        if name == made.__name__:
+            lines += [f"class {name}(IntEnum):",
+                      *(f"    {each} = {number.value}"
+                        for each, number in made.__members__.items()),
+                      "", f"{plain(name)} = {name}", ""]
+    return lines
+
+
 def stubs() -> str:
-    return _HEAD + "\n".join(line for described in classes() for line in _class(described))
+    body = [line for described in classes() for line in _class(described)]
+    return _HEAD + "\n".join(_enumerations(all_made()) + body)
 
 
 if __name__ == "__main__":

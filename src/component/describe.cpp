@@ -95,10 +95,19 @@ std::optional<std::string> describe_words(const ClassInfo& info, const std::stri
     if (row.hash != automation::name_hash(member.c_str())) continue;
     if (!text) text.emplace();
     for (const ArgumentInfo& argument : row.arguments) {
-      if (argument.words == nullptr) continue;
-      std::istringstream words(argument.words());
-      for (std::string word; std::getline(words, word);) {
-        text->append(argument.name).append("\t").append(word).append("\n");
+      if (argument.words != nullptr) {
+        std::istringstream words(argument.words());
+        for (std::string word; std::getline(words, word);) {
+          text->append(argument.name).append("\t").append(word).append("\n");
+        }
+      }
+      if (argument.numbers != nullptr) {
+        for (const automation::NumberName& number : argument.numbers->numbers) {
+          text->append(argument.name).append("\t").append(number.name).append("\t");
+          text->append(std::to_string(number.number)).append("\t");
+          text->append(argument.numbers->name).append("\t").append(argument.numbers->help);
+          text->append("\n");
+        }
       }
     }
   }

@@ -15,8 +15,8 @@ using ClassList = std::span<const automation::ClassInfo* const>;
 /// The lines of VqDescribe: of all classes, or of the members of one.
 std::string describe_classes(ClassList classes);
 std::string describe_members(const automation::ClassInfo& info);
-/// Those of the words that a member's arguments are among; nothing when the class has no such
-/// member.
+/// Those of the words and named numbers that a member's arguments are among; nothing when the class
+/// has no such member.
 std::optional<std::string> describe_words(const automation::ClassInfo& info,
                                           const std::string& member);
 

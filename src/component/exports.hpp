@@ -75,8 +75,9 @@ VQ_EXPORT HRESULT VQ_API VqLastMessage(BOOL of_process, BSTR* line);
 /// held before, and "in,out" for one that is read and changed. Types are Single, Double, Long,
 /// Boolean, Date, String, and for arrays "Single()" or "Single(,)". With one of a class, a dot and
 /// the name of a member, a line per word that an argument of the member must be one of: argument
-/// and word; nothing where it takes any text, or no text. CO_E_CLASSSTRING for an unknown
-/// programmatic id or member.
+/// and word; and a line per named number that it may be: argument, name, number, and the name and
+/// the help of the enumeration; nothing where it takes any text or number. CO_E_CLASSSTRING for an
+/// unknown programmatic id or member.
 VQ_EXPORT HRESULT VQ_API VqDescribe(const OLECHAR* programmatic_id, BSTR* text);
 
 #ifndef _WIN32  // where the system's own headers declare them
