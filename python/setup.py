@@ -33,9 +33,12 @@ def built_library(folder):
     given = os.environ.get("VQMATH63_LIBRARY")
     if given:
         return pathlib.Path(given)
-    # With the C++ runtime inside, a wheel needs nothing but the C library.
-    runtime = "-DCMAKE_SHARED_LINKER_FLAGS=-static-libstdc++ -static-libgcc -s"
-    subprocess.run(["cmake", "-S", NATIVE, "-B", folder, "-DCMAKE_BUILD_TYPE=Release", runtime,
+    # With the C++ runtime inside, of which only what is used, a wheel needs the C library and the
+    # compiler's, which every Linux has; that one inside would need a newer C library.
+    linker = "-static-libstdc++ -Wl,--gc-sections -s" if sys.platform == "linux" else (
+        "-static-libstdc++ -static-libgcc -s")
+    subprocess.run(["cmake", "-S", NATIVE, "-B", folder, "-DCMAKE_BUILD_TYPE=Release",
+                    f"-DCMAKE_SHARED_LINKER_FLAGS={linker}",
                     "-DVQ_BUILD_TESTS=OFF", "-DVQ_BUILD_HOST=OFF", "-DVQ_INSTALL=OFF"], check=True)
     subprocess.run(["cmake", "--build", folder, "--target", "vqmath63", "-j",
                     os.environ.get("VQMATH63_JOBS", str(os.cpu_count()))], check=True)
@@ -54,17 +57,24 @@ class BuildWithLibrary(build_py):
         (package / "__init__.pyi").write_bytes(stubs.stdout)
 
 
+def newest(library, text):
+    """The newest version of a library's functions that is asked for."""
+    versions = re.findall(rf" {library}_(\d+\.\d+)", text)
+    return max((tuple(map(int, version.split("."))) for version in versions), default=(0, 0))
+
+
 def manylinux_tag(library):
-    """The oldest C library that has what the library needs; plain linux where it needs more than
-    that one."""
+    """The tag of the oldest C library that has what the library needs; plain linux where it needs
+    more than what every Linux has."""
     text = subprocess.run(["objdump", "-p", library], check=True, stdout=subprocess.PIPE,
                           text=True).stdout
     machine = os.uname().machine
     needed = set(re.findall(r"NEEDED +(\S+)", text))
-    if not all(re.match(r"(lib(c|m|dl|pthread)|ld-linux.*)\.so", name) for name in needed):
+    if not all(re.match(r"(lib(c|m|dl|pthread|gcc_s)|ld-linux.*)\.so", name) for name in needed):
         return f"linux_{machine}"
-    versions = [tuple(map(int, v.split("."))) for v in re.findall(r"GLIBC_(\d+\.\d+)", text)]
-    major, minor = max(versions)
+    if newest("GCC", text) > (4, 8):  # of the oldest systems that the tags know
+        return f"linux_{machine}"
+    major, minor = newest("GLIBC", text)
     return f"manylinux_{major}_{minor}_{machine}"
 
 
