@@ -28,9 +28,17 @@ bool is_missing(const VARIANT& sent) {
          (v.vt == VT_ERROR && v.scode == DISP_E_PARAMNOTFOUND);
 }
 
+// What was sent for each argument. Only as many entries are set as the member has arguments: to
+// clear them all takes longer than to set a property.
 struct Binding {
-  VARIANT* given[kMostArguments] = {};
-  UINT sent_as[kMostArguments] = {};  // index into rgvarg, for the bad-argument report
+  explicit Binding(std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+      given[i] = nullptr;
+      sent_as[i] = 0;
+    }
+  }
+  VARIANT* given[kMostArguments];
+  UINT sent_as[kMostArguments];  // index into rgvarg, for the bad-argument report
 };
 
 HRESULT bind(const MemberInfo& member, DISPPARAMS& params, Binding& binding, UINT* bad_argument) {
@@ -92,7 +100,8 @@ class LateArguments {
   LateArguments(const LateArguments&) = delete;
   LateArguments& operator=(const LateArguments&) = delete;
 
-  void add(const Sent& sent) {
+  void add(const Sent& of) {
+    const Sent& sent = *new (sent_ + count_ * sizeof(Sent)) Sent(of);
     void* const at = storage_ + count_ * kSize;
     if (sent.info.type.rank > 0) {
       arguments_[count_] = new (at) LateArray(sent, held_);
@@ -131,6 +140,7 @@ class LateArguments {
   LateArgument* arguments_[kMostArguments];
   void* places_[kMostArguments];
   std::size_t count_ = 0;
+  alignas(Sent) std::byte sent_[kMostArguments * sizeof(Sent)];
   alignas(kAlignment) std::byte storage_[kMostArguments * kSize];
 };
 
@@ -153,7 +163,7 @@ HRESULT call_by_name(const ClassInfo& info, void* self, DISPID dispid, LCID loca
   std::size_t place = 0;
   const MemberInfo* member = find_member(info, dispid, flags, &place);
   if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
-  Binding binding;
+  Binding binding(member->arguments.size());
   const HRESULT bound = bind(*member, params, binding, bad_argument);
   if (FAILED(bound)) return bound;
 
@@ -188,12 +198,17 @@ HRESULT call_by_name(const ClassInfo& info, void* self, DISPID dispid, LCID loca
 
 const MemberInfo* find_member(const ClassInfo& info, DISPID dispid, WORD flags,
                               std::size_t* place) noexcept {
-  for (std::size_t i = 0; i < info.members.size(); ++i) {
+  const std::size_t count = info.members.size();
+  // Most tables count their ids from 1, row by row: there the first look finds the member.
+  const auto guess = static_cast<std::size_t>(static_cast<std::uint32_t>(dispid) - 1U);
+  std::size_t i = guess < count ? guess : 0;
+  for (std::size_t looked = 0; looked < count; ++looked) {
     const MemberInfo& member = info.members[i];
     if (member.dispid == dispid && serves(member.kind, flags)) {
       *place = i;
       return &member;
     }
+    if (++i == count) i = 0;
   }
   return nullptr;
 }

@@ -48,7 +48,7 @@ class LateArgument {
   HRESULT hand_back(bool succeeded) noexcept;
 
  protected:
-  /// Follows the references to the variant that holds the value.
+  /// Follows the references to the variant that holds the value. `sent` outlives this.
   explicit LateArgument(const Sent& sent);
 
   [[noreturn]] void refuse(HRESULT why, const std::string& detail) const;
@@ -64,7 +64,7 @@ class LateArgument {
 
   virtual HRESULT hand_back_changes(bool succeeded) = 0;
 
-  const Sent sent_;
+  const Sent& sent_;
   VARIANT* target_;              // the variant that holds the value, behind any references to it
   Reference<IDispatch> script_;  // the object in target_, where there is one
   void* place_ = nullptr;

@@ -11,8 +11,17 @@
 
 namespace vqmath63::automation {
 
+/// Numbers, dates, Booleans and nothing at all: there is nothing to let go of.
+constexpr bool is_plain_value(VARTYPE vt) noexcept {
+  return vt <= VT_DATE || vt == VT_BOOL;
+}
+
 /// Clears a variant. To let go of an object is to run code of the host whose object it is.
 inline HRESULT clear(VARIANT& variant) noexcept {
+  if (is_plain_value(variant.vt)) {
+    variant.vt = VT_EMPTY;
+    return S_OK;
+  }
   if (variant.vt != VT_DISPATCH && variant.vt != VT_UNKNOWN) return VariantClear(&variant);
   const HostCode code;
   return VariantClear(&variant);
