@@ -202,7 +202,7 @@ transcripts "vqhost.exe, registered" "$work/alone" '*/program:*/call'
 run "lifetime" "$clients/lifetime.exe" "$dll"
 run "reloads" "$clients/reloads.exe" "$dll"
 # The name of its log has letters that the plain locale has not.
-LC_ALL=C.UTF-8 run "shared_log" "$clients/shared_log.exe"
+LC_ALL=C.UTF-8 run "message lines" "$clients/message_lines.exe"
 expect ok "unregister" regsvr32 /s /u "$dll"
 run "registry: gone" "$clients/registry.exe" gone "$dll"
 expect ok "unregister once more" regsvr32 /s /u "$dll"
