@@ -1,6 +1,6 @@
-# The headers that a host in C++ includes, as <vqmath63/ROOM/NAME.hpp>. In the sources they include
-# one another as "ROOM/NAME.hpp"; a build makes the tree of them below VQ_PUBLIC_INCLUDE, which is
-# installed as it is. A public header may include public headers only.
+# The headers that a host includes as <vqmath63/ROOM/NAME.hpp>; those that end with .h are for C too.
+# In the sources they include one another as "ROOM/NAME.hpp"; a build makes the tree of them below
+# VQ_PUBLIC_INCLUDE, which is installed as it is. A public header may include public headers only.
 set(VQ_PUBLIC_HEADERS
   accumulate/accumulate.hpp
   automation/system/base.hpp
@@ -12,6 +12,9 @@ set(VQ_PUBLIC_HEADERS
   automation/types.hpp
   calculus/differentiate.hpp
   calculus/integrate.hpp
+  component/by_name.h
+  component/by_name_library.h
+  component/by_name_values.h
   component/exports.hpp
   frame/array.hpp
   frame/array_tools.hpp

@@ -26,7 +26,7 @@ foreach(header IN LISTS HEADERS)
 endforeach()
 
 # What was public once and is no longer must not stay where a host would still find it.
-file(GLOB_RECURSE present RELATIVE ${TO} ${TO}/*.hpp)
+file(GLOB_RECURSE present RELATIVE ${TO} ${TO}/*.hpp ${TO}/*.h)
 foreach(header IN LISTS present)
   if(NOT header IN_LIST HEADERS)
     file(REMOVE ${TO}/${header})
