@@ -1,51 +1,16 @@
 #include "host/commands/period_table.hpp"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 
 #include "host/data/moment.hpp"
+#include "host/data/number_style.hpp"
 #include "host/data/output.hpp"
 #include "host/data/values.hpp"
 #include "host/text.hpp"
 
 namespace vqmath63::host {
 namespace {
-
-std::string fixed(double value, int decimals) {
-  char text[400];
-  return {text,
-          std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals).ptr};
-}
-
-// How the numbers of a column are written: whole numbers as they are, else with one number of
-// decimals for all, so that the largest shows `digits` digits.
-class NumberStyle {
- public:
-  template <class T>
-  NumberStyle(const std::vector<T>& values, int digits, int most_decimals) {
-    double largest = 0.0;
-    bool whole = true;
-    for (const double value : values) {
-      if (!std::isfinite(value)) continue;
-      largest = std::max(largest, std::fabs(value));
-      whole = whole && std::trunc(value) == value;
-    }
-    const int before_point =
-        largest > 0.0 ? static_cast<int>(std::floor(std::log10(largest))) + 1 : 1;
-    plain_ = before_point > -2 && before_point <= 15;
-    decimals_ = whole ? 0 : std::clamp(digits - before_point, 0, most_decimals);
-  }
-
-  std::string text(double value) const {
-    return plain_ && std::isfinite(value) ? fixed(value, decimals_)
-                                          : number_text(static_cast<float>(value));
-  }
-
- private:
-  bool plain_;
-  int decimals_;
-};
 
 // To the microday: the differences of moments carry more digits than they know.
 double tidy_days(double days) {

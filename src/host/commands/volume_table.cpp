@@ -151,6 +151,16 @@ class LiveOil : public VolumeTable {
     return outside_primary(point) || at.beyond_lower || at.beyond_upper;
   }
 
+  std::vector<PressureRows> rows() const override {
+    std::vector<PressureRows> rows;
+    for (std::size_t i = 0; i < starts_.values.size(); ++i) {
+      const auto begin = pressure_.values.begin() + static_cast<std::ptrdiff_t>(curves().first(i));
+      const auto end = pressure_.values.begin() + static_cast<std::ptrdiff_t>(curves().last(i) + 1);
+      rows.push_back({primary_.values[i], {begin, end}});
+    }
+    return rows;
+  }
+
  private:
   LiveOil(const Columns& table, Curves curves)
       : primary_(VT_R4, std::move(curves.primary)),
@@ -219,6 +229,8 @@ class DeadOil : public VolumeTable {
     return point.pressure < pressure_.values.front() || point.pressure > pressure_.values.back();
   }
 
+  std::vector<PressureRows> rows() const override { return {{0.0F, pressure_.values}}; }
+
  private:
   DispatchObject petroleum_ = DispatchObject::create("ztPetroleum");
   List<float> pressure_;
@@ -252,6 +264,8 @@ class Water : public VolumeTable {
   }
 
   bool outside(const Point&) const override { return false; }
+
+  std::vector<PressureRows> rows() const override { return {{0.0F, pressure_.values}}; }
 
  private:
   DispatchObject petroleum_ = DispatchObject::create("ztPetroleum");

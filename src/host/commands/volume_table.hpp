@@ -11,6 +11,13 @@
 
 namespace vqmath63::host {
 
+/// Pressures of a table's rows that are read, in ascending order; of live oil those of the curve of
+/// a primary value, from its saturation point on.
+struct PressureRows {
+  float primary = 0.0F;
+  std::vector<float> pressures;
+};
+
 class VolumeTable {
  public:
   virtual ~VolumeTable() = default;
@@ -21,6 +28,8 @@ class VolumeTable {
   virtual Facts story(const Point& point) const = 0;
   /// Whether the table has to be extended to reach the point.
   virtual bool outside(const Point& point) const = 0;
+  /// One of them, of live oil one for each curve.
+  virtual std::vector<PressureRows> rows() const = 0;
 };
 
 /// Each reads a table whose columns, named here, are chosen as columns_or() says. WorkError with

@@ -55,6 +55,12 @@ class OutputFile {
     return rows;
   }
 
+  /// Writes a whole text and puts the file in its place.
+  void write(const std::string& text) {
+    stream_ << text;
+    finish();
+  }
+
  private:
   void finish() {
     stream_.close();
@@ -136,6 +142,15 @@ void put_table(const Output& output, std::vector<TableColumn> columns,
   put_table(output, std::move(columns), [&](TableWriter& table) {
     for (const Texts& row : rows) table.row(row);
   });
+}
+
+void put_text(const std::string& path, const std::string& text, const std::string& content) {
+  if (path == "-") {
+    std::cout << text;
+  } else {
+    OutputFile(path).write(text);
+    std::cout << path << ": " << content << '\n';
+  }
 }
 
 void put_list(const Output& output, const Texts& names, const std::vector<Texts>& rows) {

@@ -46,6 +46,10 @@ void put_table(const Output& output, std::vector<TableColumn> columns, const Fil
 void put_table(const Output& output, std::vector<TableColumn> columns,
                const std::vector<Texts>& rows);
 
+/// A whole text instead of a table, into a file or with "-" on the standard output; of a file the
+/// user is told `content`.
+void put_text(const std::string& path, const std::string& text, const std::string& content);
+
 /// Rows of texts, without a header where they stand among words for a reader.
 void put_list(const Output& output, const Texts& names, const std::vector<Texts>& rows);
 
