@@ -327,11 +327,6 @@ def constants():
     body.append(array("kLogSeries", [mpf((-1) ** (k + 1)) / k for k in range(2, 9)],
                       "ln(1 + x) = x + x^2 times this in powers of x"))
     body.append(array("kHalfPi", pieces(pi / 2, 33, 4), "pi / 2, parts of 33 bits"))
-    with mpmath.workdps(420):
-        bits = mpmath.floor(mpmath.ldexp(2 / mp.pi, 32 * 38))
-        words = [int(bits) >> (32 * (37 - i)) & 0xFFFFFFFF for i in range(38)]
-    body.append(array("kTwoByPi", words, "2 / pi: the 1216 bits after the point", "std::uint32_t",
-                      lambda v: f"0x{v:08x}"))
     top = (pi / 4 + mpf("0.01")) ** 2
 
     def sinc(t):

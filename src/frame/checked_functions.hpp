@@ -4,52 +4,30 @@
 #include <cmath>
 #include <concepts>
 #include <cstdint>
-#include <limits>
 
+#include "elementary/functions.hpp"
 #include "frame/checked.hpp"
 
 namespace vqmath63 {
 
-/// The functions themselves, over plain Doubles: the only calls of the platform's below the
-/// boundary. Infinities and NaN come back where the checked ones below fault, so these are for
-/// arguments whose range is known, and for work that looks at its result.
+/// The functions themselves, over plain Doubles: those of elementary/, and the square root, which
+/// every processor rounds correctly. Infinities and NaN come back where the checked ones below
+/// fault, so these are for arguments whose range is known, and for work that looks at its result.
 namespace unchecked {
 
-inline double exp(double x) {
-  return std::exp(x);
-}
-inline double log(double x) {
-  return std::log(x);
-}
-/// log(1 + x).
-inline double log1p(double x) {
-  return std::log1p(x);
-}
-inline double pow(double x, double power) {
-  return std::pow(x, power);
-}
+using elementary::atan;
+using elementary::atan2;
+using elementary::cos;
+using elementary::exp;
+using elementary::hypot;
+using elementary::log;
+using elementary::log1p;
+using elementary::pow;
+using elementary::sin;
+using elementary::tan;
+
 inline double sqrt(double x) {
-  return std::sqrt(x);
-}
-inline double sin(double x) {
-  return std::sin(x);
-}
-inline double cos(double x) {
-  return std::cos(x);
-}
-inline double tan(double x) {
-  return std::tan(x);
-}
-inline double atan(double x) {
-  return std::atan(x);
-}
-/// Angle of the point (x, y).
-inline double atan2(double y, double x) {
-  return std::atan2(y, x);
-}
-/// sqrt(x^2 + y^2), without overflow on the way.
-inline double hypot(double x, double y) {
-  return std::hypot(x, y);
+  return std::sqrt(x);  // platform: rounds correctly everywhere
 }
 
 }  // namespace unchecked
@@ -76,12 +54,10 @@ inline Double Exp(Double x) {
 
 /// Natural logarithm; fault 5 for zero and below.
 inline Double Log(Double x) {
-  constexpr double kLargest = std::numeric_limits<double>::max();
-  // Looked at before the call, so that the platform never sets its error state.
-  if (!(x.value() > 0.0 && x.value() <= kLargest)) [[unlikely]] {
+  const double result = unchecked::log(x.value());
+  if (!std::isfinite(result)) [[unlikely]]
     return detail::examine_logarithm(x.value());
-  }
-  return unchecked::log(x.value());
+  return result;
 }
 
 /// Square root; fault 5 below zero.

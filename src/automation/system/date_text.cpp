@@ -51,7 +51,8 @@ HRESULT format_date(DATE value, char (&room)[kFormatRoom], std::string_view& tex
   if (!is_date(value)) return DISP_E_OVERFLOW;
   int day = static_cast<int>(value);
   // The fraction runs forward from midnight on both sides of day zero: -1.25 is 6:00 of day -1.
-  auto seconds = static_cast<int>(std::lround(std::fabs(value - day) * kDaySeconds));
+  const double passed = std::fabs(value - day) * kDaySeconds;
+  auto seconds = static_cast<int>(std::lround(passed));  // platform: exact
   if (seconds == kDaySeconds) {
     if (day < kLastDay) {
       ++day;

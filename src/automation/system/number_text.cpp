@@ -81,7 +81,8 @@ HRESULT parse_any(std::string_view text, T& value) {
 double round_half_even(double x) {
   const double below = std::floor(x);
   const double rest = x - below;
-  if (rest > 0.5 || (rest == 0.5 && std::fmod(below, 2.0) != 0.0)) return below + 1.0;
+  const bool odd = std::fmod(below, 2.0) != 0.0;  // platform: exact
+  if (rest > 0.5 || (rest == 0.5 && odd)) return below + 1.0;
   return below;
 }
 

@@ -1,0 +1,50 @@
+#include <limits>
+
+#include "elementary/functions.hpp"
+#include "elementary/quick.hpp"
+#include "elementary/sure.hpp"
+
+namespace vqmath63::elementary {
+namespace {
+
+// sqrt(x^2 + y^2) for x >= y, squares and their sum in two Doubles each; the root's rest by one
+// step of Newton's. Whether hi + lo, within 2^-100 of the value, rounds to one Double.
+inline bool quick_hypot(double x, double y, double& result) {
+  const Pair first = exact_product(x, x);
+  const Pair second = exact_product(y, y);
+  const Pair sum = ordered_sum(first.hi, second.hi);
+  const double root = std::sqrt(sum.hi);  // platform: rounds correctly everywhere
+  const Pair square = exact_product(root, root);
+  const double rest = (sum.hi - square.hi) + ((sum.lo + (first.lo + second.lo)) - square.lo);
+  return settled(root, rest / (2.0 * root), root * 0x1p-100, result);
+}
+
+// Large, small, or so far apart that the smaller one's square may underflow.
+[[gnu::noinline]] double scaled_hypot(double x, double y) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  if (x == kInfinity || y == kInfinity) return kInfinity;
+  if (std::isnan(x) || std::isnan(y)) return x + y;
+  if (y < x * 0x1p-60) return x + y;  // y^2 / (2 x) is less than y; neither is seen
+  double result;
+  // The scaled result is exact in its last place unless it goes down to the subnormal numbers.
+  const double scale = x > 1.0 ? 0x1p-600 : 0x1p600;
+  if (x >= 0x1p-1000 && quick_hypot(x * scale, y * scale, result)) return result / scale;
+  return sure::hypot(x, y);
+}
+
+}  // namespace
+
+double hypot(double x, double y) {
+  const double a = std::fabs(x);
+  const double b = std::fabs(y);
+  const double large = a < b ? b : a;
+  const double small = a < b ? a : b;
+  if (!(large < 0x1p500 && small > 0x1p-400)) [[unlikely]]
+    return scaled_hypot(large, small);
+  double result;
+  if (!quick_hypot(large, small, result)) [[unlikely]]
+    return sure::hypot(large, small);
+  return result;
+}
+
+}  // namespace vqmath63::elementary
