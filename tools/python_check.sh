@@ -1,7 +1,7 @@
 #!/bin/bash
 # Tests the Python package around a built library: its sources, then the wheel in an environment of
 # its own, as a user installs it. Needs Debian's python3-pytest, python3-pandas, python3-build,
-# python3-venv, python3-setuptools, python3-wheel and mypy.
+# python3-venv, python3-setuptools, python3-wheel and mypy; with python3-distributed on a cluster too.
 #
 # usage: tools/python_check.sh LIBRARY FOLDER [--from-source]
 #   LIBRARY        libvqmath63.so
@@ -56,7 +56,7 @@ pytest_step() {  # NAME PYTHON
 # A tree of its own: what is built here stays out of the sources.
 copy_sources() {
   mkdir "$folder/source" &&
-    (cd "$root" && git ls-files -z -co --exclude-standard -- CMakeLists.txt cmake docs packaging \
+    (cd "$root" && git ls-files -z -co --exclude-standard -- CMakeLists.txt cmake docs examples packaging \
       python samples src tests/data | tar -c --null -T -) | tar -x -C "$folder/source"
 }
 
@@ -113,6 +113,8 @@ EOF
   done
 )
 
+$python -c "import distributed" 2>/dev/null ||
+  echo "python: on a Dask cluster: not run, python3-distributed is not installed"
 step "python: copy the sources" copy_sources || exit 1
 VQMATH63_LIBRARY=$library pytest_step "python: tests beside the library" $python
 step "python: mypy" mypy --strict --cache-dir "$folder/mypy" \

@@ -1,9 +1,12 @@
 """The tour in docs/python.md: each block is run, and prints what stands below it."""
 
 import contextlib
+import importlib.util
 import io
 import os
 import re
+import subprocess
+import sys
 
 from conftest import PACKAGE
 
@@ -22,3 +25,15 @@ def test_each_block_of_the_tour_prints_what_it_says(vq, tmp_path, monkeypatch):
             exec(compile(code, "docs/python.md", "exec"), names)
         assert printed.getvalue().rstrip() == wanted.rstrip(), code
     assert len(blocks) >= 10
+
+
+def test_the_example_of_many_wells_is_the_same_however_it_is_spread(vq, capfd):
+    ways = [[], ["--jobs", "2"]]
+    if importlib.util.find_spec("distributed"):
+        ways.append(["--cluster", "local"])
+    for way in ways:
+        subprocess.run([sys.executable, ROOT / "examples" / "ten_thousand_wells.py", "--wells=50",
+                        "--years=1", *way], check=True,
+                       env={**os.environ, "PYTHONPATH": os.pathsep.join(filter(None, sys.path))})
+    told = re.findall("50 wells, 200 quarters, bits (.*)", capfd.readouterr().out)
+    assert len(told) == len(ways) and len(set(told)) == 1

@@ -1,5 +1,9 @@
 """The functions over frames, beside pandas and NumPy or worked by hand."""
 
+import contextlib
+import warnings
+from concurrent import futures
+
 import numpy as np
 import pandas as pd
 import pytest
@@ -36,11 +40,29 @@ def wells(count=7):
     return rows.sample(frac=1, random_state=63).sort_values("date", kind="stable")
 
 
-def test_each_of_many_wells_is_as_it_is_alone_however_they_are_spread(vq):
+@contextlib.contextmanager
+def cluster():
+    distributed = pytest.importorskip("distributed", reason="python3-distributed is not there")
+    with warnings.catch_warnings():
+        warnings.simplefilter("ignore")  # its own
+        with distributed.LocalCluster(n_workers=2, threads_per_worker=1, dashboard_address=None,
+                                      silence_logs=False) as local, local.get_client() as client:
+            yield client
+
+
+@pytest.mark.parametrize("jobs", [lambda: contextlib.nullcontext(2),
+                                  lambda: futures.ThreadPoolExecutor(3), cluster])
+def test_many_wells_are_the_same_to_the_last_bit_however_they_are_spread(vq, jobs):
     rows = wells()
     alone = vq.accumulate(rows, "quarter", by="well", date="date")
-    pd.testing.assert_frame_equal(
-        vq.accumulate(rows, "quarter", by="well", date="date", jobs=2), alone, check_exact=True)
+    with jobs() as chosen:
+        made = vq.accumulate(rows, "quarter", by="well", date="date", jobs=chosen)
+    pd.testing.assert_frame_equal(made, alone, check_exact=True)
+
+
+def test_each_of_many_wells_is_as_it_is_alone(vq):
+    rows = wells()
+    alone = vq.accumulate(rows, "quarter", by="well", date="date")
     for name, own in rows.groupby("well"):
         one = vq.accumulate(own.set_index("date")[["oil", "water"]], "quarter")
         pd.testing.assert_frame_equal(alone.loc[name], one, check_exact=True)
@@ -82,6 +104,8 @@ REFUSED = [
     (lambda v: v.accumulate(FRAME * 1e40), OverflowError, "Single"),
     (lambda v: v.accumulate(FRAME, by="wel"), KeyError, "no column 'wel'"),
     (lambda v: v.accumulate(FRAME, cumulative="oli"), KeyError, "did you mean 'oil'"),
+    (lambda v: v.accumulate(FRAME, jobs=-1), ValueError, "number of processes"),
+    (lambda v: v.accumulate(FRAME, jobs="all"), TypeError, "a Dask client, not a str"),
     (lambda v: v.fit(FRAME, "oil", "water", "exponental"), ValueError, "mean 'exponential'"),
     (lambda v: v.fit(-FRAME, "oil", "water", "power"), ValueError, "no logarithm"),
     (lambda v: v.fit(FRAME * 0, "oil", "water"), ValueError, "two different"),

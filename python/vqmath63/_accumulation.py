@@ -11,6 +11,7 @@ import numpy as np
 
 from . import _frames, _messages
 from ._names import listed, nearest
+from ._spreading import spread
 
 _NS_PER_MINUTE = 60 * 10**9
 _UNITS = (("day", 1440), ("hour", 60), ("minute", 1))
@@ -107,19 +108,6 @@ def _many(work: list[tuple[Any, Any]], settings: _Settings) -> list[Any]:
     return results
 
 
-def _spread(work: list[tuple[Any, Any]], settings: _Settings, jobs: int) -> list[Any]:
-    if jobs == 1 or len(work) < 2:
-        return _many(work, settings)
-    import concurrent.futures
-    import os
-    jobs = (os.cpu_count() or 1) if jobs < 1 else jobs
-    parts = min(len(work), 4 * jobs)
-    cuts = [len(work) * k // parts for k in range(parts + 1)]
-    with concurrent.futures.ProcessPoolExecutor(jobs) as pool:
-        futures = [pool.submit(_many, work[a:b], settings) for a, b in zip(cuts, cuts[1:])]
-        return [result for future in futures for result in future.result()]
-
-
 def _check_period(word: str) -> None:
     from . import Accumulate
     if not isinstance(word, str):
@@ -130,9 +118,21 @@ def _check_period(word: str) -> None:
         raise ValueError(f"'{word}' is no period{nearest(word, known)}: {listed(known)}")
 
 
+def _labels_of_groups(by: Any, names: list[Any], counts: list[int], begins: Any, ends: Any) -> Any:
+    """An index of groups and intervals. Many groups share few intervals: an interval is made once,
+    since pandas would look at each as an object."""
+    pd = _frames.pandas()
+    (b, all_begins), (e, all_ends) = (pd.factorize(x, sort=True) for x in (begins, ends))
+    pairs, codes = np.unique(b * len(all_ends) + e, return_inverse=True)
+    intervals = pd.IntervalIndex.from_arrays(all_begins[pairs // len(all_ends)],
+                                             all_ends[pairs % len(all_ends)])
+    return pd.MultiIndex(levels=[pd.Index(names), intervals], names=[by, "period"],
+                         codes=[np.repeat(np.arange(len(names)), counts), codes])
+
+
 def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any = None,
                cumulative: Any = (), frequency: int = 1, start: datetime.date | None = None,
-               jobs: int = 1) -> Any:
+               jobs: Any = 1) -> Any:
     """A dated profile on calendar periods, by ztAccumulate.
 
     `frame` has a row per date, in order, and columns of numbers; dates are its index, or the column
@@ -143,7 +143,8 @@ def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any =
     values of `by`): means of rates, and totals at the intervals' ends. Periods begin with the
     calendar (a quarter in January, a week on Monday), or with `start` and every `frequency` periods
     from it. A missing value (NaN) makes each period missing that it has a part in. `jobs` spreads
-    many profiles over so many processes (0: one a processor), with the same result.
+    many profiles, with the same result: over so many processes (0: one a processor), over an
+    executor of concurrent.futures, or over the cluster of a Dask client.
     """
     pd = _frames.pandas()
     frame = _frames.frame_of(frame)
@@ -180,16 +181,15 @@ def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any =
         warnings.warn(f"left out, since one date covers no time: {by} "
                       f"{listed(map(repr, short[:5]))}{' and others' if len(short) > 5 else ''}",
                       stacklevel=2)
-    results = _spread(work, settings, jobs)
+    results = spread(_many, work, [len(own) for own, _ in work], settings, jobs)
     if not results:
         raise ValueError("there is nothing to report")
     lines = [line for result in results for line in result[3]]
-    index = pd.IntervalIndex.from_arrays(np.concatenate([r[0] for r in results]),
-                                         np.concatenate([r[1] for r in results]), name="period")
-    if by is not None:
-        counts = [len(r[1]) for r in results]
-        index = pd.MultiIndex.from_arrays([np.repeat(np.array(kept), counts), index],
-                                          names=[by, "period"])
+    begins, ends = (np.concatenate([r[k] for r in results]) for k in (0, 1))
+    if by is None:
+        index = pd.IntervalIndex.from_arrays(begins, ends, name="period")
+    else:
+        index = _labels_of_groups(by, kept, [len(r[1]) for r in results], begins, ends)
     made = pd.DataFrame(np.concatenate([r[2] for r in results]), index=index, columns=series)
     if lines:
         _messages.tell_lines(f"accumulate: {lines[0]}", lines, made, len(lines), 0)
