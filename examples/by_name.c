@@ -1,8 +1,4 @@
-/* The component from C, by name and with plain values: months of rates onto a reporting calendar,
- * a function over an array, and what a mistake brings.
- *
- *   cc by_name.c -I PREFIX/include -o by_name && VQMATH63_LIBRARY=.../libvqmath63.so ./by_name
- */
+/* The component from C: cc by_name.c -o by_name && ./by_name .../libvqmath63.so */
 #include <vqmath63/component/by_name.h>
 
 static void show_line(const char* line, void* context) {
@@ -51,7 +47,12 @@ int main(int argc, char** argv) {
   vq_call(&integrate, "Integral", curve, 2, &area);
   curve[1] = vq_number(7);
   if (!vq_call(&integrate, "Integral", curve, 2, &area)) puts(vq.error);
+
   vq_free(&vq, &word);
   vq_free(&vq, &sent[1]);
+  vq_release(&well);
+  vq_release(&functions);
+  vq_release(&integrate);
+  vq_close(&vq);
   return 0;
 }
