@@ -30,7 +30,9 @@ std::string interface_text(ClassList classes);
 /// registration.
 std::string manifest_text(ClassList classes);
 
-/// The lists of the members in docs/reference.md, which tools/make_reference.py completes.
+/// What tools/make_reference.py makes the reference's pages of. A line each, fields between tabs:
+/// "class", its name, programmatic id and help; "numbers", name and help of a set of named numbers
+/// and each with its value; the members of the class as in describe_members.
 std::string reference_text(ClassList classes);
 
 /// "AA40CFD8-6128-4423-B611-27D640E1B235".

@@ -9,9 +9,12 @@ namespace vqmath63 {
 
 /// Formation volume factors. Tables are addressed from index 1; each abscissa shares its unit with
 /// the data point, and the factor dB comes in the unit of the tabulated factors (the water
-/// compressibility is per unit of its table's abscissa). Keeps nothing between calls. qOK is false
-/// on entry and true when dB was set; a failure is reported and leaves dB as it was. NaN: flows to
+/// compressibility is per unit of its table's abscissa). Keeps nothing between calls. NaN: flows to
 /// dB where the search meets it, and qOK is true.
+///
+/// @failure One error line; dB stays as it was, and qOK is False.
+/// @param dB receives the factor, in the unit of the tabulated ones
+/// @param qOK receives True when dB was set
 class ztPetroleum {
  public:
   /// Live oil. Curve p, of primary value dPrimary(p) (dissolved gas, say; ascending), stands in
@@ -33,6 +36,15 @@ class ztPetroleum {
   /// Double precision throughout; dB, 1.000001 times the saturation value and the differences of
   /// neighbouring abscissae must fit a Single (6). Index outside an array: 9. O(log nPrimary +
   /// length of the two curves), no allocation.
+  /// @param dPrimary primary values of the curves, ascending, elements 1 to nPrimary
+  /// @param iMapPrimary where each curve begins in dSecondary and dValue, from 1
+  /// @param nPrimary how many curves, 1 or more
+  /// @param dSecondary abscissae of the curves, one after the other, each ascending
+  /// @param dValue factors at the same entries, above 0
+  /// @param nVal how many entries
+  /// @param dDataPrimary the data point, in the unit of dPrimary
+  /// @param dDataSecondary the data point, in the unit of dSecondary
+  /// @param dNull without effect
   void GetVolumeCorrectionLive(Array1<float>& dPrimary,
                                const Array1<const std::int32_t>& iMapPrimary,
                                const std::int32_t& nPrimary, const Array1<const float>& dSecondary,
@@ -43,14 +55,23 @@ class ztPetroleum {
   /// Dead oil: the factor dTable2 over dTable1 (pressure, say; ascending), entries 1 to nTable,
   /// interpolated at dData1 by the thread's mathematical companion; qOK is true whether or not the
   /// companion says that it could. nTable below 1, or a table shorter than it: 9. O(nTable).
+  /// @param dTable1 abscissae, ascending, elements 1 to nTable
+  /// @param dTable2 factors at the same entries
+  /// @param nTable how many entries, 1 or more
+  /// @param dData1 the data point, in the unit of dTable1
   void GetVolumeCorrectionDead(const Array1<const float>& dTable1,
                                const Array1<const float>& dTable2, const std::int32_t& nTable,
                                const float& dData1, float& dB, bool& qOK);
 
-  /// Water: Bw (1 + X + X^2 / 2) with X = C (dData1 - P), where P = dTable1(1) is the reference
-  /// pressure, Bw = dTable2(1) the factor there and C = dTable3(1) the compressibility; formed
-  /// through two reciprocals, every step stored as Single. No other element is read and nTable has
-  /// no effect. A factor of 0: 11.
+  /// Water, where P = dTable1(1) is the reference pressure, Bw = dTable2(1) the factor there and C
+  /// = dTable3(1) the compressibility; formed through two reciprocals, every step stored as Single.
+  /// No other element is read and nTable has no effect. A factor of 0: 11.
+  /// $$ B = B_w \left(1 + X + \frac{X^2}{2}\right), \quad X = C \, (p - P) $$
+  /// @param dTable1 element 1: the reference pressure
+  /// @param dTable2 element 1: the factor there
+  /// @param dTable3 element 1: the compressibility, per unit of dTable1
+  /// @param nTable without effect
+  /// @param dData1 the pressure p, in the unit of dTable1
   void GetWaterVolumeCorrection(const Array1<const float>& dTable1,
                                 const Array1<const float>& dTable2,
                                 const Array1<const float>& dTable3, const std::int32_t& nTable,

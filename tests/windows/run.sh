@@ -190,6 +190,13 @@ expect ok "register" regsvr32 /s "$dll"
 run "registry: machine" "$clients/registry.exe" machine "$dll"
 run_calls "calls.vbs" cscript //nologo calls.vbs
 run_calls "calls.js" cscript //nologo "$scripts\\calls.js" calls.txt
+# The examples of the reference, as they stand there.
+check_reference=$(realpath "$here/../../tools/check_reference.py")
+python3 -B "$check_reference" write vb examples.vbs
+under_wine cscript //nologo examples.vbs >examples.txt 2>errors.txt
+said=$(python3 -B "$check_reference" vb examples.txt)
+report "examples of the reference" $(sed -n '$s/.*: \([0-9]*\) checks, \([0-9]*\) failures$/\1 \2/p' <<<"$said")
+sed '$d; s/^/    /' <<<"$said"
 # By name first: what came back there is what the others are held to.
 for way in by_name vtable type_info apartment_vtable apartment_by_name; do
   run_calls "generic host: $way" "$clients/generic_hosts.exe" "$way" "$calls" "$interfaces" calls.record

@@ -1,6 +1,7 @@
 // The command that calls any member of any class.
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 #include "host/client/description.hpp"
 #include "host/client/dispatch_client.hpp"
@@ -28,10 +29,28 @@ struct Options {
   std::string class_name;
   std::string member;
   std::vector<std::string> settings;
+  std::vector<std::string> readings;
   std::vector<std::string> arguments;
   std::optional<double> empty_as;
   bool all = false;
 };
+
+// The properties of --get, which may name several between commas.
+std::vector<std::string> properties_to_read(const Options& options,
+                                            const std::vector<MemberDescription>& members) {
+  std::vector<std::string> names;
+  for (const std::string& reading : options.readings) {
+    std::istringstream parts(reading);
+    for (std::string name; std::getline(parts, name, ',');) {
+      const MemberDescription& member = find_member(members, options.class_name, name, 0);
+      if (member.kind != MemberKind::kGet) {
+        throw UsageError("--get " + name + ": no property that can be read");
+      }
+      names.push_back(member.name);
+    }
+  }
+  return names;
+}
 
 int run(const Options& options) {
   const MessageSink sink;
@@ -40,6 +59,7 @@ int run(const Options& options) {
       find_member(members, options.class_name, options.member, options.arguments.size());
   CallArguments arguments(member, options.arguments, options.empty_as);
   std::vector<Argument> given = arguments.make();
+  const std::vector<std::string> readings = properties_to_read(options, members);
   DispatchObject object = DispatchObject::create(options.class_name);
   for (const std::string& setting : options.settings) {
     set_property(object, members, options.class_name, setting, options.empty_as);
@@ -54,6 +74,10 @@ int run(const Options& options) {
     if (!result.is_empty()) std::cout << value_text(result.get(), options.all) << '\n';
     ok = arguments.show(options.all);
   }
+  for (const std::string& name : readings) {
+    const Value value = object.get(name, {});
+    std::cout << name << " = " << value_text(value.get(), options.all) << '\n';
+  }
   if (!ok) throw WorkError(member.name + " did not succeed: qOK is False");
   if (sink.errors() > 0) throw WorkError(member.name + " reported an error");
   return kSuccess;
@@ -66,6 +90,8 @@ void declare(Command& command) {
       .rest(options->arguments)
       .repeatable("--set", "PROPERTY=VALUE", options->settings,
                   "Set a property before the call (repeatable)")
+      .repeatable("--get", "PROPERTY,...", options->readings,
+                  "Print properties after the call (repeatable)")
       .option("--empty-as", "VALUE", options->empty_as, "Value of missing cells of a CSV file")
       .flag("--all", options->all, "Print arrays whole")
       .notes(kNotes)
