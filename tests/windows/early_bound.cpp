@@ -47,15 +47,6 @@ void arrays_and_errors() {
   Holder<IErrorInfo> stale;
   checks.result(GetErrorInfo(0, stale.place()), S_FALSE, "no stale error info");
   checks.that(from_zero.array->cLocks == 0 && table.array->cLocks == 0, "no lock is left");
-
-  Holder<_ztAccumulate> accumulate;
-  create(CLSID_ztAccumulate, accumulate);
-  HostArray fixed({7, 7}, 1, 2), data({0, 1, 400, 2}, 1, 2);
-  fixed.array->fFeatures |= FADF_FIXEDSIZE;
-  VARIANT_BOOL ok = VARIANT_TRUE;
-  checks.result(accumulate->Accumulate(&data.array, &fixed.array, &ok), S_OK, "a fixed result");
-  checks.that(ok == VARIANT_FALSE && fixed.at(1, 2) == 7.0, "cannot be re-dimensioned");
-  fixed.array->fFeatures = static_cast<USHORT>(fixed.array->fFeatures & ~FADF_FIXEDSIZE);
 }
 
 // A host that has traps unmasked and another rounding mode.

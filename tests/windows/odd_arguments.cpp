@@ -1,6 +1,6 @@
 // Null pointers for every argument by reference and for every result, and odd values for every
 // argument by name: each call ends with a result code and words, and leaves the host as it was.
-// Argument: the table of the interfaces.
+// Results that find no room say so. Argument: the table of the interfaces.
 #include <xmmintrin.h>
 
 #include <limits>
@@ -28,7 +28,8 @@ std::vector<Variable> odd_values() {
     all.back().v.byref = pointer;
   };
   const double inf = std::numeric_limits<double>::infinity();
-  for (const double number : {0.0, -1.0, 1.5, 3e9, 1e300, -1e-310, inf, -inf, double{NAN}})
+  for (const double number :
+       {0.0, -1.0, 1.5, 2147483647.0, 3e9, 1e300, -1e-310, inf, -inf, double{NAN}})
     add(VT_R8, number);
   for (const VARTYPE type : {VT_I1, VT_I2, VT_I4, VT_I8, VT_UI1, VT_UI2, VT_UI4, VT_UI8, VT_R4,
                              VT_CY, VT_DATE, VT_BOOL, VT_DECIMAL, VT_BSTR})
@@ -131,7 +132,82 @@ void odd_arguments(IDispatch* object, const std::string& what, const std::string
   }
 }
 
-void STDMETHODCALLTYPE nothing(const OLECHAR*, BOOL, void*) {}
+std::string last_line;
+void STDMETHODCALLTYPE keep(const OLECHAR* line, BOOL, void*) {
+  last_line.clear();
+  for (; *line != 0; ++line) last_line += static_cast<char>(*line);
+}
+
+// Second derivatives that are no Decimals, or too many for the array that is there, or for any.
+void results_without_room(const Interfaces& interfaces) {
+  const struct {
+    const char* what;
+    ULONG samples;
+    VARTYPE result;
+    USHORT features;
+    ULONG locks;
+    const char* told;
+  } rows[] = {
+      {"as Decimals", 4, VT_DECIMAL, 0, 0, "Overflow: argument 'd2ydx2' of SecondDerivative"},
+      {"fixed", 4, VT_VARIANT, FADF_FIXEDSIZE, 0, "This array is fixed or temporarily locked: arg"},
+      {"locked", 4, VT_VARIANT, 0, 1,
+       "This array is fixed or temporarily locked: argument 'd2ydx2'"},
+      {"fixed, exact", 4, VT_R8, FADF_FIXEDSIZE, 0,
+       "Error:This array is fixed or temporarily locked"},
+      {"locked, exact", 4, VT_R8, 0, 1, "Error:This array is fixed or temporarily locked (No.10)"},
+#ifdef _WIN64  // of 4 GiB and more: as variants, as Doubles
+      {"in scripts", 178956971, VT_EMPTY, 0, 0, "Out of memory: argument 'd2ydx2'"},
+      {"anywhere", 536870913, VT_R8, 0, 0, "Error:Out of memory (No.7)"},
+#endif
+  };
+  Holder<IDispatch> object;
+  create(CLSID_ztDifferentiate, object);
+  Holder<IUnknown> dual;
+  object->QueryInterface(IID__ztDifferentiate, dual.untyped());
+  const DISPID id = id_of(object.get(), "SecondDerivative");
+  const Member& member = interfaces.of("ztDifferentiate call SecondDerivative");
+  for (const auto& row : rows) {
+    // Zeros, of which nothing lies in memory until it is used, but for the first.
+    void* const x = VirtualAlloc(nullptr, row.samples * sizeof(double), MEM_COMMIT | MEM_RESERVE,
+                                 PAGE_READWRITE);
+    if (!checks.that(x != nullptr, "memory for x")) continue;
+    for (int i = 0; i < 4; ++i) static_cast<double*>(x)[i] = i * i * 1e-20;
+    std::vector<Variable> sent = fitting(member);
+    SAFEARRAY* const samples = sent[0].v.parray;
+    void* const elements = std::exchange(samples->pvData, x);
+    samples->rgsabound[0].cElements = row.samples;
+    set(sent[1], "[0 1 9 36]", member.arguments[1]);
+    VARIANT& result = sent[2].v;
+    VariantClear(&result);
+    if (row.result != VT_EMPTY) {
+      SAFEARRAYBOUND bound{1, 1};
+      result.vt = static_cast<VARTYPE>(VT_ARRAY | row.result);
+      result.parray = SafeArrayCreate(row.result, 1, &bound);
+      result.parray->fFeatures |= row.features;
+      result.parray->cLocks = row.locks;
+    }
+    SAFEARRAY* const before = result.parray;
+    for (const bool by_name : {true, false}) {
+      if (!by_name && row.result != VT_R8) continue;  // the dual interface takes no others
+      MemberCall call(member, sent, false);
+      if (row.result == VT_EMPTY) {
+        call.words[2].vt = VT_BYREF | VT_VARIANT;
+        call.words[2].pvarVal = &result;
+      }
+      last_line.clear();
+      const HRESULT code = by_name ? call.by_name("call", nullptr, own_invoke(object.get(), id))
+                                   : call.by_vtable(dual.get(), nullptr);
+      ++calls;
+      const std::string told = FAILED(code) ? call.exception_words : last_line;
+      checks.that(told.starts_with(row.told), "a result " + std::string(row.what) + ": " + told);
+      checks.that(result.parray == before, "what it was for stays");
+    }
+    if (before != nullptr) before->cLocks = 0;
+    samples->pvData = elements;
+    samples->rgsabound[0].cElements = 3;
+    VirtualFree(x, 0, MEM_RELEASE);
+  }
+}
 
 }  // namespace
 
@@ -145,12 +221,13 @@ int main(int count, char** words) {
       Holder<IDispatch> object;
       checks.result(create(class_row(of[0]).clsid, object), S_OK, of[0]);
       exported<HRESULT(STDMETHODCALLTYPE*)(void(STDMETHODCALLTYPE*)(const OLECHAR*, BOOL, void*),
-                                           void*)>("VqSetMessageCallback")(&nothing, nullptr);
+                                           void*)>("VqSetMessageCallback")(&keep, nullptr);
       Holder<IUnknown> dual;
       object->QueryInterface(class_row(of[0]).iid, dual.untyped());
       null_pointers(dual.get(), key, member);
       odd_arguments(object.get(), key, of[1], id_of(object.get(), of[2]), member);
     }
+    results_without_room(interfaces);
     checks.that(interfaces.members().size() > 150, "every member");
   }
   std::printf("calls %d\n", calls);
