@@ -83,6 +83,12 @@ check "vqhost.exe, the library beside it" host_says_three 'x64\vqhost.exe'
 check "early_bound.cpp compiles" example_program "$folder/examples/windows/early_bound.cpp"
 check "early_bound.cpp, without registration" prints "$folder/examples/windows/early_bound.cpp" \
   early_bound_cpp.exe '..\..\x64\vqmath63.manifest'
+# A program of its own folder, with the library and the guide's manifest for it.
+mkdir -p "$work/beside"
+cp "$folder/x64/vqmath63.dll" "$folder/examples/windows/early_bound_cpp.exe" "$work/beside"
+sed -n '/<?xml/,/<\/assembly>/p' "$folder/docs/windows.md" >"$work/beside/early_bound_cpp.exe.manifest"
+check "early_bound.cpp, by a manifest of its own" prints "$folder/examples/windows/early_bound.cpp" \
+  "$work/beside/early_bound_cpp.exe"
 check "nothing is registered by use" eval 'registry used; same_registry used'
 
 check "register-machine.cmd" in_folder cmd /c register-machine.cmd
@@ -99,6 +105,16 @@ for example in "$folder"/examples/windows/*; do
       check "$name" prints "$example" "${name//./_}.exe" ;;
   esac
 done
+# What the guide itself shows of a script language.
+guide_prints() {  # LANGUAGE SCRIPT WORDS
+  python3 -c 'import re, sys
+text = open(sys.argv[2], encoding="utf-8").read()
+blocks = re.findall("```" + sys.argv[1] + "\n(.*?)```", text, re.S)
+print(next(block for block in blocks if "WScript" in block))' "$1" "$folder/docs/windows.md" >"$2"
+  timeout 300 "$wine" cscript //nologo "$2" | tr -d '\r' | grep -x "$3"
+}
+check "the guide's VBScript" guide_prints vb guide.vbs "3 values, mean 20"
+check "the guide's JScript" guide_prints js guide.js "3 values, mean 20"
 check "there are examples" test "$run" -ge 4
 mkdir -p "$work/alone" && cp "$folder/x64/vqhost.exe" "$work/alone"
 check "vqhost.exe, the registered component" host_says_three "$work/alone/vqhost.exe"
