@@ -80,6 +80,20 @@ registry before
 check "the README names the version" grep -q "vqmath63 [0-9.]* for" "$folder/README.txt"
 host_says_three() { in_folder "$1" call ztIntegrate Integral [0,1,2] [0,1,4] | head -n 1 | grep -x 3; }
 check "vqhost.exe, the library beside it" host_says_three 'x64\vqhost.exe'
+links_lead_somewhere() {
+  grep -ohP '\]\(\K[^)#:]+(?=[)#])' "$folder"/docs/*.md | sort -u |
+    while read -r link; do ls -d "$folder/docs/$link" >/dev/null || echo "$link"; done | grep . && return 1
+  true
+}
+check "the guide's links lead into the folder" links_lead_somewhere
+tells_of_files() {  # as the command line of the guide does
+  (cd "$folder/x64" && "$wine" cmd /c "$(grep -m 1 '^\.\\vqhost accumulate' ../docs/windows.md)") |
+    tr -d '\r' | grep -x 'quarters.csv: 32 periods of 8 series'
+}
+check "the guide's command line" tells_of_files
+mkdir -p "$work/part" && cp "$folder"/*.cmd "$work/part"
+half_unpacked() { (cd "$work/part" && "$wine" cmd /c register-user.cmd) | grep "unpack the whole zip"; }
+check "scripts alone ask for the rest" half_unpacked
 check "early_bound.cpp compiles" example_program "$folder/examples/windows/early_bound.cpp"
 check "early_bound.cpp, without registration" prints "$folder/examples/windows/early_bound.cpp" \
   early_bound_cpp.exe '..\..\x64\vqmath63.manifest'

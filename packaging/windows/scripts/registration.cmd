@@ -16,10 +16,11 @@ if defined system64 set "system32=%SystemRoot%\SysWOW64"
 set "failed=0"
 if defined system64 call :tell "%system64%\regsvr32.exe" x64
 if exist "%system32%\regsvr32.exe" call :tell "%system32%\regsvr32.exe" x86
-if "%failed%"=="1" echo For everybody this needs a prompt that was opened as administrator.
+if "%failed%%1"=="1machine" echo For everybody this needs a prompt that was opened as administrator.
 exit /b %failed%
 
 :tell
+if not exist "%~dp0%2\vqmath63.dll" goto :incomplete
 %1 %words% "%~dp0%2\vqmath63.dll"
 if errorlevel 1 goto :refused
 echo %2: done
@@ -27,4 +28,8 @@ exit /b 0
 :refused
 echo %2: regsvr32 %words% has failed
 set "failed=1"
+exit /b 0
+:incomplete
+echo %2: vqmath63.dll is missing; unpack the whole zip, and run this where it was unpacked
+set "failed=2"
 exit /b 0
