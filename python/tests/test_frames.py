@@ -104,6 +104,13 @@ REFUSED = [
     (lambda v: v.accumulate(FRAME * 1e40), OverflowError, "Single"),
     (lambda v: v.accumulate(FRAME, by="wel"), KeyError, "no column 'wel'"),
     (lambda v: v.accumulate(FRAME, cumulative="oli"), KeyError, "did you mean 'oil'"),
+    (lambda v: v.accumulate(FRAME, by=["oil"]), TypeError, "one column is wanted"),
+    (lambda v: v.accumulate(FRAME.reset_index()), TypeError, "date='index' takes those of a column"),
+    (lambda v: v.accumulate(FRAME, comulative="oil"), TypeError, "did you mean 'cumulative'"),
+    (lambda v: v.accumulate(FRAME, frequency=0), ValueError, "frequency has to be 1 or more"),
+    (lambda v: v.accumulate(FRAME, start="soon"), ValueError, "start has to be a date, not 'soon'"),
+    (lambda v: v.accumulate(FRAME, start=pd.Timestamp(0, tz="UTC")), ValueError, "time zone"),
+    (lambda v: v.accumulate(FRAME, start="2030-01-01"), ValueError, "no time is covered"),
     (lambda v: v.accumulate(FRAME, jobs=-1), ValueError, "number of processes"),
     (lambda v: v.accumulate(FRAME, jobs="all"), TypeError, "a Dask client, not a str"),
     (lambda v: v.fit(FRAME, "oil", "water", "exponental"), ValueError, "mean 'exponential'"),
@@ -112,6 +119,9 @@ REFUSED = [
     (lambda v: v.derivative(FRAME), TypeError, "Series"),
     (lambda v: v.derivative(FRAME["oil"], 3), ValueError, "1 or 2"),
     (lambda v: v.derivative(FRAME["oil"][::-1]), ValueError, "ascending"),
+    (lambda v: v.derivative(FRAME["oil"][:2], 2), ValueError, "wants 3 samples, not 2"),
+    (lambda v: v.derivative(v.accumulate(FRAME, "day")["oil"]), TypeError, "index has intervals"),
+    (lambda v: v.volume_factor(FRAME, ["a"]), TypeError, "points have to be numbers"),
     (lambda v: v.volume_factor(FRAME, [1], "gas"), ValueError, "no type of fluid"),
     (lambda v: v.volume_factor(FRAME[["oil"]], [1]), ValueError, "2 columns"),
     (lambda v: v.inside(FRAME, [[1, 2, 3]]), ValueError, "shape"),
@@ -132,6 +142,13 @@ def test_a_well_of_one_date_is_left_out_with_a_word(vq):
     with pytest.warns(UserWarning, match="well 'B'"):
         made = vq.accumulate(rows, by="well")
     assert set(made.index.get_level_values("well")) == {"A"}
+
+
+def test_rows_of_one_date_are_told_of(vq):
+    words = "40 of 80 rows .* first 2020-11-17: .*is by= missing"
+    with pytest.warns(UserWarning, match=words) as told:
+        vq.accumulate(pd.concat([history(DAYS[:40])] * 2).sort_index())
+    assert told[0].filename == __file__
 
 
 def test_statistics_agree_with_numpy(vq):
@@ -164,7 +181,12 @@ def test_dates_count_in_days_from_the_first(vq):
     days = pd.Series([0.0, 4.0, 16.0, 36.0], pd.to_datetime(["2020-01-01", "2020-01-03",
                                                              "2020-01-05", "2020-01-07"]))
     assert vq.derivative(days).tolist() == pytest.approx([2, 4, 8, 10], rel=1e-12)
-    assert vq.fit(days.to_frame("y"), None, "y").B == pytest.approx(6, rel=1e-6)
+    for x in (None, "date"):  # the index, also by its name
+        assert vq.fit(days.rename_axis("date").to_frame("y"), x, "y").B == pytest.approx(6, rel=1e-6)
+    # Periods by their middles, from the beginning of the first on.
+    periods = pd.interval_range(DAYS[0], freq="2D", periods=3)
+    line = vq.fit(pd.DataFrame({"y": [3.0, 7.0, 11.0]}, periods), None, "y")
+    assert (line.A, line.B) == pytest.approx((1, 2), rel=1e-6)
 
 
 def test_volume_factors_and_places(vq):

@@ -96,7 +96,7 @@ REFUSED = [
     (lambda v: stats(v).RemoveNulls([0, 1], [1, 2]), TypeError, "xNull has to be a number"),
     (lambda v: maths(v).beta(pd.Series([1, 2]), pd.Series([1, 2], [5, 6])), ValueError,
      "another index"),
-    (lambda v: pickle.dumps(maths(v)), TypeError, "cannot be sent to another process"),
+    (lambda v: pickle.dumps(maths(v)), TypeError, "cannot be copied or sent"),
 ]
 
 

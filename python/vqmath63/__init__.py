@@ -40,5 +40,10 @@ def __getattr__(name: str) -> _Any:
     from ._names import nearest
     if name in _FRAMES:
         import importlib
-        return getattr(importlib.import_module("." + _FRAMES[name], __package__), name)
+        try:
+            module = importlib.import_module("." + _FRAMES[name], __package__)
+        except ModuleNotFoundError as error:
+            raise ImportError(f"{name} works on frames and needs {error.name}, which is not "
+                              "installed: pip install numpy pandas") from None
+        return getattr(module, name)
     raise AttributeError(f"vqmath63 has no '{name}'" + nearest(name, __all__))

@@ -118,6 +118,19 @@ def _check_period(word: str) -> None:
         raise ValueError(f"'{word}' is no period{nearest(word, known)}: {listed(known)}")
 
 
+def _tell_doubled(dates: Any, profiles: list[Any], by: Any) -> None:
+    """Rows of one date cover no time but for the first: most often a column to tell them apart was
+    left out."""
+    doubled = [own[1:][own[1:] == own[:-1]] for own in profiles]
+    count = sum(map(len, doubled))
+    if count:
+        first = next(d[0] for d in doubled if len(d))
+        words = " (is by= missing, which tells wells apart?)" if by is None else ""
+        warnings.warn(f"{count} of {len(dates)} rows have the date of the row before them, the first "
+                      f"{np.datetime_as_string(first, unit='auto')}: they cover no time{words}",
+                      stacklevel=4)
+
+
 def _labels_of_groups(by: Any, names: list[Any], counts: list[int], begins: Any, ends: Any) -> Any:
     """An index of groups and intervals. Many groups share few intervals: an interval is made once,
     since pandas would look at each as an object."""
@@ -130,6 +143,7 @@ def _labels_of_groups(by: Any, names: list[Any], counts: list[int], begins: Any,
                          codes=[np.repeat(np.arange(len(names)), counts), codes])
 
 
+@_frames.spelt
 def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any = None,
                cumulative: Any = (), frequency: int = 1, start: datetime.date | None = None,
                jobs: Any = 1) -> Any:
@@ -150,17 +164,23 @@ def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any =
     frame = _frames.frame_of(frame)
     _check_period(period)
     dates = _frames.dates_of(frame, date)
+    groups_of = None if by is None else _frames.column(frame, by)
     series = _frames.number_columns(frame, {by, date} - {None})
-    cumulative = [cumulative] if isinstance(cumulative, str) else list(cumulative)
+    if isinstance(cumulative, str) or not np.iterable(cumulative):
+        cumulative = [cumulative]
     for name in cumulative:
         _frames.column(frame, name)
     values = np.column_stack([_frames.singles(frame[name]) for name in series])
-    first = None if start is None else pd.Timestamp(start).to_datetime64().astype("datetime64[ns]")
+    first = None if start is None else _frames.moment(start, "start")
+    if frequency < 1:
+        raise ValueError(f"frequency has to be 1 or more, not {frequency!r}")
     settings = _Settings(period, frequency, tuple(name not in cumulative for name in series), first)
 
     groups: list[tuple[Any, Any]] = [(None, slice(None))]
     if by is not None:
-        codes, names = pd.factorize(_frames.column(frame, by), sort=True)
+        if by == date:
+            raise ValueError(f"by and date are one column, {by!r}")
+        codes, names = pd.factorize(groups_of, sort=True)
         if (codes < 0).any():
             raise ValueError(f"column {by!r} has missing values")
         order = np.argsort(codes, kind="stable")
@@ -170,17 +190,18 @@ def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any =
     for name, rows in groups:
         own = dates[rows]
         _frames.ascending(own, "" if by is None else f" of {by} {name!r}")
-        if len(own) < 2 or own[-1] == own[0]:
+        if len(own) < 2 or own[-1] <= (own[0] if first is None else max(own[0], first)):
             short.append(name)
             continue
         kept.append(name)
         work.append((own, values[rows]))
+    why = "one date covers no time" if first is None else "no time is covered from the start on"
     if short and by is None:
-        raise ValueError("one date covers no time: nothing can be reported")
+        raise ValueError(f"{why}: nothing can be reported")
     if short:
-        warnings.warn(f"left out, since one date covers no time: {by} "
-                      f"{listed(map(repr, short[:5]))}{' and others' if len(short) > 5 else ''}",
-                      stacklevel=2)
+        warnings.warn(f"left out, since {why}: {by} {listed(map(repr, short[:5]))}"
+                      f"{' and others' if len(short) > 5 else ''}", stacklevel=3)
+    _tell_doubled(dates, [own for own, _ in work], by)
     results = spread(_many, work, [len(own) for own, _ in work], settings, jobs)
     if not results:
         raise ValueError("there is nothing to report")

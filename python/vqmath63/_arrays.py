@@ -132,7 +132,7 @@ def converted(value: Any, wanted: str, argument: str) -> Any:
             bad = ~(given == numpy.trunc(given)) | numpy.isinf(given)
             if bad.any():
                 raise TypeError(f"has to be an array of whole numbers; element {_first(bad)} "
-                                f"is {given[bad][0]!r}")
+                                f"is {given[bad][0].item()!r}")
         bad = (given < -2**31) | (given > 2**31 - 1)
         if bad.any():
             raise OverflowError(f"has an element beyond the range of a Long: {_first(bad)} is "
@@ -145,7 +145,7 @@ def converted(value: Any, wanted: str, argument: str) -> Any:
             bad = numpy.isinf(made) & ~numpy.isinf(given)
             if bad.any():
                 raise OverflowError(f"has an element beyond the range of a Single: {_first(bad)} "
-                                    f"is {given[bad][0]!r}")
+                                    f"is {given[bad][0].item()!r}")
     if isinstance(value, numpy.ndarray) or hasattr(value, "dtype"):
         _tell(f"{given.size} elements of {given.dtype} converted to {wanted}", argument)
     return made

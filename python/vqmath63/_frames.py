@@ -2,18 +2,40 @@
 
 from __future__ import annotations
 
-from typing import Any
+import datetime
+import functools
+import inspect
+from collections.abc import Callable
+from typing import Any, TypeVar, cast
 
 import numpy as np
 
 from ._names import listed, nearest
 
 
+Function = TypeVar("Function", bound=Callable[..., Any])
+
+
+def spelt(function: Function) -> Function:
+    """The function, which tells of an argument that is misspelt with the nearest right one."""
+    names = list(inspect.signature(function).parameters)
+
+    @functools.wraps(function)
+    def checked(*given: Any, **named: Any) -> Any:
+        for name in named:
+            if name not in names:
+                raise TypeError(f"{function.__name__} has no argument '{name}'"
+                                + nearest(name, names))
+        return function(*given, **named)
+    return cast(Function, checked)
+
+
 def pandas() -> Any:
     try:
         import pandas as pd
     except ImportError:
-        raise ImportError("functions over frames need pandas, which is not installed") from None
+        raise ImportError("functions over frames need pandas, which is not "
+                          "installed: pip install pandas") from None
     return pd
 
 
@@ -23,7 +45,8 @@ def frame_of(frame: Any, what: str = "frame") -> Any:
     if isinstance(frame, pd.Series):
         frame = frame.to_frame(frame.name if frame.name is not None else "value")
     if not isinstance(frame, pd.DataFrame):
-        raise TypeError(f"{what} has to be a DataFrame, not a {type(frame).__qualname__}")
+        has = "have" if what == "points" else "has"
+        raise TypeError(f"{what} {has} to be a DataFrame, not a {type(frame).__qualname__}")
     if not frame.columns.is_unique:
         doubled = frame.columns[frame.columns.duplicated()].unique()
         raise ValueError(f"{what} has columns of one name: {listed(map(repr, doubled))}")
@@ -33,29 +56,37 @@ def frame_of(frame: Any, what: str = "frame") -> Any:
 
 
 def column(frame: Any, name: Any) -> Any:
+    """A column by its name, or the index by its."""
+    if isinstance(name, (list, set, dict)):
+        raise TypeError(f"one column is wanted, not a {type(name).__qualname__}: {name!r}")
     if name not in frame.columns:
+        if name is not None and name == frame.index.name:
+            return frame.index.to_series()
         raise KeyError(f"there is no column {name!r}{nearest(str(name), map(str, frame.columns))}")
     return frame[name]
 
 
-def numbers(series: Any, name: Any = None) -> Any:
-    """A column as Doubles, missing values as NaN."""
-    name = series.name if name is None else name
+def numbers(series: Any, name: Any) -> Any:
+    """A column, or the index without a name, as Doubles, missing values as NaN."""
     pd = pandas()
     if pd.api.types.is_bool_dtype(series.dtype) or not pd.api.types.is_numeric_dtype(series.dtype) \
             or pd.api.types.is_complex_dtype(series.dtype):
-        raise TypeError(f"column {name!r} has elements of type {series.dtype}, not numbers")
+        words = ""
+        if series.dtype == object:
+            words = "; pandas.to_numeric makes them of texts, and to_datetime dates"
+        where = "the index" if name is None else f"column {name!r}"
+        raise TypeError(f"{where} has elements of type {series.dtype}, not numbers{words}")
     return series.to_numpy(dtype="f8", na_value=np.nan)
 
 
-def singles(series: Any, name: Any = None) -> Any:
+def singles(series: Any) -> Any:
     """The same as Singles, for which the numbers must not be too large."""
-    wide = numbers(series, name)
+    wide = numbers(series, series.name)
     with np.errstate(over="ignore"):
         narrow = wide.astype("f4")
     lost = np.isinf(narrow) & ~np.isinf(wide)
     if lost.any():
-        raise OverflowError(f"column {series.name if name is None else name!r} has "
+        raise OverflowError(f"column {series.name!r} has "
                             f"{wide[lost][0]}, beyond the range of a Single")
     return narrow
 
@@ -76,11 +107,15 @@ def dates_of(frame: Any, date: Any) -> Any:
             raise TypeError("the index has periods, not dates; "
                             '.to_timestamp(how="end") makes dates')
     else:
-        given, what = pd.DatetimeIndex(column(frame, date)) if pd.api.types.is_datetime64_any_dtype(
-            column(frame, date)) else column(frame, date), f"column {date!r}"
+        given, what = column(frame, date), f"column {date!r}"
+        if pd.api.types.is_datetime64_any_dtype(given):
+            given = pd.DatetimeIndex(given)
     if not isinstance(given, pd.DatetimeIndex):
-        raise TypeError(f"{what} has to have dates; pandas.to_datetime makes them, and `date=` "
-                        "names the column that has them")
+        others = [repr(name) for name in frame.columns
+                  if pd.api.types.is_datetime64_any_dtype(frame[name])]
+        words = f"; date={others[0]} takes those of a column" if others else (
+            "; pandas.to_datetime makes them of texts, and `date=` names the column that has them")
+        raise TypeError(f"{what} has to have dates{words}")
     if given.tz is not None:
         raise ValueError(f"{what} has a time zone; dates here are local ones: .tz_localize(None)")
     if given.hasnans:
@@ -88,10 +123,26 @@ def dates_of(frame: Any, date: Any) -> Any:
     return given.to_numpy().astype("datetime64[ns]")
 
 
+def moment(date: Any, what: str) -> Any:
+    """A date of any make as datetime64[ns]."""
+    pd = pandas()
+    if not isinstance(date, (str, datetime.date, np.datetime64)):
+        raise TypeError(f"{what} has to be a date, not a {type(date).__qualname__}")
+    try:
+        made = pd.Timestamp(date)
+    except ValueError:
+        raise ValueError(f"{what} has to be a date, not {date!r}") from None
+    if made is pd.NaT:
+        raise ValueError(f"{what} is NaT, no date")
+    if made.tz is not None:
+        raise ValueError(f"{what} has a time zone; dates here are local ones: .tz_localize(None)")
+    return made.to_datetime64().astype("datetime64[ns]")
+
+
 def ascending(dates: Any, whose: str = "") -> None:
     back = np.flatnonzero(dates[1:] < dates[:-1])
     if len(back):
         k = int(back[0])
-        early, late = map(np.datetime_as_string, (dates[k + 1], dates[k]))
+        early, late = (np.datetime_as_string(d, unit="auto") for d in (dates[k + 1], dates[k]))
         raise ValueError(f"the dates{whose} are not in order: {early} stands after {late}; "
                          ".sort_index() orders them")

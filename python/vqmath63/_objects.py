@@ -10,7 +10,7 @@ from . import _library as lib
 from . import _messages, _signature
 from ._calls import Call
 from ._description import Class, classes
-from ._names import nearest
+from ._names import listed, nearest
 
 
 class Object:
@@ -24,7 +24,11 @@ class Object:
     _readable: frozenset[str]
     _settable: frozenset[str]
 
-    def __init__(self, **properties: Any) -> None:
+    def __init__(self, *given: Any, **properties: Any) -> None:
+        if given:
+            raise TypeError(f"{self._class.name} takes properties by their names alone"
+                            + (f": {listed(sorted(self._settable))}" if self._settable else
+                               "; it has none to set"))
         set_own = object.__setattr__
         set_own(self, "_pointer", 0)
         set_own(self, "_thread", threading.get_ident())
@@ -66,7 +70,8 @@ class Object:
             super().__setattr__(name, value)
 
     def __reduce__(self) -> str:
-        raise TypeError(f"a {self._class.name} cannot be sent to another process; make one there")
+        raise TypeError(f"a {self._class.name} cannot be copied or sent to another process; make "
+                        "another")
 
     def __repr__(self) -> str:
         return f"<{self._class.name} of vqmath63>"

@@ -13,6 +13,7 @@ _MEASURES = {"mean": "xBar", "std": "xSigmaN1", "std_n": "xSigmaN", "min": "xMin
              "median": "xMedian", "mode": "xMode", "sum": "SigmaX", "sum_of_squares": "SigmaX2"}
 
 
+@_frames.spelt
 def statistics(frame: Any) -> Any:
     """A frame of measures, a row each, of the columns of a frame, by ztStatistics: count, mean,
     standard deviations with divisors n - 1 and n, extremes, quartiles, median, mode and sums.
@@ -58,18 +59,20 @@ _FITS = {"linear": (False, False), "logarithmic": (True, False), "exponential": 
          "power": (True, True)}
 
 
+@_frames.spelt
 def fit(frame: Any, x: Any, y: Any, type: str = "linear") -> Fit:
     """The straight line of y over x, two columns, by ztRegression: "linear" y = A + B x,
     "logarithmic" y = A + B ln x, "exponential" ln y = A + B x, "power" ln y = A + B ln x. Rows with
     a missing value are left out; where a logarithm is taken, numbers have to be above 0. Dates as x
-    count in days from the first one on; `x=None` takes the index."""
+    count in days from the first one on, and the periods of `accumulate` by their middles, in days
+    from the beginning of the first; `x=None` takes the index."""
     from . import Regression
     if type not in _FITS:
         raise ValueError(f"'{type}' is no type of fit{nearest(str(type), _FITS)}: {listed(_FITS)}")
     frame = _frames.frame_of(frame)
     log_x, log_y = _FITS[type]
     xs = _abscissae(frame, x)
-    ys = _frames.numbers(_frames.column(frame, y))
+    ys = _frames.numbers(_frames.column(frame, y), y)
     there = ~(np.isnan(xs) | np.isnan(ys))
     xs, ys = xs[there], ys[there]
     for values, name, logarithm in ((xs, x, log_x), (ys, y, log_y)):
@@ -85,15 +88,22 @@ def fit(frame: Any, x: Any, y: Any, type: str = "linear") -> Fit:
 
 
 def _abscissae(frame: Any, x: Any) -> Any:
-    """Numbers as they are, dates as days from the first on."""
+    """Numbers as they are, dates as days from the first on, and intervals of dates by their middles
+    as days from the beginning of the first."""
     pd = _frames.pandas()
     series = frame.index.to_series() if x is None else _frames.column(frame, x)
+    first = None
+    if isinstance(series.dtype, pd.IntervalDtype):
+        intervals = series.array
+        series, first = pd.Series(intervals.mid), intervals.left.min()
     if not pd.api.types.is_datetime64_any_dtype(series.dtype):
-        return _frames.numbers(series, "of the index" if x is None else x)
+        return _frames.numbers(series, x)
     dates = series.dt.tz_localize(None) if series.dt.tz is not None else series
-    return ((dates - dates.min()) / pd.Timedelta(days=1)).to_numpy(dtype="f8")
+    since = dates - (dates.min() if first is None else first)
+    return (since / pd.Timedelta(days=1)).to_numpy(dtype="f8")
 
 
+@_frames.spelt
 def derivative(series: Any, order: int = 1) -> Any:
     """The derivative of a series over its index, by ztDifferentiate, as a series; dates count in
     days. `order` is 1 or 2. Missing values are refused: a derivative looks at neighbours."""
@@ -104,7 +114,12 @@ def derivative(series: Any, order: int = 1) -> Any:
     if order not in (1, 2):
         raise ValueError(f"order has to be 1 or 2, not {order!r}")
     frame = _frames.frame_of(series)
-    xs, ys = _abscissae(frame, None), _frames.numbers(series)
+    if isinstance(frame.index, pd.IntervalIndex):
+        raise TypeError("the index has intervals; a derivative wants places, such as their ends: "
+                        "series.set_axis(series.index.right)")
+    xs, ys = _abscissae(frame, None), _frames.numbers(series, series.name)
+    if len(xs) <= order:
+        raise ValueError(f"a derivative of order {order} wants {order + 1} samples, not {len(xs)}")
     if np.isnan(xs).any() or np.isnan(ys).any():
         raise ValueError("the series has missing values; .dropna() leaves them out")
     if not (np.diff(xs) > 0).all():
@@ -117,6 +132,7 @@ def derivative(series: Any, order: int = 1) -> Any:
     return pd.Series(slope, index=series.index, name=series.name)
 
 
+@_frames.spelt
 def volume_factor(table: Any, points: Any, type: str = "dead") -> Any:
     """Volume factors at points, by ztPetroleum, from a table whose columns count by their order:
 
@@ -152,7 +168,7 @@ def volume_factor(table: Any, points: Any, type: str = "dead") -> Any:
             _frames.singles(places.iloc[:, 0]), _frames.singles(places.iloc[:, 1]), 0.0)
         return _answer(made, places.index)
     pressures = points.iloc[:, 0] if isinstance(points, pd.DataFrame) else points
-    given = np.atleast_1d(np.asarray(pressures, dtype="f8"))
+    given = np.atleast_1d(_doubles(pressures, "points"))
     if type == "dead":
         if not (np.diff(first) > 0).all():
             raise ValueError("the pressures of the table are not in ascending order")
@@ -162,11 +178,21 @@ def volume_factor(table: Any, points: Any, type: str = "dead") -> Any:
     return _answer(made, pressures.index if isinstance(pressures, pd.Series) else None)
 
 
+def _doubles(value: Any, what: str) -> Any:
+    """An array of Doubles of any array-like."""
+    try:
+        return np.asarray(value, dtype="f8")
+    except (TypeError, ValueError):
+        have = "have" if what == "points" else "has"
+        raise TypeError(f"{what} {have} to be numbers, in rows of one length") from None
+
+
 def _answer(made: Any, index: Any) -> Any:
     factor = np.where(made.qOK, made.dB, np.float32(np.nan))
     return factor if index is None else _frames.pandas().Series(factor, index=index, name="factor")
 
 
+@_frames.spelt
 def inside(points: Any, cell: Any) -> Any:
     """Which points are inside, as a series of truths, by ztMathLib.
 
@@ -177,7 +203,8 @@ def inside(points: Any, cell: Any) -> Any:
     from . import MathLib
     pd = _frames.pandas()
     points = _frames.frame_of(points, "points")
-    shape = np.shape(cell)
+    corners = _doubles(cell, "the cell")
+    shape = corners.shape
     polygon = len(shape) == 2 and shape[1] == 2
     if not polygon and shape != (2, 4, 3):
         raise ValueError("a cell has the shape (2, 4, 3), a polygon two columns; this has the "
@@ -186,7 +213,6 @@ def inside(points: Any, cell: Any) -> Any:
     if points.shape[1] < wanted:
         raise ValueError(f"points have {wanted} coordinates, not {points.shape[1]}")
     x, y, *z = (_frames.singles(points.iloc[:, k]) for k in range(wanted))
-    corners = np.asarray(cell, dtype="f8")
     if np.isnan(corners).any():
         raise ValueError("the cell has missing coordinates")
     if polygon:
