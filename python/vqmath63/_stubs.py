@@ -120,11 +120,11 @@ def _class(described: Class) -> list[str]:
         get = next((m for m in described.members if m.name == name and m.kind == "get"), None)
         if get is not None and get.arguments:
             continue
-        body.append("    @property")
-        read = _back(get.result) if get is not None else "Any"
-        body.append(f"    def {name}(self) -> {read}: ...")
+        given = _given(lets[name], lets[name].arguments[0], False) if name in lets else "Any"
+        # A checker may hold what is set to what is read; what is never read has the type to set.
+        read = _back(get.result) if get is not None else given
+        body += ["    @property", f"    def {name}(self) -> {read}: ..."]
         if name in lets:
-            given = _given(lets[name], lets[name].arguments[0], False)
             body += [f"    @{name}.setter", f"    def {name}(self, value: {given}) -> None: ..."]
             properties.append(f"{name}: {given} = ...")
         seen.add(name)
