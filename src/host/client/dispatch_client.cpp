@@ -192,11 +192,18 @@ void DispatchObject::put(const std::string& property, Value value) {
   invoke(property, DISPATCH_PROPERTYPUT, arguments);
 }
 
-Value DispatchObject::invoke(const std::string& member, WORD flags,
-                             std::vector<Argument>& arguments) {
-  // Arguments stand last first, with the named ones in front of the others.
-  std::stable_partition(arguments.begin(), arguments.end(),
-                        [](const Argument& a) { return a.name.empty(); });
+std::int64_t DispatchObject::call_many(const std::string& method, std::size_t calls,
+                                       const std::vector<VqColumn>& arguments, VqColumn results) {
+  VqFailures failures{};
+  const HRESULT result = entry_points().call_many(
+      object_.get(), ids_of(method, {}).front(), DISPATCH_METHOD, static_cast<std::int64_t>(calls),
+      arguments.data(), static_cast<UINT>(arguments.size()), &results, &failures);
+  if (FAILED(result)) throw AutomationError(method + ": " + result_text(result));
+  return failures.count;
+}
+
+std::vector<DISPID> DispatchObject::ids_of(const std::string& member,
+                                           const std::vector<Argument>& arguments) {
   std::vector<std::basic_string<OLECHAR>> texts{utf16(member)};
   for (const Argument& a : arguments) {
     if (!a.name.empty()) texts.push_back(utf16(a.name));
@@ -204,10 +211,18 @@ Value DispatchObject::invoke(const std::string& member, WORD flags,
   std::vector<LPOLESTR> names;
   for (auto& text : texts) names.push_back(text.data());
   std::vector<DISPID> ids(names.size());
-  HRESULT result = object_->GetIDsOfNames(IID_NULL, names.data(), static_cast<UINT>(names.size()),
-                                          LOCALE_USER_DEFAULT, ids.data());
+  const HRESULT result = object_->GetIDsOfNames(
+      IID_NULL, names.data(), static_cast<UINT>(names.size()), LOCALE_USER_DEFAULT, ids.data());
   if (FAILED(result)) throw AutomationError(member + ": " + result_text(result));
+  return ids;
+}
 
+Value DispatchObject::invoke(const std::string& member, WORD flags,
+                             std::vector<Argument>& arguments) {
+  // Arguments stand last first, with the named ones in front of the others.
+  std::stable_partition(arguments.begin(), arguments.end(),
+                        [](const Argument& a) { return a.name.empty(); });
+  const std::vector<DISPID> ids = ids_of(member, arguments);
   std::vector<VARIANT> variants;
   for (auto a = arguments.rbegin(); a != arguments.rend(); ++a) variants.push_back(a->value.get());
   std::vector<DISPID> named;
@@ -218,8 +233,8 @@ Value DispatchObject::invoke(const std::string& member, WORD flags,
   Value answer;
   EXCEPINFO exception{};
   UINT bad_argument = 0;
-  result = object_->Invoke(ids[0], IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, answer.put(),
-                           &exception, &bad_argument);
+  const HRESULT result = object_->Invoke(ids[0], IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+                                         answer.put(), &exception, &bad_argument);
   if (SUCCEEDED(result)) return answer;
   if (exception.pfnDeferredFillIn != nullptr) exception.pfnDeferredFillIn(&exception);
   const automation::OwnedText source(exception.bstrSource), help(exception.bstrHelpFile);

@@ -8,6 +8,7 @@
 
 #include "automation/owners.hpp"
 #include "automation/text.hpp"
+#include "component/exports.hpp"
 #include "host/failure.hpp"
 
 namespace vqmath63::host {
@@ -78,6 +79,10 @@ class DispatchObject {
   Value call(const std::string& member, std::vector<Argument> arguments);
   /// Calls a method whose last argument is the flag qOK, which is added here; what it says.
   bool succeeds(const std::string& member, std::vector<Argument> arguments);
+  /// Makes many calls of a method at once, with a column of memory for each argument and one for
+  /// the results, as VqCallMany takes them. Returns the number of calls that failed.
+  std::int64_t call_many(const std::string& method, std::size_t calls,
+                         const std::vector<VqColumn>& arguments, VqColumn results = {});
   /// Reads a property.
   Value get(const std::string& property, std::vector<Argument> arguments = {});
   /// Sets a property.
@@ -85,6 +90,8 @@ class DispatchObject {
 
  private:
   explicit DispatchObject(automation::Reference<IDispatch> object) : object_(std::move(object)) {}
+  // The ids of a member and of its arguments of these names.
+  std::vector<DISPID> ids_of(const std::string& member, const std::vector<Argument>& arguments);
   Value invoke(const std::string& member, WORD flags, std::vector<Argument>& arguments);
 
   automation::Reference<IDispatch> object_;

@@ -3,8 +3,8 @@
 namespace vqmath63::host {
 
 const EntryPoints& entry_points() {
-  static constexpr EntryPoints kLinked{&VqDescribe, &VqSetMessageCallback, &CLSIDFromProgID,
-                                       &DllGetClassObject};
+  static constexpr EntryPoints kLinked{&VqDescribe, &VqSetMessageCallback, &VqCallMany,
+                                       &CLSIDFromProgID, &DllGetClassObject};
   return kLinked;
 }
 

@@ -8,6 +8,7 @@ namespace vqmath63::host {
 struct EntryPoints {
   decltype(&VqDescribe) describe;
   decltype(&VqSetMessageCallback) set_message_callback;
+  decltype(&VqCallMany) call_many;
   /// The class identifier of a programmatic id; a failure when there is none.
   HRESULT (*class_id)(LPCOLESTR programmatic_id, CLSID* clsid);
   /// The class factory of a class.

@@ -116,6 +116,7 @@ EntryPoints found() {
   const HMODULE library = beside.empty() ? load_registered(points) : load_beside(beside, points);
   find(library, "VqDescribe", points.describe);
   find(library, "VqSetMessageCallback", points.set_message_callback);
+  find(library, "VqCallMany", points.call_many);
   return points;
 }
 

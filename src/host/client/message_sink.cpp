@@ -6,23 +6,22 @@
 #include "host/client/entry_points.hpp"
 
 namespace vqmath63::host {
-namespace {
-
-void VQ_API show_line(const OLECHAR* line, BOOL /*is_close_down*/, void* errors) {
-  std::string text = utf8(line);
-  if (text.starts_with("Error:")) ++*static_cast<int*>(errors);
-  text.erase(text.find_last_not_of(' ') + 1);
-  std::cerr << "vqhost: " << text << '\n';
-}
-
-}  // namespace
 
 MessageSink::MessageSink() {
-  entry_points().set_message_callback(&show_line, &errors_);
+  entry_points().set_message_callback(&take, this);
 }
 
 MessageSink::~MessageSink() {
   entry_points().set_message_callback(nullptr, nullptr);
+}
+
+void VQ_API MessageSink::take(const OLECHAR* line, BOOL /*is_close_down*/, void* self) {
+  auto* const sink = static_cast<MessageSink*>(self);
+  if (sink->deaf_) return;
+  std::string text = utf8(line);
+  if (text.starts_with("Error:")) ++sink->errors_;
+  text.erase(text.find_last_not_of(' ') + 1);
+  std::cerr << "vqhost: " << text << '\n';
 }
 
 }  // namespace vqmath63::host

@@ -39,6 +39,7 @@ class CallArguments {
   /// The arguments given as `open`.
   const std::vector<std::size_t>& open() const { return open_; }
   void set(std::size_t i, Value value) { values_[i] = std::move(value); }
+  const Value& value(std::size_t i) const { return values_[i]; }
 
   /// The arguments of one more call, with variables of their own.
   std::vector<Argument> make();

@@ -2,6 +2,7 @@
 #include <charconv>
 #include <cmath>
 #include <iostream>
+#include <list>
 #include <memory>
 
 #include "host/client/description.hpp"
@@ -9,6 +10,7 @@
 #include "host/client/message_sink.hpp"
 #include "host/command_line.hpp"
 #include "host/commands/call_arguments.hpp"
+#include "host/data/columns.hpp"
 #include "host/data/csv.hpp"
 #include "host/data/output.hpp"
 #include "host/data/values.hpp"
@@ -124,6 +126,111 @@ Running running(const MemberDescription& member, const CallArguments& arguments)
   return {found, member.name + "(" + heading + ")"};
 }
 
+// Numbers as they lie in the memory of an argument's type.
+class Column {
+ public:
+  /// False where a number does not fit the type.
+  bool fill(VARTYPE type, const std::vector<double>& numbers) {
+    for (const double number : numbers) {
+      VARIANT& cell = cells_.emplace_back();
+      if (type == VT_R8) {
+        cell.dblVal = number;
+      } else if (type == VT_R4 && fits_single(number)) {
+        cell.fltVal = static_cast<float>(number);
+      } else if (type == VT_I4 && std::trunc(number) == number && std::fabs(number) < 0x1p31) {
+        cell.lVal = static_cast<LONG>(number);
+      } else {
+        return false;
+      }
+    }
+    return true;
+  }
+  VqColumn column() { return {&cells_[0].llVal, sizeof cells_[0]}; }
+
+ private:
+  std::vector<VARIANT> cells_;
+};
+
+// The results of all calls, made at once; none where this cannot be, or a call failed, which has to
+// be told of call by call. `results` own nothing.
+bool call_at_once(DispatchObject& object, const MemberDescription& member,
+                  const CallArguments& arguments, std::size_t running,
+                  const std::vector<double>& values, std::vector<VARIANT>& results) {
+  if (member.kind == MemberKind::kGet || member.result.vt == VT_BSTR) return false;
+  Column numbers;
+  std::list<automation::Variant> fixed;
+  std::vector<VqColumn> columns;
+  for (std::size_t i = 0; i < member.arguments.size(); ++i) {
+    const ArgumentDescription& about = member.arguments[i];
+    if (i == running) {
+      if (!numbers.fill(about.type.vt, values)) return false;
+      columns.push_back(numbers.column());
+      continue;
+    }
+    VARIANT& held = fixed.emplace_back();
+    auto given = arguments.value(i).get();
+    if (given.vt == VT_ERROR && about.fallback) {
+      columns.push_back({nullptr, 0});
+      continue;
+    }
+    if (about.type.rank > 0) {
+      if ((given.vt & VT_ARRAY) == 0) return false;
+      if (FAILED(VariantCopy(&held, &given))) return false;
+    } else if (FAILED(VariantChangeType(&held, &given, 0, about.type.vt))) {
+      return false;
+    }
+    columns.push_back({&held.llVal, 0});
+  }
+  results.assign(values.size(), VARIANT{});
+  try {
+    const VqColumn column{&results[0].llVal, sizeof results[0]};
+    if (object.call_many(member.name, values.size(), columns, column) > 0) return false;
+  } catch (const AutomationError&) {
+    return false;
+  }
+  for (VARIANT& result : results) result.vt = member.result.vt;
+  return true;
+}
+
+// A table's rows and what there is to say of them.
+struct Tabulation {
+  std::vector<Texts> rows{};
+  std::size_t outside = 0;
+  std::size_t failures = 0;
+
+  void add(double x, const VARIANT& result, bool failed) {
+    const bool real = result.vt == VT_R8;
+    outside += real && std::fabs(result.dblVal) == kOutOfRange ? 1U : 0U;
+    failures += failed ? 1U : 0U;
+    rows.push_back({plain_text(x), failed ? ""
+                                   : real ? plain_text(result.dblVal)
+                                          : value_text(result, true)});
+  }
+};
+
+Tabulation call_by_call(DispatchObject& object, const MemberDescription& member,
+                        CallArguments& arguments, const Running& running,
+                        const std::vector<double>& values, const MessageSink& sink) {
+  const ArgumentDescription& about = member.arguments[running.argument];
+  Tabulation table;
+  for (const double x : values) {
+    if (about.type.vt == VT_I4 && std::trunc(x) != x) {
+      throw UsageError(about.name + " is a whole number: " + number_text(x) + " is none");
+    }
+    arguments.set(running.argument, Value::number(x));
+    const int errors = sink.errors();
+    Value result;
+    try {
+      result = member.kind == MemberKind::kGet ? object.get(member.name, arguments.make())
+                                               : object.call(member.name, arguments.make());
+    } catch (const AutomationError& error) {
+      throw WorkError(running.heading + " at " + number_text(x) + ": " + error.what());
+    }
+    table.add(x, result.get(), sink.errors() > errors);
+  }
+  return table;
+}
+
 int run(const Options& options) {
   if (options.words.size() < 3) {
     throw UsageError("table: FROM, TO and STEP must follow the member");
@@ -140,47 +247,30 @@ int run(const Options& options) {
                      ")");
   }
   CallArguments arguments(member, fixed, std::nullopt, "x");
-  const auto [argument, heading] = running(member, arguments);
-  const bool whole = member.arguments[argument].type.vt == VT_I4;
+  const Running runs = running(member, arguments);
 
-  const MessageSink sink;
+  MessageSink sink;
   DispatchObject object = DispatchObject::create(options.class_name);
   for (const std::string& setting : options.settings) {
     set_property(object, members, options.class_name, setting, std::nullopt);
   }
-  std::vector<Texts> rows;
-  std::size_t outside = 0;
-  std::size_t failures = 0;
-  for (const double x : values) {
-    if (whole && std::trunc(x) != x) {
-      throw UsageError(member.arguments[argument].name + " is a whole number: " + number_text(x) +
-                       " is none");
-    }
-    arguments.set(argument, Value::number(x));
-    const int errors = sink.errors();
-    Value result;
-    try {
-      result = member.kind == MemberKind::kGet ? object.get(member.name, arguments.make())
-                                               : object.call(member.name, arguments.make());
-    } catch (const AutomationError& error) {
-      throw WorkError(heading + " at " + number_text(x) + ": " + error.what());
-    }
-    const VARIANT& value = result.get();
-    if (value.vt == VT_R8 && std::fabs(value.dblVal) == kOutOfRange) ++outside;
-    const bool failed = sink.errors() > errors;
-    failures += failed ? 1U : 0U;
-    rows.push_back({plain_text(x), failed              ? ""
-                                   : value.vt == VT_R8 ? plain_text(value.dblVal)
-                                                       : value_text(value, true)});
-  }
+  std::vector<VARIANT> results;
+  sink.set_deaf(true);
+  const bool at_once = call_at_once(object, member, arguments, runs.argument, values, results);
+  sink.set_deaf(false);
+  Tabulation table;
+  for (std::size_t i = 0; at_once && i < values.size(); ++i)
+    table.add(values[i], results[i], false);
+  if (!at_once) table = call_by_call(object, member, arguments, runs, values, sink);
   put_table(options.output,
-            {{member.arguments[argument].name, Align::kPoint}, {heading, Align::kPoint}}, rows);
-  if (outside > 0) {
-    std::cerr << "vqhost: " << counted(outside, "value") << " of 1e308: " << member.name
+            {{member.arguments[runs.argument].name, Align::kPoint}, {runs.heading, Align::kPoint}},
+            table.rows);
+  if (table.outside > 0) {
+    std::cerr << "vqhost: " << counted(table.outside, "value") << " of 1e308: " << member.name
               << " is out of range there\n";
   }
-  if (failures > 0) {
-    throw WorkError(member.name + " reported an error in " + counted(failures, "row"));
+  if (table.failures > 0) {
+    throw WorkError(member.name + " reported an error in " + counted(table.failures, "row"));
   }
   return kSuccess;
 }

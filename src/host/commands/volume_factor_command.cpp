@@ -87,7 +87,7 @@ int one_point(VolumeTable& table, const Options& options) {
   Point point;
   if (options.primary) point.primary = number_of("--primary", options.primary);
   point.pressure = number_of("--pressure", options.pressure);
-  const auto factor = table.factor(point);
+  const auto factor = table.factors({point}).front();
   if (!factor) throw WorkError("there is no factor: qOK is False");
   Facts facts{{"factor", plain_text(*factor)}};
   for (const auto& fact : table.story(point)) facts.push_back(fact);
@@ -100,17 +100,21 @@ int many_points(VolumeTable& table, const Columns& points, const Output& output)
   std::vector<TableColumn> columns;
   for (std::size_t c = 0; c <= last; ++c) columns.push_back({points.name(c), Align::kPoint});
   columns.push_back({"factor", Align::kPoint});
+  std::vector<Point> at;
+  for (std::size_t i = 0; i < points.rows(); ++i) {
+    at.push_back({last > 0 ? points.single(i, 0) : 0.0F, points.single(i, last)});
+  }
+  const std::vector<std::optional<float>> factors = table.factors(at);
   std::vector<Texts> rows;
   std::size_t outside = 0;
   std::size_t failures = 0;
   for (std::size_t i = 0; i < points.rows(); ++i) {
-    const Point point{last > 0 ? points.single(i, 0) : 0.0F, points.single(i, last)};
     auto& row = rows.emplace_back();
     for (std::size_t c = 0; c <= last; ++c) row.push_back(points.text(i, c));
-    const auto factor = table.factor(point);
+    const auto& factor = factors[i];
     row.push_back(factor ? plain_text(*factor) : "");
     failures += factor ? 0U : 1U;
-    outside += table.outside(point) ? 1U : 0U;
+    outside += table.outside(at[i]) ? 1U : 0U;
   }
   put_table(output, std::move(columns), rows);
   if (outside > 0) {

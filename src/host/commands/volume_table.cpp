@@ -50,25 +50,40 @@ void refuse_pressure(const Columns& table, std::size_t row, std::size_t c, const
 // A list that is lent to calls.
 template <class T>
 struct List {
-  VARTYPE element;
   std::vector<T> values;
   ArrayOwner array{nullptr};
+  std::int32_t length;
 
   List(VARTYPE type, std::vector<T> from)
-      : element(type), values(std::move(from)), array(new_array(type, values.size())) {
+      : values(std::move(from)),
+        array(new_array(type, values.size())),
+        length(static_cast<std::int32_t>(values.size())) {
     std::copy(values.begin(), values.end(), static_cast<T*>(array.get()->pvData));
   }
-  Argument lent() { return {Value::array_reference(element, array.place())}; }
-  Argument count() const { return {Value::whole_number(static_cast<std::int32_t>(values.size()))}; }
+  VqColumn lent() { return {array.place(), 0}; }
+  VqColumn count() { return {&length, 0}; }
 };
 
-// Calls a method of ztPetroleum whose last arguments are the factor and qOK.
-std::optional<float> ask(DispatchObject& petroleum, const char* method,
-                         std::vector<Argument> arguments) {
-  Value factor;
-  arguments.push_back({Value::reference(factor)});
-  if (!petroleum.succeeds(method, std::move(arguments))) return std::nullopt;
-  return factor.get().fltVal;
+constexpr std::int64_t kPointStride = sizeof(Point);
+
+// The pressures of points, of which there is one at least.
+VqColumn pressures(std::vector<Point>& points) {
+  return {&points[0].pressure, kPointStride};
+}
+
+// Calls a method of ztPetroleum for each of the points; its last arguments are the factor and qOK.
+std::vector<std::optional<float>> ask(DispatchObject& petroleum, const char* method,
+                                      std::size_t points, std::vector<VqColumn> arguments) {
+  std::vector<float> found(points);
+  std::vector<VARIANT_BOOL> ok(points, VARIANT_FALSE);
+  arguments.push_back({found.data(), sizeof found[0]});
+  arguments.push_back({ok.data(), sizeof ok[0]});
+  petroleum.call_many(method, points, arguments);
+  std::vector<std::optional<float>> factors(points);
+  for (std::size_t i = 0; i < points; ++i) {
+    if (ok[i] != VARIANT_FALSE) factors[i] = found[i];
+  }
+  return factors;
 }
 
 std::string range_text(float first, float last) {
@@ -108,18 +123,19 @@ class LiveOil : public VolumeTable {
  public:
   explicit LiveOil(const Columns& table) : LiveOil(table, curves_of(table)) {}
 
-  std::optional<float> factor(const Point& point) override {
-    std::vector<Argument> arguments;
-    arguments.push_back(primary_.lent());
-    arguments.push_back(starts_.lent());
-    arguments.push_back(primary_.count());
-    arguments.push_back(pressure_.lent());
-    arguments.push_back(factor_.lent());
-    arguments.push_back(pressure_.count());
-    arguments.push_back({Value::number(point.primary)});
-    arguments.push_back({Value::number(point.pressure)});
-    arguments.push_back({Value::number(0.0)});  // the null value, which has no effect
-    return ask(petroleum_, "GetVolumeCorrectionLive", std::move(arguments));
+  std::vector<std::optional<float>> factors(const std::vector<Point>& points) override {
+    std::vector<Point> at = points;
+    float null = 0.0F;  // has no effect
+    return ask(petroleum_, "GetVolumeCorrectionLive", at.size(),
+               {primary_.lent(),
+                starts_.lent(),
+                primary_.count(),
+                pressure_.lent(),
+                factor_.lent(),
+                pressure_.count(),
+                {&at[0].primary, kPointStride},
+                pressures(at),
+                {&null, 0}});
   }
 
   Facts story(const Point& point) const override {
@@ -205,13 +221,10 @@ class DeadOil : public VolumeTable {
     }
   }
 
-  std::optional<float> factor(const Point& point) override {
-    std::vector<Argument> arguments;
-    arguments.push_back(pressure_.lent());
-    arguments.push_back(factor_.lent());
-    arguments.push_back(pressure_.count());
-    arguments.push_back({Value::number(point.pressure)});
-    return ask(petroleum_, "GetVolumeCorrectionDead", std::move(arguments));
+  std::vector<std::optional<float>> factors(const std::vector<Point>& points) override {
+    std::vector<Point> at = points;
+    return ask(petroleum_, "GetVolumeCorrectionDead", at.size(),
+               {pressure_.lent(), factor_.lent(), pressure_.count(), pressures(at)});
   }
 
   Facts story(const Point& point) const override {
@@ -248,14 +261,11 @@ class Water : public VolumeTable {
     }
   }
 
-  std::optional<float> factor(const Point& point) override {
-    std::vector<Argument> arguments;
-    arguments.push_back(pressure_.lent());
-    arguments.push_back(factor_.lent());
-    arguments.push_back(compressibility_.lent());
-    arguments.push_back(pressure_.count());
-    arguments.push_back({Value::number(point.pressure)});
-    return ask(petroleum_, "GetWaterVolumeCorrection", std::move(arguments));
+  std::vector<std::optional<float>> factors(const std::vector<Point>& points) override {
+    std::vector<Point> at = points;
+    return ask(petroleum_, "GetWaterVolumeCorrection", at.size(),
+               {pressure_.lent(), factor_.lent(), compressibility_.lent(), pressure_.count(),
+                pressures(at)});
   }
 
   Facts story(const Point&) const override {

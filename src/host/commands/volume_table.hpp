@@ -22,8 +22,9 @@ class VolumeTable {
  public:
   virtual ~VolumeTable() = default;
 
-  /// The factor; none when the component does not succeed, which its error lines tell of.
-  virtual std::optional<float> factor(const Point& point) = 0;
+  /// The factors of all points; none where the component does not succeed, which its error lines
+  /// tell of.
+  virtual std::vector<std::optional<float>> factors(const std::vector<Point>& points) = 0;
   /// What a factor comes from.
   virtual Facts story(const Point& point) const = 0;
   /// Whether the table has to be extended to reach the point.
