@@ -4,6 +4,7 @@
 
 #include "host/client/message_sink.hpp"
 #include "host/command_line.hpp"
+#include "host/commands/accumulate_records.hpp"
 #include "host/commands/accumulation.hpp"
 #include "host/commands/period_table.hpp"
 #include "host/commands/production.hpp"
@@ -41,6 +42,7 @@ struct Options {
   std::optional<std::string> start_data;
   std::optional<std::string> start;
   PeriodSettings periods;
+  RecordOptions records;
   Output output;
 };
 
@@ -57,6 +59,16 @@ int run(Options options) {
   const auto start = moment_option(options.start, "--start");
   if (!options.columns.empty()) options.data.columns = split(options.columns, ',');
   if (!options.cumulative.empty()) options.data.cumulative = split(options.cumulative, ',');
+  if (options.records.any()) {
+    if (options.start_data || options.data_period || options.periods.from_row > 1) {
+      throw UsageError(
+          "records have dates: --time, --start-data and --from-row say nothing of them");
+    }
+    accumulate_records(options.records,
+                       {options.data.path, options.data.columns, options.data.cumulative,
+                        options.data.empty_as, start, options.periods, options.output});
+    return kSuccess;
+  }
   options.data.from_row = static_cast<std::size_t>(options.periods.from_row);
 
   const Production production = read_production(options.data);
@@ -66,9 +78,8 @@ int run(Options options) {
     throw UsageError("--time " + word + ": the first column of " + options.data.path +
                      " holds dates, which need no period word");
   }
-  for (const std::string& name : production.left_out) {
-    std::cerr << "vqhost: column '" << name << "' holds no numbers and is left out\n";
-  }
+  for (const std::string& note : production.notes) std::cerr << "vqhost: " << note << '\n';
+  warn_of_names(production.names, production.rates);
   const MessageSink sink;
   options.periods.start = start.value_or(production.start_data);
   const Accumulated accumulated = accumulate(production, options.periods);
@@ -94,9 +105,9 @@ void declare(Command& command) {
               "Series that are cumulative values; all others are rates")
       .count("--from-row", o.periods.from_row, "First row used (default 1)")
       .option("--empty-as", "VALUE", o.data.empty_as, "Value of missing cells (default: an error)")
-      .output(o.output)
-      .notes(&notes)
-      .does([options] { return run(*options); });
+      .output(o.output);
+  declare_records(command, o.records);
+  command.notes(&notes).does([options] { return run(*options); });
 }
 
 const RegisteredCommand kRegistered{

@@ -69,7 +69,7 @@ void check_word(const std::string& word, const char* property, const char* optio
 
 // Says in a sentence why the component may have refused.
 [[noreturn]] void explain(const Production& production, const PeriodSettings& settings) {
-  check_word(settings.period, "Period", "--period");
+  check_period_word(settings.period);
   check_word(settings.data_period, "DataPeriod", "--time");
   if (static_cast<std::size_t>(settings.from_row) > production.rows) {
     throw WorkError("--from-row " + std::to_string(settings.from_row) + ": the file has only " +
@@ -99,6 +99,26 @@ std::string period_words_text() {
     last = word;
   }
   return text;
+}
+
+void check_period_word(const std::string& word) {
+  check_word(word, "Period", "--period");
+}
+
+std::vector<double> period_boundaries(double from, double days, const PeriodSettings& settings) {
+  DispatchObject object = accumulator(settings, from);
+  const ArrayOwner table(new_array(VT_R4, 2, 2));
+  static_cast<float*>(table.get()->pvData)[1] = static_cast<float>(days);
+  ArrayOwner result;
+  if (!run(object, table.get(), result)) {
+    throw WorkError("the periods from " + exact_moment_text(from) + " on cannot be told");
+  }
+  const float* ends = static_cast<const float*>(result.get()->pvData);
+  std::vector<double> boundaries{std::max(from, settings.start)};
+  for (std::size_t i = 0; i < result.get()->rgsabound[1].cElements; ++i) {
+    boundaries.push_back(roundest_moment(boundaries.front() + ends[i], spacing_at(ends[i])));
+  }
+  return boundaries;
 }
 
 Accumulated accumulate(const Production& production, const PeriodSettings& settings) {

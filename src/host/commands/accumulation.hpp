@@ -29,6 +29,12 @@ struct Accumulated {
 /// The reporting period words as the component tells them, without plurals: "minute, hour, ...".
 std::string period_words_text();
 
+/// WorkError, with the words that there are, when the component knows none of these letters.
+void check_period_word(const std::string& word);
+
+/// The boundaries of the reporting periods of some `days` from a moment on, both ends included.
+std::vector<double> period_boundaries(double from, double days, const PeriodSettings& settings);
+
 /// Accumulates. WorkError with a plain sentence when the component says that it did not succeed.
 ///
 /// The component tells the end of a period as elapsed days in a Single, which carries 24 bits: at

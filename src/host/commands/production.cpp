@@ -6,6 +6,8 @@
 #include "host/data/moment.hpp"
 #include "host/data/values.hpp"
 #include "host/failure.hpp"
+#include "host/records/usual_step.hpp"
+#include "host/text.hpp"
 
 namespace vqmath63::host {
 namespace {
@@ -30,7 +32,48 @@ void check_times(const CsvFile& file, const CsvTable& table, std::size_t from_ro
   for (std::size_t i = from_row; i < times.values.size(); ++i) {
     if (times.values[i] >= times.values[i - 1]) continue;
     throw WorkError(file.place(table.lines[i], 0) + text(times.values[i]) +
-                    " lies before the time of the row above, " + text(times.values[i - 1]));
+                    " lies before the time of the row above, " + text(times.values[i - 1]) +
+                    (times.kind == CellKind::kDate
+                         ? "; --by COL takes wells apart that share a file, --sort brings rows "
+                           "into order"
+                         : ""));
+  }
+}
+
+// What a user has to know of rows with dates: gaps that the row behind them fills, and what the
+// first row says, which has no interval.
+void note_times(const CsvTable& table, Production& production) {
+  const std::vector<double>& times = table.columns[0].values;
+  StepFinder steps;
+  for (std::size_t i = 1; i < times.size(); ++i) steps.add(times[i - 1], times[i]);
+  const auto step = steps.usual();
+  constexpr std::size_t kEnough = 3;  // steps of which most are alike
+  if (!step || steps.seen() < kEnough) return;
+  std::size_t count = 0;
+  std::size_t longest = 0;
+  for (std::size_t i = 1; i < times.size(); ++i) {
+    if (!step->is_gap(step->after(times[i - 1]), times[i])) continue;
+    if (count++ == 0 || times[i] - times[i - 1] > times[longest] - times[longest - 1]) longest = i;
+  }
+  if (count == 0) return;
+  production.notes.push_back(
+      counted(count, "gap") + " between rows that follow each " + step->text() + ", " +
+      (count > 1 ? "the longest " : "") + "from " + exact_moment_text(times[longest - 1]) + " to " +
+      exact_moment_text(times[longest]) + " (line " + std::to_string(table.lines[longest]) +
+      "): taken to be as the row at the end (--gap zero: no production)");
+}
+
+// A rate in the first row is that of an interval that ends there, of which nothing is known.
+void note_first_row(const ProductionChoice& choice, Production& production) {
+  if (!production.dated || choice.from_row > 1) return;
+  const float* values = static_cast<const float*>(production.table.get()->pvData);
+  for (std::size_t j = 0; j < production.names.size(); ++j) {
+    if (!production.rates[j] || values[(j + 1) * production.rows] == 0.0F) continue;
+    production.notes.push_back("the first row has no row before it: its rates count for nothing, " +
+                               in_quotes(production.names[j]) +
+                               " for one (--stamp begin: a row's interval begins at its "
+                               "date)");
+    return;
   }
 }
 
@@ -64,13 +107,19 @@ Production read_production(const ProductionChoice& choice) {
   check_times(file, table, choice.from_row);
   for (std::size_t c = 1; all_columns && c < table.columns.size(); ++c) {
     if (table.columns[c].values.empty()) {
-      production.left_out.push_back(file.headers()[c]);
+      production.notes.push_back("column " + in_quotes(file.headers()[c]) + " " +
+                                 table.columns[c].why_left_out + " and is left out");
     } else {
       series.push_back(c);
     }
   }
   if (series.empty()) throw WorkError(file.path() + ": no column of numbers follows the time");
 
+  if (file.units_line() > 0) {
+    production.notes.push_back("line " + std::to_string(file.units_line()) +
+                               " is taken for a row of units");
+  }
+  if (production.dated) note_times(table, production);
   production.rows = table.lines.size();
   production.start_data = choice.start_data.value_or(times.values[0]);
   if (production.dated) {
@@ -90,6 +139,7 @@ Production read_production(const ProductionChoice& choice) {
     production.rates.push_back(std::find(cumulative.begin(), cumulative.end(), c) ==
                                cumulative.end());
   }
+  note_first_row(choice, production);
   return production;
 }
 

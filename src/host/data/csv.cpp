@@ -1,17 +1,13 @@
 #include "host/data/csv.hpp"
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <memory>
 
 #include "host/data/csv_scanner.hpp"
-#include "host/data/files.hpp"
 #include "host/data/moment.hpp"
+#include "host/data/text_source.hpp"
 #include "host/failure.hpp"
 #include "host/text.hpp"
 
@@ -19,97 +15,102 @@ namespace vqmath63::host {
 namespace {
 
 std::string read_whole(const std::string& path) {
-  const auto fail = [&] {
-    if (path != "-") throw WorkError(path + ": " + std::strerror(errno));
-    const bool is_closed = errno == EBADF || errno == EINVAL;  // the latter on Windows
-    throw WorkError(std::string("standard input: ") +
-                    (is_closed ? "it is closed" : std::strerror(errno)));
-  };
-  struct Close {
-    void operator()(std::FILE* file) const {
-      if (file != stdin) std::fclose(file);
-    }
-  };
-  const std::unique_ptr<std::FILE, Close> file(path == "-" ? stdin : open_to_read(path_of(path)));
-  if (file == nullptr) fail();
+  TextSource source(path);
   std::string text;
   constexpr std::size_t kMostAtOnce = std::size_t{1} << 22;
   std::size_t chunk = std::size_t{1} << 16;
-  for (std::size_t got = 1; got > 0; chunk = std::min(2 * chunk, kMostAtOnce)) {
-    const std::size_t had = text.size();
-    if (text.capacity() < had + chunk) text.reserve(2 * had + chunk);
-    text.resize(had + chunk);
-    got = std::fread(text.data() + had, 1, chunk, file.get());
-    text.resize(had + got);
-    if (std::ferror(file.get()) != 0) fail();
-  }
+  do {
+    if (text.capacity() < text.size() + chunk) text.reserve(2 * text.size() + chunk);
+    chunk = std::min(2 * chunk, kMostAtOnce);
+  } while (source.read(text, chunk));
   return text;
 }
 
-// The number that a text with a decimal comma means, written with a point.
-std::optional<std::string> with_decimal_point(std::string_view text) {
-  std::string number(text);
-  const auto comma = number.find(',');
-  if (comma == std::string::npos) return std::nullopt;
-  number[comma] = '.';
-  if (!parse_number(number)) return std::nullopt;
-  return number;
+// Whether a cell can be the unit of the numbers below it: in brackets, of several parts, or a word
+// that is one.
+bool looks_like_unit(std::string_view text) {
+  if (text.find_first_of("/()[]%*^") != std::string_view::npos) return true;
+  for (const char* word :
+       {"m3",   "sm3", "rm3", "bbl",  "stb", "rb",   "scf",  "mscf", "mmscf", "kg",
+        "t",    "d",   "day", "days", "h",   "hr",   "hrs",  "s",    "bar",   "bara",
+        "barg", "pa",  "kpa", "mpa",  "psi", "psia", "psig", "degc", "degf",  "c",
+        "f",    "k",   "m",   "ft",   "mm",  "in",   "cp",   "md",   "date",  "yyyy-mm-dd"}) {
+    if (same_letters(text, word)) return true;
+  }
+  return false;
 }
 
 // Takes cells into the columns of a table.
 class CellTaker {
  public:
   CellTaker(const CsvFile& file, const CsvReading& reading, std::size_t columns)
-      : file_(file), reading_(reading), wants_(reading.wants), first_gap_(columns, 0) {
+      : file_(file), reading_(reading), wants_(reading.wants), met_(columns) {
     wants_.resize(columns, Want::kNumbersIfAny);
     table_.columns.resize(columns);
+    plain_ = !file.form().decimal_comma && file.form().missing.empty();
   }
 
   void take(FieldScanner& scanner, std::size_t c) {
     CsvColumn& column = table_.columns[c];
     double number = 0.0;
-    if (column.kind == CellKind::kNumber && scanner.take_plain_number(number)) {
+    if (column.kind == CellKind::kNumber && plain_ && scanner.take_plain_number(number)) {
       column.values.push_back(number);
       return;
     }
     const std::size_t line = scanner.line();
     const std::string_view text = scanner.take(c);
-    if (wants_[c] != Want::kNothing && column.kind != CellKind::kText) fill(column, c, line, text);
+    if (wants_[c] != Want::kNothing) fill(column, c, line, text);
   }
 
   CsvTable& table() { return table_; }
 
-  /// Judges the columns that have no filled cell at all.
+  /// Judges the columns, when all of their cells are known.
   void finish() {
     for (std::size_t c = 0; c < wants_.size(); ++c) {
       CsvColumn& column = table_.columns[c];
-      if (column.kind != CellKind::kUnknown || first_gap_[c] == 0) continue;
-      if (may_fill(c)) {
-        column.kind = CellKind::kNumber;
-      } else if (wants_[c] == Want::kNumbersIfAny) {
-        column.values = {};
-      } else {
-        refuse_gap(c, first_gap_[c]);
-      }
+      const Met& met = met_[c];
+      if (wants_[c] == Want::kNumbersIfAny && leave_out(column, met)) continue;
+      if (met.texts > 0) refuse(c, met.text_line, column.kind, met.text);
+      if (met.gap_line == 0) continue;
+      if (!may_fill(c)) refuse_gap(c, met.gap_line);
+      if (column.kind == CellKind::kUnknown) column.kind = CellKind::kNumber;
     }
   }
 
  private:
+  // What a column has besides numbers.
+  struct Met {
+    std::size_t gaps = 0;
+    std::size_t gap_line = 0;  // of the first one
+    std::size_t texts = 0;
+    std::size_t text_line = 0;
+    std::string text{};
+  };
+
   void fill(CsvColumn& column, std::size_t c, std::size_t line, std::string_view text) {
-    const std::optional<double> number = parse_number(text);
-    if (text.empty() || (number && std::isnan(*number))) {
-      if (!may_fill(c) && column.kind != CellKind::kUnknown) refuse_gap(c, line);
-      if (first_gap_[c] == 0) first_gap_[c] = line;
+    Met& met = met_[c];
+    if (is_missing(text, file_.form())) {
+      if (met.gaps++ == 0) met.gap_line = line;
       column.values.push_back(reading_.empty_as.value_or(0.0));
       return;
     }
-    if (column.kind == CellKind::kUnknown) decide(column, c, number.has_value(), text);
-    if (column.kind == CellKind::kText) {
-      column.values = {};
-      return;
+    const Want want = wants_[c];
+    const bool dates_welcome = want == Want::kNumbersOrDates || want == Want::kTimes;
+    const std::optional<double> number =
+        column.kind == CellKind::kDate ? std::nullopt : cell_number(text, file_.form());
+    if (column.kind == CellKind::kUnknown) {
+      column.kind = dates_welcome && !number ? CellKind::kDate : CellKind::kNumber;
     }
     const std::optional<double> value =
         column.kind == CellKind::kDate ? parse_moment(text) : number;
+    if (!value && want == Want::kNumbersIfAny) {
+      if (met.texts++ == 0) {
+        met.text_line = line;
+        met.text = text;
+      }
+      column.values.push_back(0.0);
+      return;
+    }
     if (!value) refuse(c, line, column.kind, text);
     if (!std::isfinite(*value)) {
       throw WorkError(file_.place(line, c) + in_quotes(text) + " is not a finite number");
@@ -117,18 +118,21 @@ class CellTaker {
     column.values.push_back(*value);
   }
 
-  // The first filled cell says what the column holds.
-  void decide(CsvColumn& column, std::size_t c, bool is_number, std::string_view text) {
-    const Want want = wants_[c];
-    const bool dates_welcome = want == Want::kNumbersOrDates || want == Want::kTimes;
-    if (is_number || want == Want::kNumbers || with_decimal_point(text)) {
-      column.kind = CellKind::kNumber;
+  // Leaves a column out that nobody has asked for, and holds nothing or mostly no numbers.
+  static bool leave_out(CsvColumn& column, const Met& met) {
+    const std::size_t numbers = column.values.size() - met.gaps - met.texts;
+    if (numbers > 0 && numbers >= met.texts) return false;
+    if (met.texts == 0) {
+      column.why_left_out = "holds no numbers (all cells are empty)";
     } else {
-      column.kind = dates_welcome ? CellKind::kDate : CellKind::kText;
+      const std::string first = in_quotes(met.text) + " on line " + std::to_string(met.text_line);
+      column.why_left_out = numbers == 0 ? "holds no numbers (" + first + ")"
+                                         : "holds " + counted(met.texts, "text") + " (" + first +
+                                               ") and only " + counted(numbers, "number");
     }
-    if (column.kind != CellKind::kText && first_gap_[c] != 0 && !may_fill(c)) {
-      refuse_gap(c, first_gap_[c]);
-    }
+    column.kind = CellKind::kText;
+    column.values = {};
+    return true;
   }
 
   bool may_fill(std::size_t c) const {
@@ -146,9 +150,7 @@ class CellTaker {
                            std::string_view text) const {
     const bool date = kind == CellKind::kDate;
     std::string problem = in_quotes(text) + (date ? " is not a date" : " is not a number");
-    if (const auto with_point = with_decimal_point(text)) {
-      problem += " (a decimal comma is not supported: write " + *with_point + ")";
-    } else if (date) {
+    if (date) {
       const bool none_yet = table_.columns[c].values.empty();
       problem = why_no_moment(text, none_yet ? "is neither a number nor a date" : "is not a date");
     }
@@ -158,26 +160,10 @@ class CellTaker {
   const CsvFile& file_;
   const CsvReading& reading_;
   std::vector<Want> wants_;
-  std::vector<std::size_t> first_gap_;  // line of a column's first missing cell, 0 for none
+  std::vector<Met> met_;
+  bool plain_;  // numbers may be read the quick way
   CsvTable table_;
 };
-
-char detect_delimiter(std::string_view header) {
-  constexpr std::string_view kDelimiters = "\t;,";
-  std::size_t counts[3] = {};
-  bool inside = false;
-  for (const char c : header) {
-    if (c == '"') inside = !inside;
-    if (c == '\n' && !inside) break;
-    const auto which = kDelimiters.find(c);
-    if (!inside && which != std::string_view::npos) ++counts[which];
-  }
-  std::size_t best = 2;
-  for (std::size_t i = 0; i < 2; ++i) {
-    if (counts[i] > counts[best]) best = i;
-  }
-  return kDelimiters[best];
-}
 
 }  // namespace
 
@@ -194,31 +180,76 @@ CsvFile::CsvFile(std::string path, std::string text)
 
 void CsvFile::read_header() {
   if (text_.starts_with("\xEF\xBB\xBF")) rows_at_ = 3;
-  if (text_.starts_with("\xFF\xFE") || text_.starts_with("\xFE\xFF")) {
-    throw WorkError(path_ + ": the file is UTF-16 text; save it as UTF-8");
-  }
   if (text_.size() == rows_at_) throw WorkError(path_ + ": the file is empty");
   if (text_.find('\0') != std::string::npos) throw WorkError(path_ + ": this is no text file");
-  delimiter_ = detect_delimiter(std::string_view(text_).substr(rows_at_));
-  FieldScanner scanner(*this, text_, rows_at_, 1, delimiter_);
-  do {
-    std::string name(scanner.take(headers_.size()));
-    if (name.empty()) name = "column " + std::to_string(headers_.size() + 1);
-    headers_.push_back(std::move(name));
-  } while (scanner.next_field());
-  rows_at_ = scanner.offset();
+  const std::string_view text = std::string_view(text_).substr(rows_at_);
+  FieldScanner scanner(text, 1, ',');
+  while (!scanner.at_end() && scanner.skip_no_row()) continue;
+  if (scanner.at_end()) throw WorkError(path_ + ": there is nothing but comments");
+  form_.delimiter = delimiter_of(text.substr(scanner.offset()));
+  const std::size_t line = scanner.line();
+  rows_at_ += scanner.offset();
+  scanner = FieldScanner(text.substr(scanner.offset()), line, form_.delimiter);
+  try {
+    do {
+      std::string name(scanner.take(headers_.size()));
+      if (name.empty()) name = "column " + std::to_string(headers_.size() + 1);
+      headers_.push_back(std::move(name));
+    } while (scanner.next_field());
+  } catch (const CellFault& fault) {
+    throw WorkError(place(fault.line, fault.column) + fault.problem);
+  }
+  rows_at_ += scanner.offset();
   rows_on_line_ = scanner.line();
 
+  const std::string at = path_ + ":" + std::to_string(line) + ": ";
   if (parse_number(headers_[0]) || parse_moment(headers_[0])) {
-    throw WorkError(path_ + ":1: the first line must name the columns, but it begins with " +
+    throw WorkError(at + "the first line must name the columns, but it begins with " +
                     in_quotes(headers_[0]));
   }
   for (std::size_t i = 1; i < headers_.size(); ++i) {
     for (std::size_t k = 0; k < i; ++k) {
       if (headers_[i] != headers_[k]) continue;
-      throw WorkError(path_ + ":1: columns " + std::to_string(k + 1) + " and " +
-                      std::to_string(i + 1) + " have the same name " + in_quotes(headers_[i]));
+      throw WorkError(at + "columns " + std::to_string(k + 1) + " and " + std::to_string(i + 1) +
+                      " have the same name " + in_quotes(headers_[i]));
     }
+  }
+  constexpr std::size_t kTelling = std::size_t{1} << 16;
+  form_.decimal_comma =
+      has_decimal_comma(std::string_view(text_).substr(rows_at_, kTelling), form_.delimiter);
+  pass_units();
+}
+
+// A row of units has no number, and units over the numbers of the row below it.
+void CsvFile::pass_units() {
+  FieldScanner scanner(std::string_view(text_).substr(rows_at_), rows_on_line_, form_.delimiter);
+  const auto cells = [&] {
+    std::vector<std::string> row;
+    while (!scanner.at_end() && scanner.skip_no_row()) continue;
+    if (scanner.at_end()) return row;
+    do row.emplace_back(scanner.take(row.size()));
+    while (scanner.next_field());
+    return row;
+  };
+  try {
+    const std::vector<std::string> units = cells();
+    const std::size_t line = scanner.line();
+    const std::size_t at = scanner.offset();
+    const std::vector<std::string> row = cells();
+    if (units.size() != headers_.size() || row.size() != units.size()) return;
+    bool any = false;
+    for (std::size_t c = 0; c < row.size(); ++c) {
+      if (cell_number(units[c], form_) || parse_moment(units[c])) return;
+      if (is_missing(row[c], form_) || !cell_number(row[c], form_)) continue;
+      if (!units[c].empty() && units[c] != "-" && !looks_like_unit(units[c])) return;
+      any = any || looks_like_unit(units[c]);
+    }
+    if (!any) return;
+    units_line_ = line - 1;
+    rows_at_ += at;
+    rows_on_line_ = line;
+  } catch (const CellFault&) {
+    // It is told when the rows are read.
   }
 }
 
@@ -250,11 +281,9 @@ std::string CsvFile::place(std::size_t line, std::size_t column) const {
 template <class TakeCell, class EndRow>
 void CsvFile::walk(const TakeCell& take, const EndRow& end_row) const {
   const std::size_t columns = headers_.size();
-  FieldScanner scanner(*this, text_, rows_at_, rows_on_line_, delimiter_);
+  FieldScanner scanner(std::string_view(text_).substr(rows_at_), rows_on_line_, form_.delimiter);
   if (scanner.at_end()) throw WorkError(path_ + ": the file has a header and no rows");
-  while (!scanner.at_end()) {
-    if (columns > 1 && scanner.skip_empty_line()) continue;
-    const std::size_t line = scanner.line();
+  const auto take_row = [&](std::size_t line) {
     std::size_t count = 0;
     do {
       if (count < columns) {
@@ -264,9 +293,17 @@ void CsvFile::walk(const TakeCell& take, const EndRow& end_row) const {
       }
       ++count;
     } while (scanner.next_field());
-    if (count != columns) {
-      throw WorkError(path_ + ":" + std::to_string(line) + ": the row has " +
-                      counted(count, "cell") + ", the header has " + std::to_string(columns));
+    if (count == columns) return;
+    throw WorkError(path_ + ":" + std::to_string(line) + ": the row has " + counted(count, "cell") +
+                    ", the header has " + std::to_string(columns));
+  };
+  while (!scanner.at_end()) {
+    if (columns > 1 && scanner.skip_no_row()) continue;
+    const std::size_t line = scanner.line();
+    try {
+      take_row(line);
+    } catch (const CellFault& fault) {
+      throw WorkError(place(fault.line, fault.column) + fault.problem);
     }
     end_row(line, scanner);
   }

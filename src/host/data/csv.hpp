@@ -8,15 +8,17 @@
 #include <string_view>
 #include <vector>
 
+#include "host/data/csv_form.hpp"
+
 namespace vqmath63::host {
 
-/// What the cells of a column are, judged by its first filled cell.
+/// What the cells of a column are: of columns asked for by the first filled cell, else by all.
 enum class CellKind { kUnknown, kNumber, kDate, kText };
 
 /// What is wanted of a column.
 enum class Want {
   kNothing,         ///< pass over it
-  kNumbersIfAny,    ///< numbers; a column of text or dates is left out
+  kNumbersIfAny,    ///< numbers; a column with more texts or dates than numbers is left out
   kNumbers,         ///< numbers, else an error
   kNumbersOrDates,  ///< numbers, or dates as day counts (see moment.hpp), else an error
   kTimes,           ///< the same, and a missing cell is an error whatever empty_as says
@@ -25,6 +27,7 @@ enum class Want {
 struct CsvColumn {
   CellKind kind = CellKind::kUnknown;
   std::vector<double> values;  ///< one per row; none in a column that was left out
+  std::string why_left_out{};  ///< "holds no numbers ('closed' on line 7)"
 };
 
 struct CsvTable {
@@ -41,9 +44,10 @@ struct CsvReading {
 
 /// A CSV file in memory, its header read.
 ///
-/// The delimiter (comma, semicolon or tab) is the one found most often in the header; fields may be
-/// quoted, lines end with LF or CRLF, a UTF-8 byte order mark is passed over. Numbers have a
-/// decimal point, never a comma. Empty lines are passed over, save within a file of one column,
+/// The delimiter (comma, semicolon, tab or vertical bar) is the one found most often in the header,
+/// the decimal mark that of the first rows (see csv_form.hpp, where missing cells stand too);
+/// fields may be quoted, lines end with LF or CRLF; for encodings see TextSource. Comments are
+/// passed over, a row of units under the header, and empty lines, save within a file of one column,
 /// where they are missing cells. Every error is a WorkError that names file, line and column.
 class CsvFile {
  public:
@@ -55,6 +59,12 @@ class CsvFile {
   const std::string& path() const { return path_; }
   const std::vector<std::string>& headers() const { return headers_; }
   std::size_t bytes() const { return text_.size(); }
+  const CsvForm& form() const { return form_; }
+  /// Where the rows begin: offset in the text, and line.
+  std::size_t rows_at() const { return rows_at_; }
+  std::size_t rows_on_line() const { return rows_on_line_; }
+  /// The line of the row of units; 0 where there is none.
+  std::size_t units_line() const { return units_line_; }
 
   /// Index from 0 of a column given by its header (letter case matters only where two differ by
   /// nothing else) or by its number from 1.
@@ -70,6 +80,7 @@ class CsvFile {
 
  private:
   void read_header();
+  void pass_units();
   // Calls take(scanner, column) for each cell of a column, and end_row(line, scanner).
   template <class TakeCell, class EndRow>
   void walk(const TakeCell& take, const EndRow& end_row) const;
@@ -77,9 +88,10 @@ class CsvFile {
   std::string path_;
   std::string text_;
   std::vector<std::string> headers_;
-  char delimiter_ = ',';
+  CsvForm form_;
   std::size_t rows_at_ = 0;       // offset of the first row
   std::size_t rows_on_line_ = 1;  // its line
+  std::size_t units_line_ = 0;
 };
 
 /// A whole text as a finite or non-finite number in C notation, a leading plus allowed; nothing

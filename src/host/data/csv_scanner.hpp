@@ -7,20 +7,27 @@
 #include <string>
 #include <string_view>
 
-#include "host/data/csv.hpp"
-#include "host/failure.hpp"
+#include "host/data/csv_form.hpp"
+#include "host/data/quick_cells.hpp"
 #include "host/text.hpp"
 
 namespace vqmath63::host {
 
-/// Walks through a text field by field, counting lines.
+/// A cell that cannot be taken: the line on which its row or quote begins, its column from 0, and
+/// what is wrong.
+struct CellFault {
+  std::size_t line;
+  std::size_t column;
+  std::string problem;
+};
+
+/// Walks through a text field by field, counting lines. Behind the text kCellPadding bytes, or the
+/// end that std::string has, can be read.
 class FieldScanner {
  public:
-  FieldScanner(const CsvFile& file, std::string_view text, std::size_t at, std::size_t line,
-               char delimiter)
-      : file_(file),
-        begin_(text.data()),
-        at_(text.data() + at),
+  FieldScanner(std::string_view text, std::size_t line, char delimiter)
+      : begin_(text.data()),
+        at_(text.data()),
         end_(text.data() + text.size()),
         line_(line),
         delimiter_(delimiter) {}
@@ -30,8 +37,15 @@ class FieldScanner {
   std::size_t line() const { return line_; }
   std::size_t offset() const { return static_cast<std::size_t>(at_ - begin_); }
 
-  /// Passes over a line of nothing but blanks.
-  bool skip_empty_line() {
+  /// Passes over a comment, or a line of nothing but blanks.
+  bool skip_no_row() {
+    if (*at_ == '#' || *at_ == '-') {
+      if (!is_comment({at_, static_cast<std::size_t>(end_ - at_)}, delimiter_)) return false;
+      while (!at_end() && *at_ != '\n') ++at_;
+      end_row();
+      return true;
+    }
+    if (*at_ > ' ' || *at_ == delimiter_) return false;
     const char* p = at_;
     while (p < end_ && (*p == ' ' || *p == '\r' || (*p == '\t' && delimiter_ != '\t'))) ++p;
     if (p < end_ && *p != '\n') return false;
@@ -42,16 +56,23 @@ class FieldScanner {
 
   /// A plain number that fills its field: the common case, without looking at the field twice.
   bool take_plain_number(double& number) {
-    const auto [stop, error] = std::from_chars(at_, end_, number);
-    if (error != std::errc{} || !std::isfinite(number)) return false;
-    const char* p = stop;
-    if (p < end_ && *p == '\r') ++p;
-    if (p < end_ && *p != '\n' && (p != stop || *p != delimiter_)) return false;
-    at_ = p;
-    return true;
+    const char* stop = take_decimal(at_, number);
+    if (stop == nullptr || *stop == 'e' || *stop == 'E') {
+      const auto [behind, error] = std::from_chars(at_, end_, number);
+      if (error != std::errc{} || !std::isfinite(number)) return false;
+      stop = behind;
+    }
+    return end_field(stop);
   }
 
-  /// The next field without its blanks and quotes; `column` is for messages. The text lives until
+  /// The same of a day as ISO writes it, a day count.
+  bool take_plain_day(double& days) {
+    if (end_ - at_ < kIsoDay) return false;
+    const char* const stop = take_iso_day(at_, days);
+    return stop != nullptr && end_field(stop);
+  }
+
+  /// The next field without its blanks and quotes; `column` is for faults. The text lives until
   /// the next call.
   std::string_view take(std::size_t column) {
     const char* p = at_;
@@ -61,6 +82,9 @@ class FieldScanner {
     while (!at_field_end()) ++at_;
     return trimmed({start, static_cast<std::size_t>(at_ - start)});
   }
+
+  /// Whether the text that take() gave is a part of the scanned one, and not put together.
+  bool is_part(std::string_view text) const { return text.data() >= begin_ && text.data() < end_; }
 
   /// Steps over the delimiter; false at the end of the row, which it steps over too.
   bool next_field() {
@@ -73,6 +97,17 @@ class FieldScanner {
   }
 
  private:
+  static constexpr std::ptrdiff_t kIsoDay = 10;
+
+  // Goes on behind a cell when nothing of its field is left there.
+  bool end_field(const char* stop) {
+    const char* p = stop;
+    if (p < end_ && *p == '\r') ++p;
+    if (p > end_ || (p < end_ && *p != '\n' && (p != stop || *p != delimiter_))) return false;
+    at_ = p;
+    return true;
+  }
+
   void end_row() {
     if (at_end()) return;
     ++at_;
@@ -83,9 +118,7 @@ class FieldScanner {
     const std::size_t opened = line_;
     scratch_.clear();
     for (;; ++p) {
-      if (p == end_) {
-        throw WorkError(file_.place(opened, column) + "a quote is opened and never closed");
-      }
+      if (p == end_) throw CellFault{opened, column, "a quote is opened and never closed"};
       if (*p == '"') {
         if (p + 1 == end_ || p[1] != '"') break;
         ++p;
@@ -97,12 +130,11 @@ class FieldScanner {
     const char* rest = at_;
     while (!at_field_end()) ++at_;
     if (!trimmed({rest, static_cast<std::size_t>(at_ - rest)}).empty()) {
-      throw WorkError(file_.place(opened, column) + "text follows the closing quote");
+      throw CellFault{opened, column, "text follows the closing quote"};
     }
     return trimmed(scratch_);
   }
 
-  const CsvFile& file_;
   const char* begin_;
   const char* at_;
   const char* end_;

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <future>
 #include <iostream>
 
 #include "host/data/files.hpp"
@@ -19,6 +20,23 @@ std::size_t write_table(std::ostream& out, TableForm form, std::vector<TableColu
   TableWriter table(out, form, std::move(columns));
   while (table.wants_rows()) fill(table);
   return table.rows();
+}
+
+void write_lines(std::ostream& out, const std::function<void(std::string& lines)>& next) {
+  std::string lines;
+  std::string written;
+  std::future<void> writing;
+  do {
+    next(lines);
+    if (writing.valid()) writing.get();
+    if (!out) throw OutputLost();
+    std::swap(lines, written);
+    lines.clear();
+    writing = std::async(std::launch::async, [&] {
+      out.write(written.data(), static_cast<std::streamsize>(written.size()));
+    });
+  } while (!written.empty());
+  writing.get();
 }
 
 // The file that a path leads to, behind links; what is no file, a terminal for instance, is written
@@ -53,6 +71,16 @@ class OutputFile {
     }
     finish();
     return rows;
+  }
+
+  /// Writes lines as they are made, and puts the file in its place.
+  void write(const std::function<void(std::string& lines)>& next) {
+    try {
+      write_lines(stream_, next);
+    } catch (const OutputLost&) {
+      fail();
+    }
+    finish();
   }
 
   /// Writes a whole text and puts the file in its place.
@@ -135,6 +163,14 @@ void put_table(const Output& output, std::vector<TableColumn> columns, const Fil
     const std::size_t rows = file.write(output.table_form(), std::move(columns), fill);
     std::cout << output.path << ": " << (content.empty() ? counted(rows, "row") : content) << '\n';
   }
+}
+
+void put_lines(const Output& output, const std::function<void(std::string& lines)>& next,
+               const std::string& content) {
+  if (output.path.empty() || output.path == "-") return write_lines(std::cout, next);
+  OutputFile file(output.path);
+  file.write(next);
+  std::cout << output.path << ": " << content << '\n';
 }
 
 void put_table(const Output& output, std::vector<TableColumn> columns,

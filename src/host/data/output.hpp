@@ -50,6 +50,11 @@ void put_table(const Output& output, std::vector<TableColumn> columns,
 /// user is told `content`.
 void put_text(const std::string& path, const std::string& text, const std::string& content);
 
+/// Lines of CSV where that is the output's form: `next` makes some of them of an empty text each
+/// time, none at the end; what it has made before is written meanwhile. Otherwise as put_table.
+void put_lines(const Output& output, const std::function<void(std::string& lines)>& next,
+               const std::string& content);
+
 /// Rows of texts, without a header where they stand among words for a reader.
 void put_list(const Output& output, const Texts& names, const std::vector<Texts>& rows);
 

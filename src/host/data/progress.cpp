@@ -19,8 +19,9 @@ void ReadingProgress::update(std::size_t rows, std::size_t bytes_done, std::size
   constexpr std::size_t kManyRows = 500'000;
   if (!on_terminal_ || (bytes < kManyBytes && rows < kManyRows)) return;
   shown_ = true;
-  std::cerr << "\rreading " << what_ << ": " << bytes_done * 100 / bytes << " %, " << rows
-            << " rows" << std::flush;
+  std::cerr << "\rreading " << what_ << ": ";
+  if (bytes > 0) std::cerr << bytes_done * 100 / bytes << " %, ";
+  std::cerr << rows << " rows" << std::flush;
 }
 
 }  // namespace vqmath63::host

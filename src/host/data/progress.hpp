@@ -15,6 +15,7 @@ class ReadingProgress {
   ReadingProgress(const ReadingProgress&) = delete;
   ReadingProgress& operator=(const ReadingProgress&) = delete;
 
+  /// `bytes` in all are 0 where they are not known.
   void update(std::size_t rows, std::size_t bytes_done, std::size_t bytes);
 
  private:

@@ -1,0 +1,36 @@
+// Dates in other writings than ISO's.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vqmath63::host {
+
+/// Reads dates by a pattern: YYYY or YY (70 to 99 are of the last century), MM or M, MMM (an
+/// English month's first three letters), DD or D, hh, mm, ss; anything else stands for itself. One
+/// digit may stand where two are meant. Without DD it is the first of the month. Behind the day a
+/// text may go on with the time of day whether the pattern does or not; a pattern's time may be
+/// missing. The word "serial" is a spreadsheet's number of days since 1899-12-30.
+class DateFormat {
+ public:
+  /// UsageError where the pattern says no year and month.
+  explicit DateFormat(std::string pattern);
+
+  /// A day count (see moment.hpp); nothing where the text is written otherwise or there is no such
+  /// day.
+  std::optional<double> read(std::string_view text) const;
+
+  const std::string& pattern() const { return pattern_; }
+
+ private:
+  std::string pattern_;
+  std::string date_;  // the pattern up to its time of day
+  bool serial_;
+};
+
+/// Patterns that read a text, as a user would write them for --date-format: "DD/MM/YYYY or
+/// MM/DD/YYYY"; empty where none of the usual ones does.
+std::string date_formats_of(std::string_view text);
+
+}  // namespace vqmath63::host
