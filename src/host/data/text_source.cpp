@@ -1,6 +1,5 @@
 #include "host/data/text_source.hpp"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -12,8 +11,16 @@
 namespace vqmath63::host {
 namespace {
 
-bool is_high(char c) {
-  return (static_cast<unsigned char>(c) & 0x80) != 0;
+// Where the first byte of a text lies that is no ASCII, or its end.
+std::size_t first_high(std::string_view text) {
+  constexpr std::uint64_t kHigh = 0x8080808080808080U;
+  std::size_t i = 0;
+  for (std::uint64_t word = 0; i + sizeof word <= text.size(); i += sizeof word) {
+    std::memcpy(&word, text.data() + i, sizeof word);
+    if ((word & kHigh) != 0) break;
+  }
+  while (i < text.size() && (static_cast<unsigned char>(text[i]) & 0x80) == 0) ++i;
+  return i;
 }
 
 // Whether the bytes are UTF-8, but for a character that their end may have cut in two.
@@ -112,12 +119,11 @@ void TextSource::find_mark(std::string& text, std::size_t from) {
 
 void TextSource::to_utf8(std::string& text, std::size_t from) {
   if (encoding_ == Encoding::kUtf8) return;
-  const auto begin = text.begin() + static_cast<std::ptrdiff_t>(from);
-  const auto high = std::find_if(begin, text.end(), is_high);
-  if (high == text.end()) return;
+  std::string_view high = std::string_view(text).substr(from);
+  high.remove_prefix(first_high(high));
+  if (high.empty()) return;
   if (encoding_ == Encoding::kUnknown) {
-    encoding_ = is_utf8({&*high, static_cast<std::size_t>(text.end() - high)}) ? Encoding::kUtf8
-                                                                               : Encoding::kOneByte;
+    encoding_ = is_utf8(high) ? Encoding::kUtf8 : Encoding::kOneByte;
   }
   if (encoding_ == Encoding::kOneByte) {
     text.replace(from, std::string::npos, one_byte_text(std::string_view(text).substr(from)));

@@ -46,6 +46,18 @@ void Findings::add(const Findings& others) {
   skipped.add(others.skipped);
 }
 
+double GroupSums::StepCache::after(const Step& step, double moment) {
+  Pair& pair = after_[static_cast<std::size_t>(std::fabs(moment)) % kPlaces];
+  if (pair.from != moment) pair = {moment, step.after(moment)};
+  return pair.to;
+}
+
+double GroupSums::StepCache::before(const Step& step, double moment) {
+  Pair& pair = before_[static_cast<std::size_t>(std::fabs(moment)) % kPlaces];
+  if (pair.from != moment) pair = {moment, step.before(moment)};
+  return pair.to;
+}
+
 GroupSums::GroupSums(const RecordPlan& plan, const PeriodCalendar& calendar)
     : plan_(plan), calendar_(calendar), series_(plan.series.size()), filled_(series_) {
   index_.resize(1024);
@@ -62,60 +74,55 @@ const double* GroupSums::values(std::size_t i) const {
   return &entries_[i / kAtOnce][i % kAtOnce * (kEntryWords + series_) + kEntryWords];
 }
 
-std::uint32_t GroupSums::group_of(std::string_view name, std::uint64_t hash, std::size_t line) {
+std::uint32_t GroupSums::group_of(const GroupKey& key, std::size_t line) {
   // Rows mostly go on with the same group, or with the one that has followed it before.
-  const auto is = [&](std::uint32_t group) {
-    return groups_[group].hash == hash && names_[group] == name;
-  };
   if (!groups_.empty()) {
-    if (is(last_)) return last_;
+    if (groups_[last_].key == key) return last_;
     const std::uint32_t next = groups_[last_].next;
-    if (is(next)) return last_ = next;
+    if (groups_[next].key == key) return last_ = next;
   }
-  const std::uint32_t found = find_or_add(name, hash, line);
+  const std::uint32_t found = find_or_add(key, line);
   groups_[last_].next = found;
   return last_ = found;
 }
 
-std::uint32_t GroupSums::find_or_add(std::string_view name, std::uint64_t hash, std::size_t line) {
-  for (std::size_t at = hash;; ++at) {
+std::uint32_t GroupSums::find_or_add(const GroupKey& key, std::size_t line) {
+  for (std::size_t at = key.hash();; ++at) {
     std::uint32_t& place = index_[at & (index_.size() - 1)];
-    if (place == 0) {
-      const auto group = static_cast<std::uint32_t>(groups_.size());
-      place = group + 1;
-      groups_.push_back({.hash = hash});
-      names_.emplace_back(name);
-      first_lines_.push_back(line);
-      numbers_.resize(numbers_.size() + 2 * series_, kNever);
-      if (groups_.size() * 2 > index_.size()) grow_index();
-      return group;
-    }
-    if (groups_[place - 1].hash == hash && names_[place - 1] == name) return place - 1;
+    if (place != 0 && groups_[place - 1].key == key) return place - 1;
+    if (place != 0) continue;
+    const auto group = static_cast<std::uint32_t>(groups_.size());
+    place = group + 1;
+    groups_.push_back({.key = key.over(names_.emplace_back(key.name()))});
+    first_lines_.push_back(line);
+    numbers_.resize(numbers_.size() + 2 * series_, kNever);
+    if (groups_.size() * 2 > index_.size()) grow_index();
+    return group;
   }
 }
 
 void GroupSums::grow_index() {
   index_.assign(4 * index_.size(), 0);
   for (std::uint32_t group = 0; group < groups_.size(); ++group) {
-    std::size_t at = groups_[group].hash;
+    std::size_t at = groups_[group].key.hash();
     while (index_[at & (index_.size() - 1)] != 0) ++at;
     index_[at & (index_.size() - 1)] = group + 1;
   }
 }
 
 void GroupSums::add(const RecordBatch& batch, std::size_t row, std::size_t line) {
-  const std::uint32_t group = group_of(batch.key(row), batch.hash(row), line);
+  const std::uint32_t group = group_of(batch[row].key, line);
   const double* values = batch.values(row);
   if (plan_.sort) {
-    rows_.push_back({group, batch.time(row), line});
+    rows_.push_back({group, batch[row].time, line});
     row_values_.insert(row_values_.end(), values, values + series_);
     return;
   }
-  if (batch.gaps(row)) {
+  if (batch[row].gaps) {
     if (!fill_gaps(values, group, line)) return;
     values = filled_.data();
   }
-  take(group, batch.time(row), line, values);
+  take(group, batch[row].time, line, values);
 }
 
 // Makes a row with no gaps of one with some; false where it is passed over.
@@ -196,7 +203,7 @@ void GroupSums::close_beginning(std::uint32_t group, double next) {
   const double* values = pending(group);
   const bool ends = std::isnan(next);
   if (!plan_.step) return ends ? without_interval(group) : interval(group, from, next, values);
-  const double usual = plan_.step->after(from);
+  const double usual = step_cache_.after(*plan_.step, from);
   if (!ends && !plan_.step->is_gap(usual, next)) return interval(group, from, next, values);
   const bool hold = !ends && gap(group, usual, next);
   interval(group, from, hold ? next : usual, values);
@@ -211,10 +218,10 @@ void GroupSums::close_ending(std::uint32_t group) {
   if (std::isnan(own.before)) {
     // Amounts were produced in some interval; a first rate mostly is where the clock was started.
     if (!plan_.step || !plan_.any(SeriesKind::kAmount)) return without_interval(group);
-    return interval(group, plan_.step->before(to), to, values);
+    return interval(group, step_cache_.before(*plan_.step, to), to, values);
   }
   if (plan_.step) {
-    const double usual = plan_.step->before(to);
+    const double usual = step_cache_.before(*plan_.step, to);
     if (plan_.step->is_gap(own.before, usual) && !gap(group, own.before, usual)) {
       interval(group, own.before, usual, nullptr);
       return interval(group, usual, to, values);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -52,6 +53,7 @@ struct PeriodEntry {
 class GroupSums {
  public:
   GroupSums(const RecordPlan& plan, const PeriodCalendar& calendar);
+  GroupSums(GroupSums&&) = default;
 
   /// Takes a row; the calendar covers it and a step more at both ends. Throws CellFault with the
   /// line that is wrong.
@@ -76,8 +78,24 @@ class GroupSums {
  private:
   static constexpr double kNever = std::numeric_limits<double>::quiet_NaN();
 
+  // The ends of usual intervals that were asked for before.
+  class StepCache {
+   public:
+    double after(const Step& step, double moment);
+    double before(const Step& step, double moment);
+
+   private:
+    struct Pair {
+      double from = kNever;
+      double to = kNever;
+    };
+    static constexpr std::size_t kPlaces = 1024;
+    std::vector<Pair> after_{kPlaces};
+    std::vector<Pair> before_{kPlaces};
+  };
+
   struct Group {
-    std::uint64_t hash = 0;
+    GroupKey key{};
     double before = kNever;  // the stamp before the last one
     double stamp = kNever;   // the last one
     double until = kNever;   // end of the last interval taken
@@ -92,8 +110,8 @@ class GroupSums {
     std::size_t line;
   };
 
-  std::uint32_t group_of(std::string_view name, std::uint64_t hash, std::size_t line);
-  std::uint32_t find_or_add(std::string_view name, std::uint64_t hash, std::size_t line);
+  std::uint32_t group_of(const GroupKey& key, std::size_t line);
+  std::uint32_t find_or_add(const GroupKey& key, std::size_t line);
   void grow_index();
   bool fill_gaps(const double* from, std::uint32_t group, std::size_t line);
   void take(std::uint32_t group, double time, std::size_t line, const double* values);
@@ -121,7 +139,7 @@ class GroupSums {
   const PeriodCalendar& calendar_;
   std::size_t series_;
   std::vector<Group> groups_;
-  std::vector<std::string> names_;
+  std::deque<std::string> names_;
   std::vector<std::size_t> first_lines_;
   std::vector<double> numbers_;       // a group: of its last row, and of its period at hand
   std::vector<std::uint32_t> index_;  // by hash: a group's number + 1, 0 for a free place
@@ -135,6 +153,7 @@ class GroupSums {
   std::vector<Row> rows_;  // to be sorted
   std::vector<double> row_values_;
   std::vector<std::size_t> order_;  // of the rows, sorted
+  StepCache step_cache_;
   Findings findings_;
 };
 

@@ -104,9 +104,9 @@ class Reading {
 
   void watch_steps(const RecordBatch& rows) {
     for (std::size_t i = 0; i < rows.rows(); ++i) {
-      const auto [place, is_new] = last_of_.try_emplace(rows.key(i), rows.time(i));
-      if (!is_new) steps_.add(place->second, rows.time(i));
-      place->second = rows.time(i);
+      const auto [place, is_new] = last_of_.try_emplace(rows[i].key.name(), rows[i].time);
+      if (!is_new) steps_.add(place->second, rows[i].time);
+      place->second = rows[i].time;
     }
   }
 
@@ -127,9 +127,8 @@ class Reading {
       const auto own = static_cast<std::size_t>(&shard - shards_.data());
       for (const Part& part : parts) {
         for (std::size_t i = 0; i < part.rows.rows(); ++i) {
-          constexpr int kHighBits = 40;  // the others find the group
-          if ((part.rows.hash(i) >> kHighBits) % shards_.size() != own) continue;
-          shard.add(part.rows, i, part.line + part.rows.line(i));
+          if (part.rows[i].key.hand_of(shards_.size()) != own) continue;
+          shard.add(part.rows, i, part.line + part.rows[i].line);
         }
       }
     });

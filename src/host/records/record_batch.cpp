@@ -10,28 +10,11 @@
 namespace vqmath63::host {
 namespace {
 
-constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+// No group's name, with what can be read behind it.
+constexpr char kNoLetters[kCellPadding] = {};
+constexpr std::string_view kNoName(kNoLetters, 0);
 
-std::uint64_t hash_of(std::string_view text) {
-  constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15U;
-  std::uint64_t hash = text.size();
-  const auto mix = [&](std::uint64_t word) {
-    hash = (hash ^ word) * kOdd;
-    hash ^= hash >> 32;
-  };
-  const char* at = text.data();
-  std::size_t left = text.size();
-  for (; left >= sizeof(std::uint64_t);
-       left -= sizeof(std::uint64_t), at += sizeof(std::uint64_t)) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, at, sizeof word);
-    mix(word);
-  }
-  std::uint64_t word = 0;
-  std::memcpy(&word, at, left);
-  mix(word);
-  return hash;
-}
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
 // What a column is to a reader of rows: a series by its number, or one of these.
 constexpr int kPass = -1;
@@ -64,6 +47,29 @@ std::string why_no_date(std::string_view text, const RecordPlan& plan) {
 
 }  // namespace
 
+GroupKey::GroupKey(std::string_view name) : name_(name) {
+  constexpr std::size_t kWord = sizeof(std::uint64_t);
+  constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15U;
+  // The bits of a text's first letters, eight at most.
+  const auto word_of = [](const char* at, std::size_t letters) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, at, kWord);
+    return letters >= kWord ? word : letters == 0 ? 0 : word << 8 * (kWord - letters);
+  };
+  begin_[0] = word_of(name.data(), name.size());
+  begin_[1] = name.size() > kWord ? word_of(name.data() + kWord, name.size() - kWord) : 0;
+  const auto mix = [&](std::uint64_t word) {
+    hash_ = (hash_ ^ word) * kOdd;
+    hash_ ^= hash_ >> 29;
+  };
+  mix(begin_[0]);
+  mix(begin_[1] + name.size());
+  for (std::size_t i = 2 * kWord; i < name.size(); i += kWord) {
+    mix(word_of(name.data() + i, name.size() - i));
+  }
+  hash_ *= kOdd;
+}
+
 void CellCounts::add(const CellCounts& later) {
   if (texts == 0 && later.texts > 0) {
     text_line = later.text_line;
@@ -78,12 +84,7 @@ void CellCounts::add(const CellCounts& later) {
 void RecordBatch::read(const TextPiece& piece, std::string_view text, const RecordPlan& plan) {
   memory_ = piece.memory;
   series_ = plan.series.size();
-  times_.clear();
-  lines_.clear();
-  keys_.clear();
-  hashes_.clear();
-  values_.clear();
-  gaps_.clear();
+  count_ = 0;
   made_keys_.clear();
   counts_.assign(series_, {});
   fault_.reset();
@@ -96,6 +97,7 @@ void RecordBatch::read(const TextPiece& piece, std::string_view text, const Reco
   } catch (const CellFault& fault) {
     fault_ = fault;
   }
+  for (CellCounts& counts : counts_) counts.numbers = count_ - counts.texts - counts.empty;
   line_count_ = scanner.line();
 }
 
@@ -105,10 +107,8 @@ void RecordBatch::read_rows(FieldScanner& scanner, const RecordPlan& plan) {
   while (!scanner.at_end()) {
     if (columns > 1 && scanner.skip_no_row()) continue;
     const std::size_t line = scanner.line();
-    const std::size_t row = times_.size();
-    gap_ = false;
-    values_.resize((row + 1) * series_, kNone);
-    keys_.emplace_back();
+    if (count_ == rows_.size()) make_room();
+    rows_[count_].gaps = false;
     std::size_t c = 0;
     do {
       const int role = c < columns ? roles[c] : kPass;
@@ -128,21 +128,34 @@ void RecordBatch::read_rows(FieldScanner& scanner, const RecordPlan& plan) {
           line, columns,
           "the row has " + counted(c, "cell") + ", the header has " + std::to_string(columns)};
     }
-    lines_.push_back(static_cast<std::uint32_t>(line));
-    end_row();
+    end_row(line);
   }
 }
 
-void RecordBatch::end_row() {
+void RecordBatch::make_room() {
+  constexpr std::size_t kLeast = 1024;
+  rows_.resize(std::max(kLeast, 2 * rows_.size()));
+  values_.resize(rows_.size() * series_);
+}
+
+void RecordBatch::end_row(std::size_t line) {
+  Row& row = rows_[count_++];
+  row.line = static_cast<std::uint32_t>(line);
   if (parts_.size() > 1) {
-    std::string& key = made_keys_.emplace_back(parts_[0]);
+    std::string key = parts_[0];
     for (std::size_t i = 1; i < parts_.size(); ++i) (key += kKeySeparator) += parts_[i];
-    keys_.back() = key;
+    row.key = GroupKey(made_key(std::move(key)));
+  } else if (parts_.empty()) {
+    row.key = GroupKey(kNoName);
   }
-  hashes_.push_back(hash_of(keys_.back()));
-  gaps_.push_back(gap_ ? 1 : 0);
-  first_time_ = std::min(first_time_, times_.back());
-  last_time_ = std::max(last_time_, times_.back());
+  first_time_ = std::min(first_time_, row.time);
+  last_time_ = std::max(last_time_, row.time);
+}
+
+std::string_view RecordBatch::made_key(std::string text) {
+  const std::size_t size = text.size();
+  text.resize(size + kCellPadding);
+  return std::string_view(made_keys_.emplace_back(std::move(text))).substr(0, size);
 }
 
 void RecordBatch::take_time(FieldScanner& scanner, const RecordPlan& plan) {
@@ -155,13 +168,13 @@ void RecordBatch::take_time(FieldScanner& scanner, const RecordPlan& plan) {
     days = *moment;
   }
   if (plan.stamp == Stamp::kLast) days = std::floor(days) + 1.0;
-  times_.push_back(days);
+  rows_[count_].time = days;
 }
 
 void RecordBatch::take_key(FieldScanner& scanner, const RecordPlan& plan, std::size_t column) {
   const std::string_view text = scanner.take(column);
   if (plan.by.size() == 1) {
-    keys_.back() = scanner.is_part(text) ? text : made_keys_.emplace_back(text);
+    rows_[count_].key = GroupKey(scanner.is_part(text) ? text : made_key(std::string(text)));
     return;
   }
   for (std::size_t i = 0; i < plan.by.size(); ++i) {
@@ -170,20 +183,17 @@ void RecordBatch::take_key(FieldScanner& scanner, const RecordPlan& plan, std::s
 }
 
 void RecordBatch::take_value(FieldScanner& scanner, const RecordPlan& plan, std::size_t series) {
-  double& value = values_[values_.size() - series_ + series];
+  double& value = values_[count_ * series_ + series];
   CellCounts& counts = counts_[series];
   const bool plain = !plan.form.decimal_comma && plan.form.missing.empty();
-  if (plain && scanner.take_plain_number(value)) {
-    ++counts.numbers;
-    return;
-  }
+  if (plain && scanner.take_plain_number(value)) return;
   value = kNone;
   const std::size_t line = scanner.line();
   const Series& about = plan.series[series];
   const std::string_view text = scanner.take(about.column);
   if (is_missing(text, plan.form)) {
     if (counts.empty++ == 0) counts.empty_line = line;
-    gap_ = true;
+    rows_[count_].gaps = true;
     return;
   }
   const auto number = cell_number(text, plan.form);
@@ -192,7 +202,6 @@ void RecordBatch::take_value(FieldScanner& scanner, const RecordPlan& plan, std:
       throw CellFault{line, about.column, in_quotes(text) + " is not a finite number"};
     }
     value = *number;
-    ++counts.numbers;
     return;
   }
   if (about.wanted) {
@@ -200,7 +209,7 @@ void RecordBatch::take_value(FieldScanner& scanner, const RecordPlan& plan, std:
                     in_quotes(text) + " is not a number (--missing " + std::string(text) +
                         " takes it for an empty cell)"};
   }
-  gap_ = true;
+  rows_[count_].gaps = true;
   if (counts.texts++ == 0) {
     counts.text_line = line;
     counts.text = text;

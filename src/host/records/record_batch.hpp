@@ -27,22 +27,56 @@ struct CellCounts {
   void add(const CellCounts& later);
 };
 
+/// A group's name in a form that is quick to compare.
+class GroupKey {
+ public:
+  GroupKey() = default;
+  /// Of a text behind which kCellPadding bytes can be read; it is kept as it is.
+  explicit GroupKey(std::string_view name);
+
+  bool operator==(const GroupKey& other) const {
+    return hash_ == other.hash_ && begin_[0] == other.begin_[0] && begin_[1] == other.begin_[1] &&
+           name_.size() == other.name_.size() && (name_.size() <= sizeof begin_ || name_ == other.name_);
+  }
+  std::string_view name() const { return name_; }
+  std::uint64_t hash() const { return hash_; }
+  /// The same with another text of these letters.
+  GroupKey over(std::string_view name) const {
+    GroupKey key = *this;
+    key.name_ = name;
+    return key;
+  }
+  /// Deals groups out over some hands.
+  std::size_t hand_of(std::size_t hands) const { return (hash_ >> 32) * hands >> 32; }
+
+ private:
+  std::uint64_t begin_[2] = {};  // its first letters, or all
+  std::uint64_t hash_ = 0;
+  std::string_view name_;
+};
+
 /// Part of a file, read: per row the group's name, the stamp, the line and a value a series.
 class RecordBatch {
  public:
+  RecordBatch() = default;
+  RecordBatch(RecordBatch&&) = default;
+  RecordBatch& operator=(RecordBatch&&) = default;
+
   /// Reads the rows of a text of whole lines that lies in a piece's memory. The first line has the
   /// number 0. Of what cannot be taken the first is told by fault(), and nothing is read beyond.
   void read(const TextPiece& piece, std::string_view text, const RecordPlan& plan);
 
-  std::size_t rows() const { return times_.size(); }
-  double time(std::size_t row) const { return times_[row]; }
-  std::size_t line(std::size_t row) const { return lines_[row]; }
-  std::string_view key(std::size_t row) const { return keys_[row]; }
-  std::uint64_t hash(std::size_t row) const { return hashes_[row]; }
+  struct Row {
+    double time;
+    GroupKey key;
+    std::uint32_t line;
+    bool gaps;  ///< whether a value is NaN
+  };
+
+  std::size_t rows() const { return count_; }
+  const Row& operator[](std::size_t row) const { return rows_[row]; }
   /// One a series; NaN where the cell is empty or no number.
   const double* values(std::size_t row) const { return &values_[row * series_]; }
-  /// Whether one of them is NaN.
-  bool gaps(std::size_t row) const { return gaps_[row] != 0; }
 
   std::size_t line_count() const { return line_count_; }
   double first_time() const { return first_time_; }
@@ -55,16 +89,15 @@ class RecordBatch {
   void take_time(FieldScanner& scanner, const RecordPlan& plan);
   void take_value(FieldScanner& scanner, const RecordPlan& plan, std::size_t series);
   void take_key(FieldScanner& scanner, const RecordPlan& plan, std::size_t column);
-  void end_row();
+  std::string_view made_key(std::string text);
+  void make_room();
+  void end_row(std::size_t line);
 
   std::shared_ptr<const std::string> memory_;  // that the keys lie in
   std::deque<std::string> made_keys_;          // that are no part of it
-  std::vector<double> times_;
-  std::vector<std::uint32_t> lines_;
-  std::vector<std::string_view> keys_;
-  std::vector<std::uint64_t> hashes_;
+  std::vector<Row> rows_;  // of which count_ are there, and behind them the one at hand
   std::vector<double> values_;
-  std::vector<char> gaps_;
+  std::size_t count_ = 0;
   std::vector<CellCounts> counts_;
   std::size_t series_ = 0;
   std::size_t line_count_ = 0;
@@ -72,7 +105,6 @@ class RecordBatch {
   double last_time_ = 0.0;
   std::optional<CellFault> fault_;
   std::vector<std::string> parts_;  // of the key of the row at hand
-  bool gap_ = false;                // in the row at hand
 };
 
 }  // namespace vqmath63::host

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 #include "host/data/csv.hpp"
 #include "host/data/moment.hpp"
@@ -15,19 +16,42 @@ namespace {
 
 constexpr int kDigits = 12;
 
-// Cells that become a line of CSV.
-struct CsvCells {
-  std::string& lines;
+// Cells that become lines of CSV, in a text that is as long as was needed before.
+class CsvCells {
+ public:
+  explicit CsvCells(std::string& lines) : lines_(lines) {}
+  CsvCells(const CsvCells&) = delete;
+  CsvCells& operator=(const CsvCells&) = delete;
+  ~CsvCells() { lines_.resize(at_); }
 
   void text(std::string_view cell) {
-    add_csv_field(lines, cell);
-    lines += ',';
+    make_room(cell.size() + 1);
+    std::memcpy(lines_.data() + at_, cell.data(), cell.size());
+    at_ += cell.size();
+    lines_[at_++] = ',';
+  }
+  // The same of a text that may want quotes.
+  void name(std::string_view cell) {
+    std::string field;
+    add_csv_field(field, cell);
+    text(field);
   }
   void number(double value) {
-    add_number(lines, value);
-    lines += ',';
+    make_room(kNumberRoom + 1);
+    char* const begin = lines_.data();
+    char* const end = write_number(begin + at_, value);
+    *end = ',';
+    at_ = static_cast<std::size_t>(end - begin) + 1;
   }
-  void end_row() { lines.back() = '\n'; }
+  void end_row() { lines_[at_ - 1] = '\n'; }
+
+ private:
+  void make_room(std::size_t count) {
+    if (at_ + count > lines_.size()) lines_.resize(std::max(2 * lines_.size(), at_ + 4096 + count));
+  }
+
+  std::string& lines_;
+  std::size_t at_ = 0;
 };
 
 // Cells that become a row to read.
@@ -36,15 +60,16 @@ struct ReadCells {
   Texts row{};
 
   void text(std::string_view cell) { row.emplace_back(cell); }
+  void name(std::string_view cell) { row.emplace_back(cell); }
   void number(double value) {
     // To read, what a Single would hold is enough.
     constexpr int kToRead = 7;
-    char text[32];
+    char text[kNumberRoom];
     const auto end =
         std::to_chars(text, text + sizeof text, value, std::chars_format::general, kToRead).ptr;
     double rounded = 0.0;
     std::from_chars(text, end, rounded);
-    add_number(row.emplace_back(), rounded);
+    row.emplace_back(text, write_number(text, rounded));
   }
   void end_row() {
     table.row(row);
@@ -68,47 +93,38 @@ double tidy(double days) {
 
 }  // namespace
 
-void add_number(std::string& text, double number) {
-  if (std::isnan(number)) return;
-  constexpr double kLeast = 1e-5;
+char* write_number(char* to, double number) {
+  if (std::isnan(number)) return to;
+  constexpr double kLeast = 1e-4;
   constexpr double kMost = 1e12;
-  const double size = std::fabs(number);
-  char digits[40];
+  double size = std::fabs(number);
   if (!(size >= kLeast && size < kMost)) {
-    if (number == 0.0) {
-      text += '0';
-      return;
-    }
-    const auto end =
-        std::to_chars(digits, digits + sizeof digits, number, std::chars_format::general, kDigits)
-            .ptr;
-    text.append(digits, end);
-    return;
+    if (number == 0.0) size = 0.0;  // of either sign
+    const double shown = number == 0.0 ? 0.0 : number;
+    return std::to_chars(to, to + kNumberRoom, shown, std::chars_format::general, kDigits).ptr;
   }
-  // Scaled to a whole number of twelve digits, of which those behind the point are counted.
-  constexpr double kPowers[] = {1e0, 1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7, 1e8,
+  constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7, 1e8,
                                 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16};
-  int decimals = kDigits - 1;
+  int decimals = kDigits - 1;  // behind the point, that make twelve digits
   for (double limit = 10.0; size >= limit; limit *= 10.0) --decimals;
   for (double limit = 1.0; size < limit; limit /= 10.0) ++decimals;
-  auto whole = static_cast<std::uint64_t>(std::llround(size * kPowers[std::min(decimals, 16)]));
-  decimals = std::min(decimals, 16);
-  while (decimals > 0 && whole % 10 == 0) {
-    whole /= 10;
-    --decimals;
+  // The fewest decimals that twelve digits do not add to.
+  for (int fewer = 0; fewer <= decimals; ++fewer) {
+    const double scaled = size * kPowers[fewer];
+    const auto whole = static_cast<std::uint64_t>(scaled + 0.5);
+    const double rest = std::fabs(scaled - static_cast<double>(whole));
+    if (fewer < decimals && rest * kPowers[decimals - fewer] >= 0.5) continue;
+    if (number < 0.0) *to++ = '-';
+    char digits[kNumberRoom];
+    const auto end = std::to_chars(digits, digits + sizeof digits, whole).ptr;
+    const std::ptrdiff_t before = std::max<std::ptrdiff_t>(end - digits - fewer, 0);
+    if (before == 0) *to++ = '0';
+    to = std::copy(digits, digits + before, to);
+    if (fewer > 0) *to++ = '.';
+    to = std::fill_n(to, std::max<std::ptrdiff_t>(fewer - (end - digits), 0), '0');
+    return std::copy(digits + before, end, to);
   }
-  const auto end = std::to_chars(digits, digits + sizeof digits, whole).ptr;
-  const auto count = static_cast<int>(end - digits);
-  if (number < 0.0) text += '-';
-  if (decimals >= count) {
-    text += "0.";
-    text.append(static_cast<std::size_t>(decimals - count), '0');
-    text.append(digits, end);
-  } else {
-    text.append(digits, end - decimals);
-    if (decimals > 0) text += '.';
-    text.append(end - decimals, end);
-  }
+  return to;
 }
 
 RecordTable::RecordTable(const RecordSums& sums, const RecordPlan& plan, RecordTableShape shape)
@@ -286,13 +302,13 @@ void RecordTable::put(const std::string& output) const {
       output,
       [&](std::string& lines) {
         if (!begun) {
-          for (const TableColumn& column : columns()) CsvCells{lines}.text(column.name);
-          lines.back() = '\n';
+          CsvCells cells(lines);
+          for (const TableColumn& column : columns()) cells.name(column.name);
+          cells.end_row();
         }
         begun = true;
         in_parallel(parts.size(), [&](std::size_t i) {
-          parts[i].clear();
-          CsvCells cells{parts[i]};
+          CsvCells cells(parts[i]);
           const std::size_t from = std::min(next + i * at_once, blocks());
           const std::size_t to = std::min(from + at_once, blocks());
           for (std::size_t block = from; block < to; ++block) add_rows(block, cells);

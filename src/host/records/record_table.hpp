@@ -55,8 +55,9 @@ class RecordTable {
   std::vector<double> totals_;  // a period: of each series
 };
 
-/// Adds a number to a text with at most twelve significant digits, which a sum of decimals holds
+/// Writes a number, and returns what is behind it: at most kNumberRoom letters, with at most twelve significant digits, which a sum of decimals holds
 /// whatever its binary digits are, and none that are not needed.
-void add_number(std::string& text, double number);
+char* write_number(char* to, double number);
+inline constexpr std::size_t kNumberRoom = 32;
 
 }  // namespace vqmath63::host
