@@ -13,7 +13,6 @@ Numbers have to agree in the six digits that the pages show, and words exactly. 
 "reference LANGUAGE: C checks, F failures"; exit status 1 when something failed."""
 
 import contextlib
-import datetime
 import io
 import pathlib
 import re
@@ -151,7 +150,7 @@ def run_python(tally, pages):
     for prelude, found in pages:
         for example in found:
             printed = io.StringIO()
-            names = {"date": datetime.date}
+            names = {}
             try:
                 with contextlib.redirect_stdout(printed):
                     exec(prelude["python"] + example.programs["python"], names)

@@ -1,11 +1,11 @@
 """Turns worked calls into programs: the same calls in C++, by name, in Python, on the command line.
 
-An example is a list of steps, each a worked call and the settings and the call that it needs before
-it. A language has one template for all members."""
+An example is a list of steps (steps.py). A language has one template for all members."""
 
 import datetime
 import shlex
-from dataclasses import dataclass, field
+
+from .steps import is_date
 
 VARIABLES = {"ztMathLib": "maths", "ztStatistics": "statistics", "ztSample": "sample",
              "ztRegression": "regression", "ztDifferentiate": "differentiate",
@@ -15,86 +15,6 @@ LANGUAGES = {"cpp": "C++", "vb": "By name", "python": "Python", "console": "Comm
 CPP_TYPES = {"Single": "float", "Double": "double", "Long": "std::int32_t", "Boolean": "bool",
              "String": "std::string", "Date": "Date"}
 WIDTH = 92
-
-
-@dataclass
-class Step:
-    call: object  # whose results are told
-    lets: list = field(default_factory=list)
-    before: object = None  # a call whose results a property tells
-
-
-def is_date(value):
-    return len(value) == 10 and value[4] == value[7] == "-"
-
-
-def useful(call):
-    """Whether a call shows what its member does."""
-    values = call.values
-    dull = {"0", "1e308", "False", "0.0", "7", "[]"}
-    return not call.failed and '"-"' not in [given for given, _ in call.arguments] and not (
-        values and all(value in dull for value in values))
-
-
-def steps_for(wanted, rows):
-    """For members of one section, (kind, name) each, the steps among an object's calls that show
-    them; of properties together as many as one call tells."""
-    steps, missing = [], list(wanted)
-    readable = {name for kind, name in wanted if kind == "get"}
-    # Properties whose values a call makes: the call after which most of them stand.
-    shown = {}
-    before, lets = None, []
-    for at, row in enumerate(rows):
-        if row.kind == "let":
-            lets = [each for each in lets if each.member != row.member] + [row]
-            before = None
-        elif row.kind == "call":
-            before = None if row.failed else at
-            kept = list(lets)
-        elif ("get", row.member) in missing and not row.arguments:
-            is_set = [each for each in lets if each.member == row.member]
-            if is_set:
-                shown.setdefault(("set", rows.index(is_set[0])), []).append(
-                    Step(row, is_set))
-            else:
-                key = ("call", before) if before is not None else ("", 0)
-                shown.setdefault(key, []).append(
-                    Step(row, kept if before is not None else [], rows[before] if key[0] else None))
-    # A value that was set is told; then one that a call has made; then that of a new object.
-    telling = [("set", ()), ("call", ("0", "1")), ("call", ()), ("", ())]
-    for want, untelling in telling:
-        for key in sorted((k for k in shown if k[0] == want),
-                          key=lambda k: -len({s.call.member for s in shown[k]})):
-            for step in shown[key]:
-                if ("get", step.call.member) in missing and step.call.type != "Date" and (
-                        step.call.result not in untelling):
-                    missing.remove(("get", step.call.member))
-                    steps.append(step)
-    for kind, name in list(missing):
-        lets, best, set_before = [], None, False
-        for row in rows:
-            if row.kind == "let":
-                lets = [each for each in lets if each.member != row.member] + [row]
-                set_before = set_before or row.member == name
-                continue
-            if kind == "call" and row.kind == "call" and row.member == name or (
-                    kind == "get" and row.kind == "get" and row.member == name and row.arguments):
-                good = useful(row)
-            elif kind in ("get", "let") and set_before and row.kind == "call":
-                good = useful(row)
-            else:
-                continue
-            if good or best is None:
-                best = Step(row, list(lets))
-            if good:
-                break
-        if kind == "let" and name in readable:
-            continue
-        if best is None:
-            raise SystemExit(f"the worked calls show nothing of {name}")
-        if not any(step.call is best.call for step in steps):
-            steps.append(best)
-    return steps
 
 
 # Values of the worked calls.
@@ -401,5 +321,6 @@ def prelude(class_name, header):
     return {
         "cpp": [f"#include <vqmath63/{header}>", "using namespace vqmath63;", f"{class_name} {name};"],
         "vb": [f'Set {name} = CreateObject("vq140Analyse.{class_name}")'],
-        "python": ["import vqmath63 as vq", f"{name} = vq.{class_name.removeprefix('zt')}()"],
+        "python": [*["from datetime import date"] * (class_name == "ztAccumulate"),
+                   "import vqmath63 as vq", f"{name} = vq.{class_name.removeprefix('zt')}()"],
     }

@@ -3,6 +3,7 @@
 import re
 
 from . import examples
+from .steps import steps_for
 
 # Names of members that are words of running text, or of its formulas, too.
 WORDS = {"A", "B", "R", "Max", "Min", "Sign", "angle", "average", "beta", "cosine", "sine"}
@@ -161,10 +162,12 @@ def member_section(names, note, section, whole, of, context):
     for kind in ("Special values", "Accuracy and cost", "Source"):
         if groups.get(kind):
             lines += [f"**{kind}.** {link(groups[kind].removeprefix('Source: '), names)}", ""]
-    wanted = [(each.kind.replace("method", "call"), each.name) for each in members]
-    objects = context.calls[of.name]
-    steps = examples.steps_for(wanted, [row for rows in objects for row in rows])
-    lines += example_blocks(of.name, steps, context.notes.functions)
+    shown = steps_for(members, context.calls[of.name], of.members)
+    home = context.homes.setdefault(id(shown[0].call), names[0])
+    if len(shown) == 1 and shown[0].before is None and home != names[0]:
+        lines += [f"Example: that of [{home}](#{anchor(home)})."]
+    else:
+        lines += example_blocks(of.name, shown, context.notes.functions)
     others = see_also(names, of.name, context.topics)
     if others:
         lines += ["", "See also: " + ", ".join(others)]
@@ -174,6 +177,11 @@ def member_section(names, note, section, whole, of, context):
 class Context:
     def __init__(self, of, notes, calls, topics):
         self.notes, self.calls, self.topics = notes, calls, topics
+        self.homes = {}  # the member whose section has the example of a call
+        for each in of.members:
+            if each.kind == "method":
+                call = steps_for([each], calls[of.name], of.members)[0].call
+                self.homes[id(call)] = each.name
         self.link = Linker([each.name for each in of.members])
         self.nan = next((text for text in notes.note.text if text.startswith("NaN: ")), "")
 

@@ -91,20 +91,20 @@ class Call:
 
 
 def read_calls(path, classes):
-    """The worked calls: class name -> its objects, each a list of calls."""
+    """The worked calls: class name -> its calls, those of one object."""
     kinds = {"call": "method"}
     members = {(each.name, member.kind, member.name): member
                for each in classes for member in each.members}
-    objects, name = {}, ""
+    calls, name = {}, ""
     lines = path.read_text(encoding="utf-8").splitlines()
     rows = [line.split("\t") for line in lines if line and not line.startswith("#")]
     for row, following in zip(rows, rows[1:] + [[""]]):
         if row[0] == "new":
             name = row[1]
-            objects.setdefault(name, []).append([])
+            calls[name] = []
         elif row[0] in ("call", "get", "let"):
             cells = tuple(tuple(cell.partition(">")[::2]) for cell in row[3:])
             member = members[name, kinds.get(row[0], row[0]), row[1]]
-            objects[name][-1].append(Call(row[0], row[1], row[2], cells, following[0] == "line",
-                                          member.arguments, member.result))
-    return objects
+            calls[name].append(Call(row[0], row[1], row[2], cells, following[0] == "line",
+                                      member.arguments, member.result))
+    return calls
