@@ -15,8 +15,8 @@ namespace vqmath63 {
 /// Literal constants have 15 significant digits and results show them: pi is 3.14159265358979.
 /// All tables are made when the library is compiled; an instance holds nothing and costs nothing.
 ///
-/// @failure A step that overflows (6), divides by zero (11) or is invalid (5) is one error line
-/// under the member's name, and the result is 0.
+/// @failure An overflow (6), a division by zero (11) or an invalid step (5) is one error line, and
+/// the result is 0 or False.
 class ztMathLib {
  public:
   // Where each stands: circular.cpp, hyperbolic.cpp, exponential.cpp (with logarithms, powers and

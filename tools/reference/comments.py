@@ -113,6 +113,8 @@ def read_note(lines):
             finish()
             target = (tag[1].split()[0], tag[2])
             words = [tag[3]]
+            if target[0] == "name":  # one line
+                finish()
         elif not line:
             finish()
         else:

@@ -157,7 +157,9 @@ class Cpp(Writer):
             names.append(self.given(argument, given_value(value, argument)))
         prefixed = {"get": "get_", "let": "put_"}.get(call.kind, "") + call.member
         native = prefixed if prefixed in self.native_names else call.member
-        text = f"{self.object}.{native}({', '.join(names)})"
+        opening = f"{self.object}.{native}("
+        text = "\n    ".join(wrapped(opening, names, ", ", ")"))
+        text = text.replace(f")\n    {opening}", ",\n    ") if names else opening + ")"
         if not shown or call.result == "-":
             self.say(text + ";")
         else:
@@ -203,6 +205,8 @@ class Basic(Writer):
     def given(self, argument, value):
         if argument.direction == "out":
             return argument.name
+        if argument.rank == 0 and argument.direction == "in,out":
+            return self.variable(argument.name, (f"@ = {self.literal(value)}",))
         if argument.rank == 0:
             return self.literal(value)
         rows = rows_of(value)

@@ -146,7 +146,7 @@ def member_section(names, note, section, whole, of, context):
         if not context.nan:
             raise PageError(f"{of.name}.{names[0]}: no word on NaN")
         groups["Special values"] = (groups.get("Special values", "") + " " + context.nan).strip()
-    if not groups.get("") and not note.text:
+    if not groups.get(""):
         groups[""] = " ".join(dict.fromkeys(each.help for each in members))
     if groups.get(""):
         lines += [link(groups[""], names), ""]
