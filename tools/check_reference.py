@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the examples of the reference and holds each to the output that stands below it.
+"""Runs the examples of the reference and of the guide, and holds each to the output below it.
 
 usage: check_reference.py write cpp FILE      writes a C++ program of all examples
        check_reference.py write vb FILE       the same for VBScript
@@ -9,7 +9,10 @@ usage: check_reference.py write cpp FILE      writes a C++ program of all exampl
        check_reference.py console VQHOST      runs the commands, and looks whether those of the
                                               index have the options that are told
 
-Numbers have to agree in the six digits that the pages show, and words exactly. The last line counts:
+In the reference numbers have to agree in the six digits that it shows, and words exactly; the guide's
+output, and that of other pages where some is shown, has to agree as it stands. There whole programs in
+C++, statements in VBScript and commands are looked at; python/tests/test_docs.py runs what is Python.
+The last line counts:
 "reference LANGUAGE: C checks, F failures"; exit status 1 when something failed."""
 
 import contextlib
@@ -25,6 +28,7 @@ from reference.examples import LANGUAGES
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 PAGES = sorted((ROOT / "docs/reference").glob("*.md"))
+GUIDE = [*sorted((ROOT / "docs/guide").glob("*.md")), ROOT / "docs/hosts.md", ROOT / "README.md"]
 PROGRAM = r"\n((?:(?!```).)*?)```\n"  # between fences
 # A number, a truth or a text in quotes; names and what belongs to them are passed over.
 TOKEN = re.compile(r'"([^"]*)"|(?<![\w.])(-?(?:\d+\.?\d*|\.\d+)(?:[eE][-+]?\d+)?)(?![\w.])|\b([Tt]rue|[Ff]alse)\b')
@@ -33,7 +37,7 @@ TOKEN = re.compile(r'"([^"]*)"|(?<![\w.])(-?(?:\d+\.?\d*|\.\d+)(?:[eE][-+]?\d+)?
 class Example:
     def __init__(self, where, programs, printed):
         self.where, self.programs = where, programs
-        self.printed = printed  # lines
+        self.printed = printed  # lines, or in the guide a text
 
 
 def read_examples(path):
@@ -49,6 +53,19 @@ def read_examples(path):
     if not preludes or not found or text.count("```console\n") != len(found):
         sys.exit(f"{path}: its examples have another form than this script reads")
     return dict(zip(("cpp", "vb", "python"), preludes.groups())), found
+
+
+def read_guide(path):
+    """The blocks of a page of the guide that can be run, each an example of one language."""
+    text = path.read_text(encoding="utf-8")
+    for found in re.finditer(rf"^```(\w*){PROGRAM}(?:\n```text{PROGRAM})?", text, re.M | re.S):
+        language, program, printed = found.groups()
+        if program.startswith("$ vqhost "):
+            language = "console"
+        if language == "console" or language == "cpp" and "int main" in program or (
+                language == "vb" and printed):
+            line = text.count("\n", 0, found.start()) + 2
+            yield Example(f"{path.relative_to(ROOT)}:{line}", {language: program}, printed)
 
 
 def values_of(text):
@@ -84,6 +101,14 @@ def problem_of(wanted_text, got_text):
     return f"wanted {wanted_text!r}, got {got_text!r}"
 
 
+def guide_problem(wanted, got):
+    """What is wrong with an output of the guide; blanks at the ends of lines do not count."""
+    lines = [line.rstrip() for line in got.strip("\n").splitlines()]
+    if wanted is None or lines == [line.rstrip() for line in wanted.strip("\n").splitlines()]:
+        return ""
+    return f"wanted {wanted!r}, got {got!r}"
+
+
 def by_name(text):
     """What vqhost prints: the result under "", and each argument under its name."""
     found, name = {"": ""}, ""
@@ -112,7 +137,7 @@ class Tally:
         sys.exit(1 if self.failures or not self.checks else 0)
 
 
-def cpp_program(pages):
+def cpp_program(pages, guide):
     headers, functions, calls = [], [], []
     for prelude, found in pages:
         *includes, declared = [line for line in prelude["cpp"].splitlines() if "using" not in line]
@@ -121,13 +146,22 @@ def cpp_program(pages):
             body = "\n  ".join([declared, *example.programs["cpp"].splitlines()])
             functions.append(f"void example_{len(calls)}() {{\n  {body}\n}}\n")
             calls.append(f'  std::cout << "== {example.where}\\n";\n  example_{len(calls)}();\n')
+    for example in guide:
+        if "cpp" in example.programs:
+            lines = example.programs["cpp"].splitlines()
+            headers += [line for line in lines if line.startswith("#include")]
+            body = "\n".join(line for line in lines if not line.startswith("#include"))
+            functions.append(f"namespace page_{len(calls)} {{\n"
+                             + body.replace("int main()", "void run()") + "\n}\n")
+            calls.append(f'  std::cout << "== {example.where}\\n";\n  page_{len(calls)}::run();\n')
     return "\n".join(["#include <cstdint>", "#include <iostream>", "#include <string>",
                       "#include <vector>", *headers, "", "using namespace vqmath63;", "namespace {",
                       *functions, "}", "int main() {", *calls, "}", ""])
 
 
-def vb_program(pages):
+def vb_program(pages, guide):
     lines = []
+    pages = [*pages, ({"vb": ""}, [each for each in guide if "vb" in each.programs])]
     for prelude, found in pages:
         for example in found:
             lines += [f'WScript.Echo "== {example.where}"', f"Example{len(lines)}",
@@ -136,7 +170,7 @@ def vb_program(pages):
     return "\r\n".join("\r\n".join(lines).splitlines()) + "\r\n"
 
 
-def hold_output(tally, pages, output, language):
+def hold_output(tally, pages, guide, output, language):
     """An output of all examples, each behind a line with its name."""
     parts = dict(part.partition("\n")[::2] for part in re.split(r"^== ", output, flags=re.M)[1:])
     for _, found in pages:
@@ -144,6 +178,11 @@ def hold_output(tally, pages, output, language):
             got = parts.get(example.where)
             wanted = "\n".join(example.printed)
             tally.hold(example.where, "it did not run" if got is None else problem_of(wanted, got))
+    for example in guide:
+        if language in example.programs:
+            got = parts.get(example.where)
+            problem = "it did not run" if got is None else guide_problem(example.printed, got)
+            tally.hold(example.where, problem)
 
 
 def run_python(tally, pages):
@@ -158,6 +197,15 @@ def run_python(tally, pages):
                 tally.hold(example.where, f"{type(error).__name__}: {error}")
                 continue
             tally.hold(example.where, problem_of("\n".join(example.printed), printed.getvalue()))
+
+
+def run_commands(tally, guide, program):
+    for example in guide:
+        for command in example.programs.get("console", "").splitlines():
+            words = shlex.split(command.removeprefix("$ "), comments=True)
+            done = subprocess.run([program, *words[1:]], capture_output=True, text=True)
+            problem = guide_problem(example.printed, done.stdout)
+            tally.hold(f"{example.where}: {command}", done.stderr if done.returncode else problem)
 
 
 def run_console(tally, pages, program):
@@ -195,23 +243,26 @@ def main(words):
     if len(words) < 1 or len(words) != {"write": 3, "python": 1}.get(words[0], 2):
         sys.exit(__doc__)
     pages = [read_examples(path) for path in PAGES]
+    guide = [example for path in GUIDE for example in read_guide(path)]
     if words[0] == "write":
-        text = cpp_program(pages) if words[1] == "cpp" else vb_program(pages)
+        text = (cpp_program if words[1] == "cpp" else vb_program)(pages, guide)
         pathlib.Path(words[2]).write_text(text, encoding="utf-8", newline="")
         return
     tally = Tally(words[0])
     given = str(pathlib.Path(words[1]).resolve()) if len(words) > 1 else ""
-    with tempfile.TemporaryDirectory() as folder, contextlib.chdir(folder):  # for the log
+    with tempfile.TemporaryDirectory() as folder, contextlib.chdir(folder):  # for what they write
+        pathlib.Path("samples").symlink_to(ROOT / "samples")
         if words[0] == "cpp":
             done = subprocess.run([given], capture_output=True, text=True)
-            hold_output(tally, pages, done.stdout, "cpp")
+            hold_output(tally, pages, guide, done.stdout, "cpp")
         elif words[0] == "vb":
             output = pathlib.Path(given).read_text(encoding="utf-8", errors="replace")
-            hold_output(tally, pages, output.replace("\r", ""), "vb")
+            hold_output(tally, pages, guide, output.replace("\r", ""), "vb")
         elif words[0] == "python":
             run_python(tally, pages)
         else:
             run_console(tally, pages, given)
+            run_commands(tally, guide, given)
     tally.close()
 
 

@@ -1,4 +1,4 @@
-"""The tour in docs/python.md: each block is run, and prints what stands below it."""
+"""Pages with blocks of Python: each is run, and prints what stands below it."""
 
 import contextlib
 import importlib.util
@@ -8,23 +8,27 @@ import re
 import subprocess
 import sys
 
+import pytest
 from conftest import PACKAGE
 
 ROOT = PACKAGE.parent
+PAGES = {"docs/python.md": 10, "README.md": 1}
+PAGES.update((str(path.relative_to(ROOT)), 0) for path in (ROOT / "docs" / "guide").glob("*.md"))
 
 
-def test_each_block_of_the_tour_prints_what_it_says(vq, tmp_path, monkeypatch):
+@pytest.mark.parametrize("page", PAGES)
+def test_each_block_of_a_page_prints_what_it_says(vq, tmp_path, monkeypatch, page):
     monkeypatch.chdir(tmp_path)
     os.symlink(ROOT / "samples", tmp_path / "samples")
-    text = (ROOT / "docs" / "python.md").read_text(encoding="utf-8")
+    text = (ROOT / page).read_text(encoding="utf-8")
     blocks = re.findall(r"```python\n(.*?)```\n\n(?:```text\n(.*?)```)?", text, re.S)
     names = {"__name__": "__main__"}
     for code, wanted in blocks:
         printed = io.StringIO()
         with contextlib.redirect_stdout(printed):
-            exec(compile(code, "docs/python.md", "exec"), names)
-        assert printed.getvalue().rstrip() == wanted.rstrip(), code
-    assert len(blocks) >= 10
+            exec(compile(code, page, "exec"), names)
+        assert not wanted or printed.getvalue().rstrip() == wanted.rstrip(), code
+    assert len(blocks) >= PAGES[page]
 
 
 def test_the_example_of_many_wells_is_the_same_however_it_is_spread(vq, capfd):
