@@ -226,7 +226,12 @@ std::string ReportData::names_of(const std::vector<std::size_t>& which) const {
 std::string number_words(double value) {
   constexpr int kDigits = 5;
   const double values[] = {value};
-  return grouped(NumberStyle(std::span<const double>(values), kDigits, kDigits + 1).text(value));
+  std::string text = NumberStyle(std::span<const double>(values), kDigits, kDigits + 1).text(value);
+  if (text.find('.') != std::string::npos && text.find('e') == std::string::npos) {
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.back() == '.') text.pop_back();
+  }
+  return grouped(text);
 }
 
 ReportData read_report_data(const ReportChoice& choice) {

@@ -52,6 +52,7 @@ for (const picture of document.querySelectorAll("svg[data-rows]")) {
 
 addEventListener("beforeprint", () => {
   for (const each of document.querySelectorAll("details.numbers:not([open])")) {
+    if (each.closest(".panels")) continue;  // many and alike: those that are open are printed
     each.open = true;
     each.dataset.shut = "";
   }
