@@ -56,8 +56,8 @@ pytest_step() {  # NAME PYTHON
 # A tree of its own: what is built here stays out of the sources.
 copy_sources() {
   mkdir "$folder/source" &&
-    (cd "$root" && git ls-files -z -co --exclude-standard -- CMakeLists.txt cmake docs examples packaging README.md \
-      python samples src tests/data | tar -c --null -T -) | tar -x -C "$folder/source"
+    (cd "$root" && git ls-files -z -co --exclude-standard -- CMakeLists.txt cmake docs examples packaging \
+      README.md python samples src tests/data | tar -c --null -T -) | tar -x -C "$folder/source"
 }
 
 build_wheel() {
