@@ -78,6 +78,7 @@ int run(Options options) {
     throw UsageError("--time " + word + ": the first column of " + options.data.path +
                      " holds dates, which need no period word");
   }
+  for (const std::string& column : production.left_out) std::cerr << "vqhost: " << column << '\n';
   for (const std::string& note : production.notes) std::cerr << "vqhost: " << note << '\n';
   warn_of_names(production.names, production.rates);
   const MessageSink sink;

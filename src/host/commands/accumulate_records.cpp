@@ -144,6 +144,10 @@ class Planner {
                                        {"hold", EmptyRule::kHold},
                                        {"skip", EmptyRule::kSkip},
                                        {"error", EmptyRule::kError}});
+      if (plan_.empty == EmptyRule::kSkip && !plan_.series.front().wanted) {
+        throw UsageError(
+            "--empty skip wants --columns or --volumes: the cells that a row must have");
+      }
       if (work_.empty_as) throw UsageError("--empty and --empty-as say the same: one is enough");
     } else if (work_.empty_as) {
       plan_.empty = EmptyRule::kValue;
@@ -167,13 +171,15 @@ class Teller {
       : plan_(plan), found_(report.findings), report_(report), head_(head) {}
 
   // The series that are shown; the user is told of the others.
-  std::vector<std::size_t> series() const {
+  std::vector<std::size_t> series() {
     std::vector<std::size_t> shown;
+    found_.filled.count = 0;
     for (std::size_t s = 0; s < plan_.series.size(); ++s) {
       const Series& series = plan_.series[s];
       const CellCounts& counts = report_.counts[s];
       if (series.wanted || (counts.numbers > 0 && counts.numbers >= counts.texts)) {
         judge(series, counts);
+        found_.filled.count += plan_.empty == EmptyRule::kSkip ? 0 : counts.empty;
         shown.push_back(s);
         continue;
       }
@@ -264,7 +270,7 @@ class Teller {
   }
 
   const RecordPlan& plan_;
-  const Findings& found_;
+  Findings found_;
   const RecordReport& report_;
   const CsvFile& head_;
 };
@@ -328,7 +334,7 @@ void accumulate_records(const RecordOptions& options, const RecordWork& work) {
   RecordReport report;
   const RecordSums sums = file.accumulate(plan, std::move(calendar), report);
 
-  const Teller teller(plan, report, file.head());
+  Teller teller(plan, report, file.head());
   RecordTableShape shape;
   shape.series = teller.series();
   teller.tell();

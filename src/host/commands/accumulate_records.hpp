@@ -7,6 +7,7 @@
 
 #include "host/command_line.hpp"
 #include "host/commands/accumulation.hpp"
+#include "host/data/output.hpp"
 
 namespace vqmath63::host {
 
@@ -38,7 +39,7 @@ struct RecordWork {
   std::optional<double> empty_as;
   std::optional<double> start;
   PeriodSettings periods;
-  std::string output;
+  Output output;
 };
 
 /// Declares the options of records.

@@ -107,8 +107,8 @@ Production read_production(const ProductionChoice& choice) {
   check_times(file, table, choice.from_row);
   for (std::size_t c = 1; all_columns && c < table.columns.size(); ++c) {
     if (table.columns[c].values.empty()) {
-      production.notes.push_back("column " + in_quotes(file.headers()[c]) + " " +
-                                 table.columns[c].why_left_out + " and is left out");
+      production.left_out.push_back("column " + in_quotes(file.headers()[c]) + " " +
+                                    table.columns[c].why_left_out + " and is left out");
     } else {
       series.push_back(c);
     }

@@ -25,11 +25,12 @@ struct Production {
   std::vector<bool> rates;         ///< per series, false for a cumulative value
   ArrayOwner table;                ///< Singles: column 1 the time, then the series
   std::size_t rows = 0;
-  bool dated = false;              ///< the first column held dates: times are days
-  double start_data = 0.0;         ///< moment of time 0
-  double first_time = 0.0;         ///< time of the first row used
-  double last_time = 0.0;          ///< of the last one
-  std::vector<std::string> notes;  ///< what a user has to know of the file
+  bool dated = false;                 ///< the first column held dates: times are days
+  double start_data = 0.0;            ///< moment of time 0
+  double first_time = 0.0;            ///< time of the first row used
+  double last_time = 0.0;             ///< of the last one
+  std::vector<std::string> left_out;  ///< columns without numbers: "column 'x' ... is left out"
+  std::vector<std::string> notes;     ///< what else a user has to know of the file
 };
 
 /// Reads the file. Dates in the first column become days since `start_data`, by default since the

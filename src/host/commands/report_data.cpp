@@ -179,9 +179,7 @@ void tell_of_values(const ReportData& data, const ReportChoice& choice,
     story.push_back(counted(negatives, "value") + " of " + data.names_of(negative) +
                     (negatives == 1 ? " is" : " are") + " below 0 and taken as written.");
   }
-  for (const std::string& name : data.production.left_out) {
-    story.push_back("Column '" + name + "' holds no numbers and is left out.");
-  }
+  for (const std::string& column : data.production.left_out) story.push_back("The " + column + ".");
 }
 
 void tell_story(ReportData& data, const ReportChoice& choice) {

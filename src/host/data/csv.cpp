@@ -30,6 +30,7 @@ std::string read_whole(const std::string& path) {
 // that is one.
 bool looks_like_unit(std::string_view text) {
   if (text.find_first_of("/()[]%*^") != std::string_view::npos) return true;
+  text.remove_prefix(text.rfind(' ') + 1);  // "1000 sm3"
   for (const char* word :
        {"m3",   "sm3", "rm3", "bbl",  "stb", "rb",   "scf",  "mscf", "mmscf", "kg",
         "t",    "d",   "day", "days", "h",   "hr",   "hrs",  "s",    "bar",   "bara",

@@ -209,7 +209,7 @@ void RecordBatch::take_value(FieldScanner& scanner, const RecordPlan& plan, std:
                     in_quotes(text) + " is not a number (--missing " + std::string(text) +
                         " takes it for an empty cell)"};
   }
-  rows_[count_].gaps = true;
+  value = 0.0;  // the column is judged when all of it is known
   if (counts.texts++ == 0) {
     counts.text_line = line;
     counts.text = text;

@@ -36,7 +36,8 @@ class GroupKey {
 
   bool operator==(const GroupKey& other) const {
     return hash_ == other.hash_ && begin_[0] == other.begin_[0] && begin_[1] == other.begin_[1] &&
-           name_.size() == other.name_.size() && (name_.size() <= sizeof begin_ || name_ == other.name_);
+           name_.size() == other.name_.size() &&
+           (name_.size() <= sizeof begin_ || name_ == other.name_);
   }
   std::string_view name() const { return name_; }
   std::uint64_t hash() const { return hash_; }
@@ -75,7 +76,7 @@ class RecordBatch {
 
   std::size_t rows() const { return count_; }
   const Row& operator[](std::size_t row) const { return rows_[row]; }
-  /// One a series; NaN where the cell is empty or no number.
+  /// One a series; NaN where the cell is empty, 0 for a text.
   const double* values(std::size_t row) const { return &values_[row * series_]; }
 
   std::size_t line_count() const { return line_count_; }

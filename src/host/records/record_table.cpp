@@ -54,21 +54,23 @@ class CsvCells {
   std::size_t at_ = 0;
 };
 
-// Cells that become a row to read.
-struct ReadCells {
+// Cells that become a row of texts; to be read, with the digits that a Single would hold.
+struct TextCells {
   TableWriter& table;
+  bool to_read;
   Texts row{};
 
   void text(std::string_view cell) { row.emplace_back(cell); }
   void name(std::string_view cell) { row.emplace_back(cell); }
   void number(double value) {
-    // To read, what a Single would hold is enough.
     constexpr int kToRead = 7;
     char text[kNumberRoom];
-    const auto end =
-        std::to_chars(text, text + sizeof text, value, std::chars_format::general, kToRead).ptr;
-    double rounded = 0.0;
-    std::from_chars(text, end, rounded);
+    double rounded = value;
+    if (to_read) {
+      const auto end =
+          std::to_chars(text, text + sizeof text, value, std::chars_format::general, kToRead).ptr;
+      std::from_chars(text, end, rounded);
+    }
     row.emplace_back(text, write_number(text, rounded));
   }
   void end_row() {
@@ -103,7 +105,7 @@ char* write_number(char* to, double number) {
     const double shown = number == 0.0 ? 0.0 : number;
     return std::to_chars(to, to + kNumberRoom, shown, std::chars_format::general, kDigits).ptr;
   }
-  constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7, 1e8,
+  constexpr double kPowers[] = {1e0, 1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7, 1e8,
                                 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16};
   int decimals = kDigits - 1;  // behind the point, that make twelve digits
   for (double limit = 10.0; size >= limit; limit *= 10.0) --decimals;
@@ -285,12 +287,13 @@ std::string RecordTable::content() const {
          std::to_string(shape_.series.size()) + " series";
 }
 
-void RecordTable::put(const std::string& output) const {
-  if (for_reading(output)) {
-    return put_table("", columns(), [&](TableWriter& table) {
-      ReadCells cells{table};
+void RecordTable::put(const Output& output) const {
+  if (output.table_form() != TableForm::kCsv) {
+    const auto fill = [&](TableWriter& table) {
+      TextCells cells{table, output.for_reading()};
       for (std::size_t block = 0; block < blocks(); ++block) add_rows(block, cells);
-    });
+    };
+    return put_table(output, columns(), fill, content());
   }
   constexpr std::size_t kRowsAtOnce = 16384;  // of a thread
   const std::size_t rows = sums_.all_entries() / std::max<std::size_t>(sums_.groups(), 1) + 1;

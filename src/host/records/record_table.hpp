@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/data/table.hpp"
+#include "host/data/output.hpp"
 #include "host/records/record_accumulation.hpp"
 
 namespace vqmath63::host {
@@ -22,8 +22,7 @@ class RecordTable {
  public:
   RecordTable(const RecordSums& sums, const RecordPlan& plan, RecordTableShape shape);
 
-  /// For the option -o (see put_table).
-  void put(const std::string& output) const;
+  void put(const Output& output) const;
 
  private:
   template <class Cells>
@@ -55,8 +54,9 @@ class RecordTable {
   std::vector<double> totals_;  // a period: of each series
 };
 
-/// Writes a number, and returns what is behind it: at most kNumberRoom letters, with at most twelve significant digits, which a sum of decimals holds
-/// whatever its binary digits are, and none that are not needed.
+/// Writes a number, and returns what is behind it: at most kNumberRoom letters, with at most twelve
+/// significant digits, which a sum of decimals holds whatever its binary digits are, and none that
+/// are not needed.
 char* write_number(char* to, double number);
 inline constexpr std::size_t kNumberRoom = 32;
 
