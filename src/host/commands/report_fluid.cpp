@@ -28,6 +28,10 @@ struct Points {
   std::vector<std::string> note;
 };
 
+double number_or_nan(const std::optional<float>& number) {
+  return number ? static_cast<double>(*number) : std::numeric_limits<double>::quiet_NaN();
+}
+
 Points read_points(VolumeTable& table, const FluidChoice& choice) {
   Points points;
   if (choice.points.empty()) return points;
@@ -41,9 +45,11 @@ Points read_points(VolumeTable& table, const FluidChoice& choice) {
   const std::size_t last = rows.count() - 1;
   for (std::size_t i = 0; i < rows.rows(); ++i) {
     const Point point{last > 0 ? rows.single(i, 0) : 0.0F, rows.single(i, last)};
-    const std::optional<float> factor = table.factor(point);
     points.at.push_back(point);
-    points.factor.push_back(factor ? *factor : std::numeric_limits<double>::quiet_NaN());
+  }
+  for (const std::optional<float>& factor : table.factors(points.at)) {
+    const Point& point = points.at[points.factor.size()];
+    points.factor.push_back(number_or_nan(factor));
     points.note.emplace_back(!factor                ? "there is no factor"
                              : table.outside(point) ? "the table is extended"
                                                     : "");
@@ -59,10 +65,10 @@ struct Curve {
 
 Curve curve_of(VolumeTable& table, float primary, const std::vector<float>& pressures) {
   Curve curve;
+  std::vector<Point> points;
   const auto ask = [&](double pressure) {
-    const auto factor = table.factor({primary, static_cast<float>(pressure)});
+    points.push_back({primary, static_cast<float>(pressure)});
     curve.pressure.push_back(pressure);
-    curve.factor.push_back(factor ? *factor : std::numeric_limits<double>::quiet_NaN());
   };
   constexpr int kBetween = 8;
   for (std::size_t i = 0; i < pressures.size(); ++i) {
@@ -70,6 +76,7 @@ Curve curve_of(VolumeTable& table, float primary, const std::vector<float>& pres
     for (int k = kBetween - 1; k > 0 && i > 0; --k) ask(pressures[i] - k * step);
     ask(pressures[i]);
   }
+  for (const auto& factor : table.factors(points)) curve.factor.push_back(number_or_nan(factor));
   return curve;
 }
 
