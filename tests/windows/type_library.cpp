@@ -197,6 +197,14 @@ int main(int count, char** words) {
     const std::vector<InterfaceClass> classes = interface_table();
     checks.that(classes.size() == 9, "nine classes");
     if (library.get() != nullptr) {
+      Text name, title;
+      library->GetDocumentation(-1, &name.text, &title.text, nullptr, nullptr);
+      TLIBATTR* version = nullptr;
+      library->GetLibAttr(&version);
+      same(name.ascii() + " " + std::to_string(version->wMajorVerNum) + "." +
+               std::to_string(version->wMinorVerNum) + ", " + title.ascii(),
+           "vq140Analyse 6.3, Quorvane Statistical Analysis 6.3", "the library");
+      library->ReleaseTLibAttr(version);
       for (const InterfaceClass& of : classes) check_class(library.get(), of);
       const UINT enumerations = check_enumerations(library.get());
       checks.that(library->GetTypeInfoCount() == 2 * classes.size() + enumerations,
