@@ -53,7 +53,7 @@ def cluster():
 @pytest.mark.parametrize("jobs", [lambda: contextlib.nullcontext(2),
                                   lambda: futures.ThreadPoolExecutor(3), cluster])
 def test_many_wells_are_the_same_to_the_last_bit_however_they_are_spread(vq, jobs):
-    rows = wells()
+    rows = wells(20)
     alone = vq.accumulate(rows, "quarter", by="well", date="date")
     with jobs() as chosen:
         made = vq.accumulate(rows, "quarter", by="well", date="date", jobs=chosen)
