@@ -79,6 +79,19 @@ def wide(value):
     return f"{{{{{', '.join(words[:2])},\n      {', '.join(words[2:])}}},\n     {exponent}}}"
 
 
+def powers(steps):
+    """2^(j / steps) in 26 bits, and the logarithm of the factor that makes it whole, j below 64."""
+    values = [mpf(2) ** (mpf(j) / steps) for j in range(64)]
+    return [v for p in values for v in (rounded(p, 26), mpmath.log(p / rounded(p, 26)))]
+
+
+def log_series():
+    """The six coefficients of (ln(1 + r) - r) / r^2 by its values at Chebyshev's nodes, |r| <= 2^-8."""
+    nodes = [mpmath.cos(mp.pi * (2 * i + 1) / 12) / 256 for i in range(6)]
+    values = mpmath.matrix([(mpmath.log(1 + r) - r) / r**2 for r in nodes])
+    return list(mpmath.lu_solve(mpmath.matrix([[r**k for k in range(6)] for r in nodes]), values))
+
+
 def log_rows():
     """For each interval of mantissas a short factor, and minus its logarithm in two parts."""
     for i in range(256):
@@ -96,11 +109,8 @@ def tables():
     step = ln2 / 4096
     body = [
         "#include <cstdint>\n\nnamespace vqmath63::elementary {\n\n// clang-format off",
-        array("kCoarsePowers", [p for j in range(64) for p in pieces(mpf(2) ** (mpf(j) / 64), 26, 53)],
-              "2^(j / 64): 26 bits, and the rest"),
-        array("kFinePowers", [p for j in range(64)
-                              for p in pieces(mpf(2) ** (mpf(j) / 4096), 26, 53)],
-              "2^(j / 4096): 26 bits, and the rest"),
+        array("kCoarsePowers", powers(64), "2^(j / 64) in 26 bits, and the logarithm of what these lack"),
+        array("kFinePowers", powers(4096), "The same of 2^(j / 4096)"),
         array("kLn2By4096", pieces(step, 30, 53), "ln 2 / 4096: 30 bits, and the rest"),
         array("k4096ByLn2", [1 / step], "4096 / ln 2"),
         array("kLn2", [on_grid(ln2, -42), ln2 - on_grid(ln2, -42)],
@@ -108,6 +118,7 @@ def tables():
         array("kLogRows", [v for row in log_rows() for v in row],
               "For the i-th of 256 intervals of mantissas from 11/16 to 11/8 a factor f of at most 12 bits"
               "\n/// near the mantissa's reciprocal, and -ln f: a multiple of 2^-42, and the rest"),
+        array("kLogSeries", log_series(), "ln(1 + r) = r + r^2 times this in powers of r, |r| <= 2^-8, to 2^-71"),
         array("kLog10OfE", pieces(1 / mpmath.log(10), 53, 53), "log10 e in two parts"),
         array("kSines", [p for j in range(640) for p in
                          (pieces(mpmath.sin(pi * j / 256), 26, 53) if j % 256 else (mpf(0), mpf(0)))],

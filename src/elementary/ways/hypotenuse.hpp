@@ -1,27 +1,24 @@
-#include <limits>
+#pragma once
 
-#include "elementary/functions.hpp"
-#include "elementary/quick.hpp"
-#include "elementary/sure.hpp"
+#include "elementary/ways/support.hpp"
 
-namespace vqmath63::elementary {
+namespace vqmath63::elementary::VQ_WAY {
 namespace {
 
 // sqrt(x^2 + y^2) for x >= y, squares and their sum in two Doubles each; the root's rest by one
 // step of Newton's. Whether hi + lo, within 2^-100 of the value, rounds to one Double.
 inline bool quick_hypot(double x, double y, double& result) {
-  const Pair first = exact_product(x, x);
-  const Pair second = exact_product(y, y);
+  const Pair first = product_of(x, x);
+  const Pair second = product_of(y, y);
   const Pair sum = ordered_sum(first.hi, second.hi);
   const double root = std::sqrt(sum.hi);  // platform: rounds correctly everywhere
-  const Pair square = exact_product(root, root);
+  const Pair square = product_of(root, root);
   const double rest = (sum.hi - square.hi) + ((sum.lo + (first.lo + second.lo)) - square.lo);
   return settled(root, rest / (2.0 * root), root * 0x1p-100, result);
 }
 
 // Large, small, or so far apart that the smaller one's square may underflow.
 [[gnu::noinline]] double scaled_hypot(double x, double y) {
-  constexpr double kInfinity = std::numeric_limits<double>::infinity();
   if (x == kInfinity || y == kInfinity) return kInfinity;
   if (std::isnan(x) || std::isnan(y)) return x + y;
   if (y < x * 0x1p-60) return x + y;  // y^2 / (2 x) is less than y; neither is seen
@@ -47,4 +44,4 @@ double hypot(double x, double y) {
   return result;
 }
 
-}  // namespace vqmath63::elementary
+}  // namespace vqmath63::elementary::VQ_WAY

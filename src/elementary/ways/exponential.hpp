@@ -1,0 +1,17 @@
+#pragma once
+
+#include "elementary/ways/support.hpp"
+
+namespace vqmath63::elementary::VQ_WAY {
+
+double exp(double x) {
+  // Beyond, the result is subnormal, infinite, or near it.
+  if (!(std::fabs(x) < 708.0)) [[unlikely]]
+    return std::isnan(x) ? x : sure::exp(x);
+  double result;
+  if (!settled(quick_exponential(x, 0.0), 0x1.ap-65, result)) [[unlikely]]
+    return sure::exp(x);
+  return result;
+}
+
+}  // namespace vqmath63::elementary::VQ_WAY
