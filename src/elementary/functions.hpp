@@ -30,13 +30,14 @@ extern const bool kFused;
   namespace fused {             \
   __VA_ARGS__                   \
   }
-#define VQ_ELEMENTARY_CALL(call) (kFused ? fused::call : portable::call)
+#define VQ_ELEMENTARY_CALL(name, ...) \
+  (kFused ? fused::name(__VA_ARGS__) : portable::name(__VA_ARGS__))
 #else
 #define VQ_ELEMENTARY_WAYS(...) \
   namespace portable {          \
   __VA_ARGS__                   \
   }
-#define VQ_ELEMENTARY_CALL(call) portable::call
+#define VQ_ELEMENTARY_CALL(name, ...) portable::name(__VA_ARGS__)
 #endif
 
 VQ_ELEMENTARY_WAYS(double exp(double x); double log(double x); double log1p(double x);
@@ -46,45 +47,45 @@ VQ_ELEMENTARY_WAYS(double exp(double x); double log(double x); double log1p(doub
 
 /// e^x.
 inline double exp(double x) {
-  return VQ_ELEMENTARY_CALL(exp(x));
+  return VQ_ELEMENTARY_CALL(exp, x);
 }
 /// Natural logarithm; minus infinity for 0, NaN below.
 inline double log(double x) {
-  return VQ_ELEMENTARY_CALL(log(x));
+  return VQ_ELEMENTARY_CALL(log, x);
 }
 /// ln(1 + x), also where 1 + x would lose the digits of x.
 inline double log1p(double x) {
-  return VQ_ELEMENTARY_CALL(log1p(x));
+  return VQ_ELEMENTARY_CALL(log1p, x);
 }
 /// Logarithm to base 10.
 inline double log10(double x) {
-  return VQ_ELEMENTARY_CALL(log10(x));
+  return VQ_ELEMENTARY_CALL(log10, x);
 }
 /// x^y.
 inline double pow(double x, double y) {
-  return VQ_ELEMENTARY_CALL(pow(x, y));
+  return VQ_ELEMENTARY_CALL(pow, x, y);
 }
 /// Circular functions of any finite angle, in radians; NaN for an infinity.
 inline double sin(double x) {
-  return VQ_ELEMENTARY_CALL(sin(x));
+  return VQ_ELEMENTARY_CALL(sin, x);
 }
 inline double cos(double x) {
-  return VQ_ELEMENTARY_CALL(cos(x));
+  return VQ_ELEMENTARY_CALL(cos, x);
 }
 inline double tan(double x) {
-  return VQ_ELEMENTARY_CALL(tan(x));
+  return VQ_ELEMENTARY_CALL(tan, x);
 }
 /// Arc tangent, from -pi/2 to pi/2.
 inline double atan(double x) {
-  return VQ_ELEMENTARY_CALL(atan(x));
+  return VQ_ELEMENTARY_CALL(atan, x);
 }
 /// Angle of the point (x, y), from -pi to pi.
 inline double atan2(double y, double x) {
-  return VQ_ELEMENTARY_CALL(atan2(y, x));
+  return VQ_ELEMENTARY_CALL(atan2, y, x);
 }
 /// sqrt(x^2 + y^2), without overflow on the way.
 inline double hypot(double x, double y) {
-  return VQ_ELEMENTARY_CALL(hypot(x, y));
+  return VQ_ELEMENTARY_CALL(hypot, x, y);
 }
 
 #undef VQ_ELEMENTARY_CALL
