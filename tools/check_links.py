@@ -50,4 +50,5 @@ def main():
     sys.exit(1 if problems or not count else 0)
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -23,6 +23,7 @@ SPECIAL = re.compile(r"\bNaN\b|\b1e308\b|3\.402823E|[Oo]ut of range|infinit|over
 COSTS = re.compile(r"^O\(|nanosecond|microsecond|[Rr]elative error|[Aa]ccura|allocation\.$|[Dd]ouble precision"
                    r"|stored as Single|^Sums are")
 SOURCES = re.compile(r"^Sources?:|W\. J\. Cody")
+PARAGRAPH = "\n\n"  # before a sentence that begins one
 ABBREVIATION = re.compile(r"\b(W|J|Phil|Mag|[A-Z])\.$")
 
 
@@ -51,9 +52,10 @@ class Note:
                 kind = next((name for name, mark in (
                     ("Source", SOURCES), ("Special values", re.compile("^NaN: ")),
                     ("Failures", FAILURES), ("Special values", SPECIAL),
-                    ("Accuracy and cost", COSTS)) if mark.search(part)), "")
-                groups[kind].append(part)
-        return {kind: " ".join(parts) for kind, parts in groups.items() if parts}
+                    ("Accuracy and cost", COSTS)) if mark.search(part.strip())), "")
+                groups[kind].append(part.strip() if kind or not groups[kind] else part)
+        return {kind: " ".join(parts).replace(" " + PARAGRAPH, PARAGRAPH)
+                for kind, parts in groups.items() if parts}
 
 
 @dataclass
@@ -88,7 +90,10 @@ def read_note(lines):
         nonlocal words, target
         text = re.sub(r"\s+", " ", " ".join(words)).strip()
         if target is None:
-            note.text += sentences(text)
+            said = sentences(text)
+            if said and note.text and not said[0].startswith("NaN: "):
+                said[0] = PARAGRAPH + said[0]
+            note.text += said
         elif target[0] == "param":
             note.params[target[1]] = text
         else:

@@ -3,6 +3,7 @@
 import re
 
 from . import examples
+from .comments import PARAGRAPH
 from .steps import steps_for
 
 # Names of members that are words of running text, or of its formulas, too.
@@ -55,6 +56,15 @@ def word_of(argument, note, section, whole, where):
         if argument.name in each.params:
             return each.params[argument.name]
     raise PageError(f"{where}: no @param {argument.name}")
+
+
+def declaration_lines(member):
+    """A declaration as Basic goes on with it in a further line."""
+    head, _, rest = member.declaration().partition("(")
+    parts = rest.split(", ")
+    lines = examples.wrapped("", [f"{head}({parts[0]}", *parts[1:]], ", ")
+    return [("    " if at else "") + line + (", _" if at < len(lines) - 1 else "")
+            for at, line in enumerate(lines)]
 
 
 def group_arguments(members):
@@ -139,7 +149,8 @@ def member_section(names, note, section, whole, of, context):
     if len(names) > 1:
         lines += ["".join(f'<a id="{anchor(name)}"></a>' for name in names), ""]
     lines += ["### " + ", ".join(names), ""]
-    lines += [FENCE + "vb", *(each.declaration() for each in members), FENCE, ""]
+    declared = [line for each in members for line in declaration_lines(each)]
+    lines += [FENCE + "vb", *declared, FENCE, ""]
     groups = note.sorted_text()
     takes_numbers = any(each.type in ("Single", "Double") for m in members for each in m.arguments)
     if takes_numbers and "NaN" not in " ".join(note.text):
@@ -195,7 +206,7 @@ def class_page(of, notes, calls, topics):
              f"`vqmath63/{notes.header}`, in Python `vqmath63.{of.name.removeprefix('zt')}`.", ""]
     text = " ".join(each for each in whole.text if not each.startswith("NaN: "))
     if text:
-        lines += [context.link(text), ""]
+        lines += [context.link(text).replace(" " + PARAGRAPH, PARAGRAPH), ""]
     lines += [*whole.tables, ""] * bool(whole.tables)
     for name, help_text, numbers in of.numbers:
         values = ", ".join(f"`{word}` {number}" for word, number in numbers.items())
@@ -213,10 +224,10 @@ def class_page(of, notes, calls, topics):
                      f"{in_markdown(each.help)} |")
     lines.append("")
     for section, groups in merged_groups(notes.sections):
-        if section.name:
-            lines += [f"## {section.name}", ""]
+        if groups:
+            lines += [f"## {section.name or 'Members'}", ""]
             if section.text:
-                lines += [context.link(" ".join(section.text)), ""]
+                lines += [context.link(" ".join(section.text).replace(PARAGRAPH, "")), ""]
         for names, note in groups:
             lines += member_section(names, note, section, whole, of, context)
     return "\n".join(lines).rstrip() + "\n"
