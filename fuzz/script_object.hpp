@@ -9,7 +9,7 @@ namespace vqmath63::fuzz {
 void host_moment();
 
 /// How many script objects live.
-extern int live_script_objects;
+int live_script_objects();
 
 /// A new object, with one reference.
 IDispatch* new_script_object(Bytes& bytes);

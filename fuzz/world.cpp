@@ -1,15 +1,24 @@
 #include "world.hpp"
 
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <memory>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 #include "component/class_list.hpp"
 #include "component/exports.hpp"
 #include "frame/companions.hpp"
 #include "frame/fault.hpp"
+#include "frame/log_file.hpp"
+#include "frame/message_receivers.hpp"
+#include "frame/passed_on.hpp"
 #include "frame/replaced_companions.hpp"
 #include "script_object.hpp"
 
@@ -38,14 +47,64 @@ struct Sink final : ztErrorHandler {
   std::uint8_t fault_;
 };
 
+/// Around each operation of an odd companion: other arguments for the built-in one, or for what has
+/// called it.
+class Odd {
+ public:
+  enum : std::uint8_t {
+    kFlags = 1,
+    kCounts = 2,
+    kArrays = 4,
+    kErased = 8,
+    kBefore = 16,
+    kAfter = 32
+  };
+  static inline std::uint8_t what = 0;
+  static inline double other = 0;
+
+  Odd() = default;
+  template <class First, class... Others>
+  explicit Odd(First& first, Others&... others)
+      : spoil_all_([&first, &others...] { spoil(first), (spoil(others), ...); }) {
+    host_moment();
+    if ((what & kBefore) != 0) spoil_all_();
+  }
+  ~Odd() {
+    try {
+      if (spoil_all_ && (what & kAfter) != 0) spoil_all_();
+    } catch (const Fault&) {  // an array that stays as it is
+    }
+  }
+  Odd(const Odd&) = delete;
+  Odd& operator=(const Odd&) = delete;
+
+ private:
+  static void spoil(bool& flag) { flag = flag != ((what & kFlags) != 0); }
+  template <class T>
+  static void spoil(T& value) {
+    if constexpr (std::is_arithmetic_v<T>) {
+      if ((what & kCounts) != 0) value = static_cast<T>(other);
+    }
+  }
+  template <class T>
+  static void spoil(Array1<T>& array) {
+    if ((what & kArrays) != 0)
+      array.redim((what & kFlags) != 0 ? 1 : 0, (what & kCounts) != 0 ? 1 : 3);
+    if ((what & kErased) != 0) array.erase();
+  }
+
+  std::function<void()> spoil_all_;
+};
+
 /// A maker that fails in one way or another, or gives a companion of the host's own.
-template <class Companion>
+template <template <class> class PassedOn, class Companion>
 auto maker(std::uint8_t way, const std::function<std::shared_ptr<Companion>()>& built_in) {
   return [=]() -> std::shared_ptr<Companion> {
     host_moment();
     if (way == 1) return nullptr;
     if (way == 2) raise_fault(ErrorNumber::kSubscript);
     if (way == 3) throw std::bad_alloc();
+    if (way == 6) return std::make_shared<PassedOn<Odd>>(built_in());
     return way == 4 ? as_host_code(built_in()) : built_in();
   };
 }
@@ -70,8 +129,11 @@ World::~World() {
   end_arrays();
   VqSetMessageCallback(nullptr, nullptr);
   VqSetProcessMessageCallback(nullptr, nullptr);
+  set_append_to_file(nullptr);
+  set_system_output(nullptr);
+  stderr = standard_error_;
   world = nullptr;
-  require(live_script_objects == 0, "references to objects of the host are left");
+  require(live_script_objects() == 0, "references to objects of the host are left");
   if (wrote_log_) {
     for (const auto& entry : std::filesystem::directory_iterator(".")) {
       std::filesystem::remove_all(entry);
@@ -110,10 +172,25 @@ void World::run(const Operation& operation) {
         events_.push_back({head.byte() % 32U, {operation.begin() + 1, operation.end()}});
       }
       break;
+    case 8:
+      prepare_file(head, operation);
+      break;
     default:
       call(head, operation);
   }
   --depth_;
+}
+
+bool World::refuses_memory(std::size_t size) noexcept {
+  constexpr std::size_t kMost = std::size_t{1} << 27;
+  if (in_library_ && size > kMost) return true;
+  if (!in_library_ || requests_left_ == 0) return false;
+  if (requests_left_ > 1) {
+    --requests_left_;
+    return false;
+  }
+  if (refusal_ < 128) requests_left_ = 0;
+  return true;
 }
 
 void World::moment() {
@@ -147,7 +224,9 @@ void host_moment() {
 
 void World::line(const std::u16string& text, bool is_close_down) {
   moment();
+  const bool in_library = std::exchange(in_library_, false);
   check_line(text, is_close_down);
+  in_library_ = in_library;
 }
 
 IDispatch* World::object(std::size_t type) {
@@ -156,8 +235,9 @@ IDispatch* World::object(std::size_t type) {
     const automation::ClassInfo& info = *component::classes()[type];
     void* made = nullptr;
     const HRESULT code = as_host([&] { return info.create(info.iid, &made); });
-    require(SUCCEEDED(code) ? made != nullptr : made == nullptr && own_companions_,
-            "an object cannot be made");
+    require(
+        SUCCEEDED(code) ? made != nullptr : made == nullptr && (own_companions_ || refusal_ != 0),
+        "an object cannot be made");
     IDispatch* const old = std::exchange(object, static_cast<IDispatch*>(made));
     if (old != nullptr) old->Release();  // made meanwhile, while the host was called back
   }
@@ -201,22 +281,52 @@ void World::set_host_state(Bytes head) {
     VqLastMessage(what & 64, &last.v.bstrVal);
   }
   if ((what & 4) != 0 && !keeps_control_) control_ = head.raw<std::uint16_t>() & kControlBits;
+  if ((what & 128) != 0) refusal_ = head.byte();
+}
+
+/// Where a log is to go: a file that ends within a line or with it, a folder or a pipe; and who
+/// else takes lines.
+void World::prepare_file(Bytes head, const Operation& operation) {
+  const std::uint8_t what = head.byte();
+  HostVariable name;
+  name.v.vt = VT_BSTR;
+  Bytes bytes(chunk(operation, 1));
+  name.v.bstrVal = text(bytes);
+  std::string path;
+  for (UINT i = 0; i < SysStringLen(name.v.bstrVal); ++i) {
+    path += static_cast<char>(name.v.bstrVal[i] % 127 + 1);
+  }
+  std::replace(path.begin(), path.end(), '/', '_');
+  if (path.empty() || path[0] == '.' || std::filesystem::exists(path)) return;
+  wrote_log_ = true;
+  if (what % 4 == 0) std::ofstream(path) << bytes.rest();
+  if (what % 4 == 1) mkdir(path.c_str(), 0700);
+  if (what % 4 == 2) mkfifo(path.c_str(), 0600);
+  static std::FILE* const full = std::fopen("/dev/full", "w");
+  if ((what & 4) != 0 && full != nullptr) stderr = full;
+  if ((what & 16) != 0) set_append_to_file([](const auto&, const auto&) { return false; });
+  if ((what & 32) != 0) set_system_output([](const std::string&) noexcept { host_moment(); });
 }
 
 void World::replace_companions(Bytes head) {
   const std::uint8_t which = head.byte();
-  const std::uint8_t way = head.byte() % 6;
+  const std::uint8_t way = head.byte() % 7;
   if (way == 4 && control_ != kUsualControl) return;  // built-in ones want the usual state
   own_companions_ = true;
   keeps_control_ = keeps_control_ || way == 4;
   const CompanionMakers built_in = built_in_makers();
   CompanionMakers& makers = companion_makers();
-  if ((which & 1) != 0) makers.CommonMaths = maker(way, built_in.CommonMaths);
-  if ((which & 2) != 0) makers.ArrayTools = maker(way, built_in.ArrayTools);
-  if ((which & 4) != 0) makers.SortTools = maker(way, built_in.SortTools);
-  if ((which & 8) != 0) makers.DateTools = maker(way, built_in.DateTools);
+  if (way == 6) {
+    Odd::what = head.byte();
+    Odd::other = std::clamp(number(head), -2147483648.0, 70000.0);
+  }
+  if ((which & 1) != 0)
+    makers.CommonMaths = maker<passed_on::CommonMaths>(way, built_in.CommonMaths);
+  if ((which & 2) != 0) makers.ArrayTools = maker<passed_on::ArrayTools>(way, built_in.ArrayTools);
+  if ((which & 4) != 0) makers.SortTools = maker<passed_on::SortTools>(way, built_in.SortTools);
+  if ((which & 8) != 0) makers.DateTools = maker<passed_on::DateTools>(way, built_in.DateTools);
   if ((which & 16) != 0) {
-    makers.ErrorHandler = maker(way, built_in.ErrorHandler);
+    makers.ErrorHandler = maker<passed_on::ErrorHandler>(way % 6, built_in.ErrorHandler);
     if (way == 5) {
       const std::uint8_t fault = head.byte() % 3;
       makers.ErrorHandler = [=] { return std::make_shared<Sink>(fault); };

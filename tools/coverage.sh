@@ -16,10 +16,14 @@ require_packages clang llvm cmake ninja-build libgtest-dev libcli11-dev
 root=$PWD/build/coverage
 tests=(-LE install)
 targets=()
+programs=("$root"/fuzz/replay_component "$root"/src/libvqmath63.so)
 show=
 while [ $# -gt 0 ]; do
   case $1 in
-    --replay) tests=(-L fuzz) targets=(--target replay_component) ;;
+    --replay)
+      tests=(-R fuzz.the_corpus_of_component) targets=(--target replay_component)
+      programs=("$root"/fuzz/replay_component)
+      ;;
     --show) show=$2; shift ;;
     *) sed -n '2,/^$/s/^# \{0,1\}//p' "$0"; exit 2 ;;
   esac
@@ -29,20 +33,23 @@ done
 launcher=()
 ! command -v ccache >/dev/null || launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 flags="-O1 -fprofile-instr-generate -fcoverage-mapping"
-cmake --preset clang -B "$root" "${launcher[@]}" -DCMAKE_CXX_FLAGS="$flags" >"$root.log"
+cmake --preset clang -B "$root" "${launcher[@]}" -DCMAKE_CXX_FLAGS="$flags" -DVQ_TEST_CORPORA=ON \
+  >"$root.log"
 cmake --build "$root" -j "$(nproc)" "${targets[@]}" >>"$root.log"
 
 rm -rf "$root/profiles"
-LLVM_PROFILE_FILE="$root/profiles/%p-%m.profraw" TZ=Asia/Kathmandu LC_ALL=C \
-  ctest --test-dir "$root" -j "$(nproc)" "${tests[@]}" --no-tests=error >>"$root.log" || true
+LLVM_PROFILE_FILE="$root/profiles/%4m.profraw" TZ=Asia/Kathmandu LC_ALL=C \
+  ctest --test-dir "$root" -j "$(nproc)" "${tests[@]}" --no-tests=error >>"$root.log" ||
+  echo "coverage: a test has failed; see $root.log" >&2
 llvm-profdata merge -sparse "$root"/profiles/*.profraw -o "$root/all.profdata"
 
-programs=()
-for program in "$root"/fuzz/replay_* "$root"/tests/test_* "$root"/src/libvqmath63.so; do
-  if [ -x "$program" ] && [ -f "$program" ]; then programs+=(-object "$program"); fi
+objects=()
+[ ${#targets[@]} -gt 0 ] || programs+=("$root"/tests/test_*)
+for program in "${programs[@]}"; do
+  if [ -x "$program" ] && [ -f "$program" ]; then objects+=(-object "$program"); fi
 done
-report=("${programs[@]:1}" -instr-profile "$root/all.profdata" -ignore-filename-regex
-  "^($PWD/(tests|fuzz|src/host|src/component/(generate|[a-z]+_text))|/usr)")
+report=("${objects[@]:1}" -instr-profile "$root/all.profdata" -ignore-filename-regex
+  "^($PWD/(build/coverage/../../)?(tests|fuzz|src/host|src/component/(generate|[a-z]+_text))|/usr)")
 llvm-cov report "${report[@]}" | awk '
   /^Filename/ || /^-/ { next }
   { printf "%-46s lines %6s of %5d %8s   branches %6s of %5d %8s\n", $1, $8 - $9, $8, $10, $11 - $12, $11, $13 }'

@@ -54,7 +54,7 @@ TEST_F(ScriptObjectsTest, arrays_are_read_changed_and_refilled) {
       const Answer answer = call(object, row.member, {sent.variant, i4(row.what).v});
       EXPECT_EQ(answer.hr, S_OK) << row.seen << ascii(answer.words);
       EXPECT_EQ(ascii(characters(answer.result.v.bstrVal)), row.seen) << form;
-      EXPECT_EQ(object_of(mine).text(), row.after) << row.seen << " form " << form;
+      EXPECT_EQ(text_of(object_of(mine)), row.after) << row.seen << " form " << form;
     }
   }
 }
