@@ -9,6 +9,32 @@
 #include "component/exports.hpp"
 #include "world.hpp"
 
+// The program is linked so that its requests for memory come by here (--wrap).
+extern "C" {
+void* __real_malloc(std::size_t size);
+void* __real_calloc(std::size_t count, std::size_t size);
+void* __real_realloc(void* block, std::size_t size);
+void* __wrap_malloc(std::size_t size);
+void* __wrap_calloc(std::size_t count, std::size_t size);
+void* __wrap_realloc(void* block, std::size_t size);
+}
+
+namespace {
+bool refused(std::size_t size) {
+  return vqmath63::fuzz::world != nullptr && vqmath63::fuzz::world->refuses_memory(size);
+}
+}  // namespace
+
+void* __wrap_malloc(std::size_t size) {
+  return refused(size) ? nullptr : __real_malloc(size);
+}
+void* __wrap_calloc(std::size_t count, std::size_t size) {
+  return refused(count * size) ? nullptr : __real_calloc(count, size);
+}
+void* __wrap_realloc(void* block, std::size_t size) {
+  return refused(size) ? nullptr : __real_realloc(block, size);
+}
+
 // The sanitizer's own end the program where there is no memory, instead of throwing.
 void* operator new(std::size_t size) {
   if (void* const block = std::malloc(size)) return block;

@@ -1,5 +1,7 @@
 // What a host does beside its calls: functions of the system, questions, objects that come and go.
 #include <algorithm>
+#include <tuple>
+#include <type_traits>
 
 #include "component/class_list.hpp"
 #include "component/exports.hpp"
@@ -9,6 +11,7 @@ extern "C" {
 HRESULT VQ_API DllRegisterServer();
 HRESULT VQ_API DllUnregisterServer();
 HRESULT VQ_API DllInstall(BOOL install, LPCOLESTR words);
+HRESULT VQ_API DllCanUnloadNow();
 }
 
 namespace vqmath63::fuzz {
@@ -148,43 +151,128 @@ void use_error_info(Bytes& head, HostVariable& variable) {
   made->Release();
 }
 
+/// A function with each of its pointers null in turn.
+template <class... Parameters>
+void call_with_nulls(HRESULT (*function)(Parameters...), Parameters... arguments) {
+  for (std::size_t which = 0; which < sizeof...(Parameters); ++which) {
+    std::size_t place = 0;
+    const auto or_null = [&](auto argument) {
+      if constexpr (std::is_pointer_v<decltype(argument)>) {
+        if (place++ == which) argument = nullptr;
+      } else {
+        ++place;
+      }
+      return argument;
+    };
+    std::tuple<Parameters...> sent{or_null(arguments)...};
+    std::apply(function, sent);
+  }
+}
+
 /// Nothing where a function wants a place or a value.
 void use_nothing() {
   HostVariable variable;
-  LONG index = 0;
+  VARIANT& v = variable.v;
+  LONG index = 1;
   SAFEARRAYBOUND bound{1, 1};
+  VARTYPE type = VT_R4;
+  BSTR words = nullptr;
+  CLSID clsid = component::classes()[0]->clsid;
+  SAFEARRAY* const array = SafeArrayCreate(VT_R4, 1, &bound);
+  call_with_nulls<SAFEARRAY*, SAFEARRAYBOUND*>(SafeArrayRedim, array, &bound);
+  call_with_nulls<SAFEARRAY*, UINT, LONG*>(SafeArrayGetLBound, array, 1, &index);
+  call_with_nulls<SAFEARRAY*, UINT, LONG*>(SafeArrayGetUBound, array, 1, &index);
+  call_with_nulls<SAFEARRAY*, VARTYPE*>(SafeArrayGetVartype, array, &type);
+  call_with_nulls<SAFEARRAY*, void**>(SafeArrayAccessData, array, &v.byref);
+  call_with_nulls<SAFEARRAY*, LONG*, void*>(SafeArrayGetElement, array, &index, &v.llVal);
+  call_with_nulls<SAFEARRAY*, LONG*, void*>(SafeArrayPutElement, array, &index, &v.llVal);
+  call_with_nulls<SAFEARRAY*, LONG*, void**>(SafeArrayPtrOfIndex, array, &index, &v.byref);
+  SafeArrayPutElement(array, &index, nullptr);
+  SafeArrayCopy(array, nullptr);
+  SafeArrayCopy(nullptr, &v.parray);
+  SafeArrayDestroy(array);
+  SafeArrayDestroy(nullptr);
+  SafeArrayDestroyData(nullptr);
+  SafeArrayLock(nullptr);
+  SafeArrayUnlock(nullptr);
+  SafeArrayUnaccessData(nullptr);
+  SafeArrayCreate(VT_R4, 0, &bound);
+  SafeArrayCreate(VT_R4, 100, &bound);
+  SafeArrayCreate(VT_R4, 1, nullptr);
   SysReAllocString(nullptr, u"x");
   SysReAllocStringLen(nullptr, u"x", 1);
+  SysReAllocString(&words, nullptr);
   SysAllocString(nullptr);
-  SafeArrayCreate(VT_R4, 0, &bound);
-  SafeArrayCreate(VT_R4, 1, nullptr);
-  SafeArrayRedim(nullptr, &bound);
-  SafeArrayCopy(nullptr, &variable.v.parray);
-  SafeArrayCopy(nullptr, nullptr);
-  SafeArrayGetElement(nullptr, &index, &variable.v);
-  SafeArrayPutElement(nullptr, &index, &variable.v);
-  SafeArrayPtrOfIndex(nullptr, &index, &variable.v.byref);
-  SafeArrayDestroy(nullptr);
-  SafeArrayLock(nullptr);
   VariantInit(nullptr);
   VariantClear(nullptr);
-  VariantCopy(nullptr, &variable.v);
-  VariantCopyInd(&variable.v, nullptr);
-  VariantChangeType(&variable.v, nullptr, 0, VT_I4);
-  GetErrorInfo(0, nullptr);
+  VARIANT reference{};
+  reference.vt = VT_BYREF | VT_R8;
+  call_with_nulls<VARIANT*, const VARIANT*>(VariantCopy, &v, &reference);
+  call_with_nulls<VARIANT*, const VARIANT*>(VariantCopyInd, &v, &reference);
+  VariantCopyInd(&v, &reference);
+  call_with_nulls<VARIANT*, const VARIANT*, USHORT, VARTYPE>(VariantChangeType, &v, &reference, 0,
+                                                             VT_I4);
+  call_with_nulls<ULONG, IErrorInfo**>(GetErrorInfo, 0, nullptr);
   GetErrorInfo(1, nullptr);
   SetErrorInfo(1, nullptr);
   CreateErrorInfo(nullptr);
-  CLSIDFromProgID(nullptr, nullptr);
+  call_with_nulls<LPCOLESTR, CLSID*>(CLSIDFromProgID, u"vq140Analyse.ztSample", &clsid);
   VqDescribe(nullptr, nullptr);
   VqLastMessage(0, nullptr);
-  DllGetClassObject(CLSID{}, IID_IUnknown, nullptr);
-  require(variable.v.vt == VT_EMPTY, "nothing has become something");
+  DllGetClassObject(clsid, IID_IUnknown, nullptr);
+  DllGetClassObject(CLSID{}, IID_IUnknown, &v.byref);
+  VqCallMany(nullptr, 0, 0, 0, nullptr, 0, nullptr, nullptr);
+  v = {};
+}
+
+/// The same of the objects themselves.
+void use_nothing_of(IDispatch* object, const automation::ClassInfo& info) {
+  void* found = nullptr;
+  DISPID id = 0;
+  UINT count = 0;
+  ITypeInfo* none = nullptr;
+  OLECHAR words[] = u"x";
+  const VqColumn column{};
+  object->QueryInterface(IID_IUnknown, nullptr);
+  object->GetTypeInfoCount(nullptr);
+  object->GetTypeInfoCount(&count);
+  for (const UINT index : {0U, 1U}) {
+    object->GetTypeInfo(index, 0, nullptr);
+    object->GetTypeInfo(index, 0, &none);
+  }
+  object->GetIDsOfNames(IID_NULL, nullptr, 1, 0, &id);
+  OLECHAR* name = words;
+  object->GetIDsOfNames(IID_NULL, &name, 0, 0, &id);
+  object->GetIDsOfNames(IID_NULL, &name, 1, 0, nullptr);
+  for (const UINT given : {0U, 1U})
+    VqCallMany(object, 1, DISPATCH_METHOD, -1, &column, given, nullptr, nullptr);
+  VqCallMany(object, 1, DISPATCH_METHOD, 1, nullptr, 1, nullptr, nullptr);
+  for (const IID& iid : {IID_IProvideClassInfo, IID_ISupportErrorInfo}) {
+    if (object->QueryInterface(iid, &found) != S_OK) continue;
+    auto* const held = static_cast<IUnknown*>(found);
+    if (iid == IID_IProvideClassInfo) static_cast<IProvideClassInfo*>(found)->GetClassInfo(nullptr);
+    if (iid == IID_ISupportErrorInfo) {
+      static_cast<ISupportErrorInfo*>(found)->InterfaceSupportsErrorInfo(IID_IDispatch);
+    }
+    held->Release();
+  }
+  if (DllGetClassObject(info.clsid, IID_IClassFactory, &found) != S_OK) return;
+  auto* const factory = static_cast<IClassFactory*>(found);
+  factory->QueryInterface(IID_IUnknown, nullptr);
+  factory->CreateInstance(nullptr, IID_IDispatch, nullptr);
+  factory->CreateInstance(object, IID_IDispatch, &found);
+  factory->LockServer(FALSE);
+  factory->Release();
+  require(DllCanUnloadNow() == S_FALSE, "an object is not counted");
 }
 
 }  // namespace
 
 void World::system_call(Bytes head, const Operation&) {
+  with_refusals([&] { call_system(head); });
+}
+
+void World::call_system(Bytes& head) {
   HostVariable& from = variables[head.below(kVariables)];
   HostVariable& to = variables[head.below(kVariables)];
   VARIANT source = variant_of(from, head.byte() % 3);
@@ -219,7 +307,6 @@ void World::use_object(Bytes head) {
   const IID known[] = {IID_IUnknown,          IID_IDispatch,     info.iid,  IID_ISupportErrorInfo,
                        IID_IProvideClassInfo, IID_IClassFactory, info.clsid};
   void* found = nullptr;
-  UINT count = 0;
   switch (head.below(6)) {
     case 0: {
       const bool used = std::any_of(frames_.begin(), frames_.end(),
@@ -251,8 +338,7 @@ void World::use_object(Bytes head) {
       break;
     }
     case 2:
-      self->GetTypeInfoCount((head.byte() & 1) != 0 ? nullptr : &count);
-      self->GetTypeInfo(head.byte() % 2, 0, nullptr);
+      use_nothing_of(self, info);
       break;
     case 3: {
       if (DllGetClassObject(info.clsid, known[head.below(std::size(known))], &found) != S_OK) break;
@@ -293,7 +379,8 @@ void World::ask(Bytes head, const Operation& operation) {
   HostVariable id, told;
   id.v.vt = told.v.vt = VT_BSTR;
   id.v.bstrVal = text(bytes);
-  const HRESULT asked = VqDescribe(id.v.bstrVal, &told.v.bstrVal);
+  HRESULT asked = S_OK;
+  with_refusals([&] { asked = VqDescribe(id.v.bstrVal, &told.v.bstrVal); });
   require(SUCCEEDED(asked) == (told.v.bstrVal != nullptr), "a description is lost");
   CLSID clsid{};
   CLSIDFromProgID(id.v.bstrVal, &clsid);

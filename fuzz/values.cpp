@@ -167,7 +167,14 @@ class Elements {
 };
 
 void make_array(Bytes& bytes, VARTYPE element, int rank, HostVariables& variables, VARIANT& out) {
-  enum : std::uint8_t { kNone = 4, kFixed = 8, kStatic = 16, kLocked = 32, kOtherRank = 64 };
+  enum : std::uint8_t {
+    kNone = 4,
+    kFixed = 8,
+    kStatic = 16,
+    kLocked = 32,
+    kOtherRank = 64,
+    kFull = 128
+  };
   const std::uint8_t form = bytes.byte();
   out.vt = static_cast<VARTYPE>(VT_ARRAY | element);
   out.parray = nullptr;
@@ -216,6 +223,9 @@ void make_array(Bytes& bytes, VARTYPE element, int rank, HostVariables& variable
   if ((form & kLocked) != 0) {
     locked[out.parray] = 1;
     SafeArrayLock(out.parray);
+  }
+  if ((form & kFull) != 0) {  // of locks
+    locked[out.parray] = out.parray->cLocks = std::numeric_limits<ULONG>::max();
   }
 }
 

@@ -294,7 +294,7 @@ void World::prepare_file(Bytes head, const Operation& operation) {
   name.v.bstrVal = text(bytes);
   std::string path;
   for (UINT i = 0; i < SysStringLen(name.v.bstrVal); ++i) {
-    path += static_cast<char>(name.v.bstrVal[i] % 127 + 1);
+    if (const char c = static_cast<char>(name.v.bstrVal[i] % 128); c != 0) path += c;
   }
   std::replace(path.begin(), path.end(), '/', '_');
   if (path.empty() || path[0] == '.' || std::filesystem::exists(path)) return;

@@ -4,6 +4,7 @@
 
 #include <xmmintrin.h>
 
+#include <cstdio>
 #include <deque>
 #include <map>
 #include <utility>
@@ -45,6 +46,10 @@ class World {
   /// Takes a line of the error sink.
   void line(const std::u16string& text, bool is_close_down);
 
+  /// Whether a request for memory is to be refused: of the library, by plan or for its size.
+  bool refuses_memory(std::size_t size) noexcept;
+  bool is_short_of_memory() const { return refusal_ != 0; }
+
   /// An object of a class; null where the host's own companions keep it from being made.
   IDispatch* object(std::size_t type);
 
@@ -57,8 +62,10 @@ class World {
   void set_host_state(Bytes head);
   void set_callback(bool on);
   void replace_companions(Bytes head);
+  void prepare_file(Bytes head, const Operation& operation);
   void use_object(Bytes head);
   void system_call(Bytes head, const Operation& operation);
+  void call_system(Bytes& head);
   void ask(Bytes head, const Operation& operation);
 
   void decode_arguments(const Operation& operation, const automation::MemberInfo& member,
@@ -70,9 +77,11 @@ class World {
   void call_many(const automation::MemberInfo& member, Frame& frame, Bytes& head);
   HRESULT call_by_name(const automation::ClassInfo& info, const automation::MemberInfo& member,
                        Frame& frame, const Operation& operation, Bytes& head);
-  /// Runs work of the library in the host's floating-point state.
+  /// Runs work of the library, whose memory may be refused, in the host's floating-point state.
   template <class Work>
   HRESULT as_host(Work work);
+  template <class Work>
+  void with_refusals(Work work);
   void look_at_variables();
 
   struct Event {
@@ -85,21 +94,31 @@ class World {
   std::deque<Event> events_;
   std::uint32_t control_ = kUsualControl;
   bool in_library_ = false;
+  std::FILE* const standard_error_ = stderr;
   bool wrote_log_ = false;
   bool own_companions_ = false;
   bool keeps_control_ = false;  // companions work in the host's state
+  std::uint8_t refusal_ = 0;    // which request of a call, from 1 on; from 128 on all after it too
+  int requests_left_ = 0;
   unsigned moments_ = 0;
   int depth_ = 0;
 };
 
 template <class Work>
-HRESULT World::as_host(Work work) {
+void World::with_refusals(Work work) {
   const bool before = std::exchange(in_library_, true);
+  requests_left_ = refusal_ % 128;
+  work();
+  in_library_ = before;
+}
+
+template <class Work>
+HRESULT World::as_host(Work work) {
+  HRESULT result = S_OK;
   _mm_setcsr(control_);
-  const HRESULT result = work();
+  with_refusals([&] { result = work(); });
   const std::uint32_t after = _mm_getcsr() & kControlBits;
   _mm_setcsr(kUsualControl);
-  in_library_ = before;
   require(after == control_, "the floating-point control word was not kept");
   return result;
 }

@@ -43,9 +43,15 @@ esac
 status=0
 "$program" "${options[@]}" -max_total_time="$seconds" "$run/inputs" "$run/first" || status=$?
 if [ "$keep" = yes ] && [ "$target" = component ]; then
+  # By a program without optimisation, in which every branch of the source has an edge of its own.
+  edges=$build-edges
+  cmake --preset fuzz -B "$edges" "${launcher[@]}" -DCMAKE_BUILD_TYPE=Debug \
+    -DCMAKE_CXX_FLAGS="-O0 -g0" -DVQ_SANITIZE=fuzzer-no-link >/dev/null
+  cmake --build "$edges" -j "$(nproc)" --target fuzz_component
   rm -rf "$run/least"
   mkdir "$run/least"
-  "$program" "${options[@]}" -set_cover_merge=1 "$run/least" "$run/inputs" "$run/first" || status=$?
+  "$edges/fuzz/fuzz_component" "${options[@]}" -set_cover_merge=1 -use_counters=0 "$run/least" \
+    "$run/inputs" "$run/first" || status=$?
   python3 tools/fuzz_corpus.py pack "$run/least" fuzz/corpus/component.corpus
 fi
 exit "$status"

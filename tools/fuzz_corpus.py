@@ -115,7 +115,11 @@ def operation(*chunks):
 # Numbers of fuzz/values.cpp: of types, of ways to send, of operations.
 R8, I2, OBJECT, TEXT, VARIANT, ARRAY = 0, 3, 9, 8, 22, 0x80
 BY_VALUE, BY_REF, IN_VARIANT, IN_REF, NESTED, MISSING = range(6)
-CALL, ASSIGN, STATE, COMPANIONS, OBJECTS, SYSTEM, ASK, LATER = range(8)
+CALL, ASSIGN, STATE, COMPANIONS, OBJECTS, SYSTEM, ASK, LATER, PREPARE = range(9)
+BY_NAME, BY_VTABLE, AT_ONCE = range(3)
+NUMBERS = range(82)  # of the list of numbers
+EXTREMES = (0, 1, 2, 28, 3, 4, 24, 36, 44, 55, 45, 46, 47, 52)
+RANGE, MOMENT = 0xF0, 0xF1  # kinds of script objects beside an array, 0 or 1, a box, 2, and others
 
 
 def double(x):
@@ -154,31 +158,185 @@ def disguised(cell, kind, way):
     return bytes([ARRAY | R8, 1]) + shape + b"\1" + b"".join(map(double, elements))
 
 
-def worked_calls(rows):
-    """The worked calls, each behind the properties that were set before it."""
-    name, before = "", {}
+def each_worked_call(rows):
+    """Class, place, types and cells of each worked call, and what was set before it."""
+    name, before = "", b""
     for fields in fields_of("calls.tsv"):
         if fields[0] == "new":
-            name, before = fields[1], {}
+            name, before = fields[1], b""
         if fields[0] not in ("call", "get", "let"):
             continue
         of_class, place, types = rows[name, fields[0], fields[1]]
         cells = list(zip([cell.split(">")[0] for cell in fields[3:]], types))
+        yield of_class, place, cells, before
+        if fields[0] == "let" or not types:
+            own = [b"\0" + value(*cell) for cell in cells]
+            before = (before + operation(bytes([CALL, of_class, place, BY_VTABLE]), *own))[-2000:]
+
+
+def worked_calls(rows):
+    """The worked calls in every form, each behind the properties that were set before it."""
+    for of_class, place, cells, before in each_worked_call(rows):
         own = [value(*cell) for cell in cells]
         other = [[disguised(*cell, way) for cell in cells] for way in range(4)] if cells else []
-        # By name, through the vtable (1), three at once (2).
-        plans = [(0, IN_VARIANT, own), (1, 0, own), (2, 0, own), (0, BY_REF, own), (0, IN_REF, own)]
-        plans += [(0, form, values) for form in (BY_VALUE, IN_VARIANT) for values in other]
+        plans = [(BY_NAME, IN_VARIANT, own), (BY_VTABLE, 0, own), (AT_ONCE, 0, own)]
+        plans += [(BY_NAME, BY_REF, own), (BY_NAME, IN_REF, own)]
+        plans += [(BY_NAME, form, values) for form in (BY_VALUE, IN_VARIANT) for values in other]
         for k, (way, form, values) in enumerate(plans):
             arguments = [bytes([form]) + v for v in values]
-            one = operation(bytes([CALL, of_class, place, way]) + b"\3\0" * (way == 2), *arguments)
-            if fields[0] == "let" or not types:
-                before[k] = (before.get(k, b"") + one)[-2000:]
-            yield before.get(k, b"") + one
+            head = bytes([CALL, of_class, place, way]) + b"\3\0" * (way == AT_ONCE)
+            yield before + operation(head, *arguments)
             for skipped in range(len(arguments)):  # and once with each argument left out
                 if k == 0:
                     some = arguments[:skipped] + [bytes([MISSING])] + arguments[skipped + 1 :]
-                    yield operation(bytes([CALL, of_class, place, 0]), *some)
+                    yield operation(bytes([CALL, of_class, place, BY_NAME]), *some)
+
+
+def spoiled(cell, kind):
+    """What else may stand for an argument: the way of the call, the form, and the value."""
+    if not cell.startswith("["):
+        if kind == "String":
+            return [(BY_VTABLE, 0, b"\0" + bytes([word])) for word in range(60)]
+        moments = [bytes([OBJECT, MOMENT, methods]) + b"\0\x45" * 3 for methods in (1, 2, 3, 6, 7)]
+        return [(BY_VTABLE, 0, b"\0" + bytes([n])) for n in NUMBERS] + [(BY_NAME, 0, m) for m in moments]
+    plain = value(cell, kind)
+    if plain == b"\0\x04":
+        return []
+    rank = 2 if kind.endswith("(,)") else 1
+    shape, elements = plain[2 : 2 + rank], plain[3 + rank :]
+    size = 1 if kind.startswith("Boolean") else 4
+    made = [b"\0\x04"]
+    for form in (1, 8, 16, 32, 128):  # from 0; fixed, static, locked, locked as often as can be
+        made.append(b"\0" + bytes([form]) + plain[2:])
+    for lower in (2, -3):
+        moved = b"".join(bytes([count]) + struct.pack("<b", lower) for count in shape)
+        made.append(b"\0\x02" + moved + plain[2 + rank :])
+    for far in (52, 54, 55):  # whose upper bound is near the largest, or negative
+        made.append(b"\0\x03" + b"".join(bytes([count, far]) for count in shape) + plain[2 + rank :])
+    for d in range(rank):
+        for count in (0, 1, 2, max(shape[d] - 1, 0), shape[d] + 1):
+            made.append(b"\0\0" + shape[:d] + bytes([count]) + shape[d + 1 :] + plain[2 + rank :])
+    if size == 4:  # one number of the list at one place, and all alike
+        for n in EXTREMES:
+            some = b"".join(b"\xff" + elements[i : i + 4] for i in range(0, len(elements), 4))
+            for at in (0, 5, len(some) - 5):
+                made.append(b"\0\0" + shape + b"\1" + some[:at] + bytes([n]) + some[at + 5 :])
+            made.append(b"\0\0" + shape + b"\3" + bytes([n]))
+    both = [(way, form, v) for v in made for way, form in ((BY_VTABLE, 0), (BY_NAME, IN_VARIANT))]
+    numbers = [number(e) if e[-1] != "e" else -1.0 for row in cell[1:-1].split(";") for e in row.split()]
+    doubles = b"".join(map(double, numbers))
+    mixed = b"".join(bytes([27]) + double(x) for x in numbers)
+    count = bytes([len(numbers)])
+    for form, sizes in ((64, b"\1" + count + b"\1"), (64, b"\1\1" + count), (65, b"\1" + count + b"\1")):
+        for of, filled in ((R8, b"\1" + doubles), (VARIANT, b"\1" + mixed)):
+            block = bytes([ARRAY | of, form]) + sizes + filled
+            cells = bytes([OBJECT, RANGE]) + block
+            both += [(BY_NAME, how, v) for how in (BY_VALUE, IN_VARIANT) for v in (block, cells)]
+    strange = [bytes([OBJECT, 6, 0, n]) for n in NUMBERS] + [bytes([OBJECT, 6, 1, R8 + 27, 4, n]) for n in NUMBERS]
+    holes = b"".join(b"\x25\1" if i % 2 else bytes([R8 + 27]) + double(numbers[i % len(numbers)]) for i in range(11))
+    strange += [bytes([OBJECT, 1, 11]) + holes, bytes([OBJECT, 0, 3]) + b"\4\5\6", bytes([OBJECT, 5, 0]), bytes([OBJECT, 5, 1])]
+    if rank == 2:
+        strange += [bytes([OBJECT, 1, 2]) + row * 2 for row in list(strange)]
+    both += [(BY_NAME, how, v) for how in (BY_VALUE, IN_VARIANT) for v in strange]
+    for lower in (1, 2):
+        both.append((BY_NAME, IN_VARIANT, bytes([OBJECT, RANGE, ARRAY | VARIANT, lower]) + shape + b"\1" + mixed))
+    for inner in (bytes([OBJECT, MOMENT, 1, 0, 5]), bytes([OBJECT, MOMENT, 6, 0, 5, 0, 5]), bytes([OBJECT, 5, 1])):
+        both.append((BY_NAME, IN_VARIANT, bytes([ARRAY | VARIANT, 1]) + count + b"\1" + (b"\x09" + inner[1:]) * len(numbers)))
+        both.append((BY_NAME, IN_VARIANT, bytes([OBJECT, 1]) + count + inner * min(len(numbers), 11)))
+    return both
+
+
+def spoiled_calls(rows):
+    """The worked calls, one or two of their arguments spoiled."""
+    for of_class, place, cells, before in each_worked_call(rows):
+        own = [b"\0" + value(*cell) for cell in cells]
+        one = lambda way, arguments: before + operation(bytes([CALL, of_class, place, way]), *arguments)
+        for i, cell in enumerate(cells):
+            for way, form, spoilt in spoiled(*cell):
+                yield one(way, own[:i] + [bytes([form]) + spoilt] + own[i + 1 :])
+        scalars = [i for i, (cell, kind) in enumerate(cells) if "[" not in cell and kind != "String"]
+        for i, j in zip(scalars, scalars[1:]):
+            for x in EXTREMES[::2]:
+                for y in EXTREMES[::2]:
+                    some = list(own)
+                    some[i], some[j] = b"\0\0" + bytes([x]), b"\0\0" + bytes([y])
+                    yield one(BY_VTABLE, some)
+
+
+def troubled_calls(rows):
+    """The worked calls while memory is refused, with companions that do odd things, in a log."""
+    log = rows["ztAnalyseInfo", "get", "DLLVersion"]
+    text = lambda words: b"\0\0\xfe" + bytes([len(words)]) + words
+    for of_class, place, cells, before in each_worked_call(rows):
+        own = [value(*cell) for cell in cells]
+        for way, form in ((BY_VTABLE, 0), (BY_NAME, IN_VARIANT), (AT_ONCE, 0)):
+            one = operation(bytes([CALL, of_class, place, way]) + b"\3\0" * (way == AT_ONCE),
+                            *(bytes([form]) + v for v in own))
+            for request in (*range(1, 7), 129, 130, 131):
+                yield before + operation(bytes([STATE, 128, request])) + one
+            if way != BY_VTABLE:
+                continue
+            for what in (17, 33, 18, 34, 20, 36, 24, 40, 19, 35, 22, 38, 37):
+                for n in (0, 3, 56):
+                    yield operation(bytes([COMPANIONS, 15, 6, what, n])) + before + one
+    scripts = [disguised("[1 2 3 4]", "Single()", way) for way in range(4)]
+    for script in scripts:
+        for request in (*range(1, 20), *range(129, 148)):
+            state = operation(bytes([STATE, 128, request]))
+            yield operation(bytes([ASSIGN, 0]), script) + state + b"".join(
+                operation(bytes([CALL, of_class, 0, BY_NAME]), bytes([0x10, 0])) for of_class in range(9))
+    bad = b"\0\0\4"
+    for what in range(64):
+        for ending in (b"", b"torn", b"whole\n"):
+            for callback in (3, 1):
+                yield (operation(bytes([PREPARE, what]), b"\x13" + ending) + operation(bytes([STATE, callback]))
+                       + operation(bytes([CALL, log[0], log[1], BY_VTABLE]), b"\0\0\x13", text(b"a\r\nb\rc\nd"), b"\0\0\xff\xff")
+                       + b"".join(operation(bytes([CALL, of_class, 3, BY_VTABLE]), bad, bad) for of_class in range(9)) * 2)
+
+
+def interrupted_calls(rows):
+    """The worked calls, and such that fail, while the host gives their variables other values."""
+    others = [b"\0", bytes([TEXT, 20]), b"\0\1\1\1\4", bytes([R8 + 27, 6])]
+    for of_class, place, cells, before in each_worked_call(rows):
+        own = [value(*cell) for cell in cells]
+        script = [disguised(*cell, 2) for cell in cells]
+        broken = [b"\0\x04" if cell.startswith("[") else v for (cell, _), v in zip(cells, own)]
+        for values in (script, broken):
+            for way, form in ((BY_VTABLE, 0), (BY_NAME, IN_VARIANT), (BY_NAME, BY_REF)):
+                call = operation(bytes([CALL, of_class, place, way]), *(bytes([form]) + v for v in values))
+                for other in others:
+                    for moment in (0, 1):
+                        changes = b"".join(operation(bytes([LATER, moment]), bytes([ASSIGN, 64 + i]), other) for i in range(len(own)))
+                        yield before + changes + call
+
+
+def texts():
+    """Dates and numbers as text, whole, cut short and misspelt."""
+    whole = ["2023-01-31T12:30:15", "2023-01-31 12:30:15", "-1234.5678e-12", "+1.5E+3", "922337203685477.58075"]
+    made = {text[:end] for text in whole for end in range(len(text) + 1)}
+    made |= {text[:at] + wrong + text[at + 1 :] for text in whole for at in range(len(text)) for wrong in "x9-"}
+    made |= set("""0099-12-31 0000-01-01 2023-13-01 2023-02-29 9999-12-31T23:59:59.9 1899-12-29T06:00:00 inf -inf nan
+        -1 +1 -0 1e 1e+ . -. e5 1e400 -1e400 1e-400 -1e-400 0e999 1e99999999999999999999 0.00005 0.00015 -0.00005 0x10
+        &HFF &H80000000 12345678901234567890123456789 0.1234567890123456789012345678901 True false 1,000 --1 1..2 1e1.5
+        79228162514264337593543950335 79228162514264337593543950336 .5 5. 00012 1_000 #NULL# 100000000000000000000e-5
+        9223372036854775807 9223372036854775808 18446744073709551615 18446744073709551616""".split())
+    return sorted(made)
+
+
+def converted_values():
+    """Texts, and numbers at the edges of types, in each of the system's types."""
+    values = [bytes([TEXT, 0xFE, len(t)]) + t.encode() for t in texts()]
+    edges = [x + d for x in (-2147483648, 2147483647, 4294967295, 32767, -32768, 255, 65535, 127, -128, 9.2e18, 1.8e19,
+                             922337203685477, 2958465, -657434, 0) for d in (-0.5, 0, 0.5, 0.75, 1)]
+    edges += [1e-5, 5e-5, 1.5e-4, -5e-5, 0.99999, 1e28, 1e29, 7.9e28, -7.9e28, 45000.999999, 1 / 3, -1.75, -0.25]
+    values += [bytes([kind + 27]) + double(x) for kind in (0, 5, 6, 7) for x in edges]
+    for v in values:
+        program = operation(bytes([ASSIGN, 0]), v)
+        for kind in range(27):
+            program += operation(bytes([SYSTEM, 0, 1, 0, 0, 0, 0, kind])) + operation(bytes([SYSTEM, 1, 2, 2, 0, 0, 0, kind // 2]))
+        yield program
+        for request in (1, 2, 129):
+            yield operation(bytes([STATE, 128, request])) + program
 
 
 def function_calls(rows):
@@ -218,11 +376,13 @@ def system_calls(chance):
         for kind in range(27):
             program += operation(bytes([SYSTEM, 0, 1 + kind % 2, kind % 3, 0, 0, 0, kind]))
         yield program
-    yield operation(bytes([SYSTEM, 0, 0, 0, 8]))
+    for request in (0, 1, 2, 3, 4, 129, 130):
+        yield operation(bytes([STATE, 128, request])) + operation(bytes([SYSTEM, 0, 0, 0, 8]))
     for word in ["", "vq140Analyse.ztIntegrate", "vq140Analyse.ztAccumulate.Period", "USER"]:
         yield operation(bytes([ASK, 1]), b"\xfe" + bytes([len(word)]) + word.encode())
     for of_class in range(9):
         for what in range(6):
+            yield operation(bytes([STATE, 128, what])) + operation(bytes([OBJECTS, of_class, 3, 5, 1])) * 2
             yield b"".join(operation(bytes([OBJECTS, of_class, what]) + chance.randbytes(8)) for _ in range(8))
 
 
@@ -230,7 +390,9 @@ def seeds(folder):
     folder = pathlib.Path(folder)
     folder.mkdir(parents=True, exist_ok=True)
     rows, chance = members(), random.Random(1)
-    inputs = {*worked_calls(rows), *function_calls(rows), *system_calls(chance)} - {b""}
+    inputs = {*worked_calls(rows), *spoiled_calls(rows), *troubled_calls(rows), *function_calls(rows)}
+    inputs |= {*interrupted_calls(rows), *system_calls(chance), *converted_values()}
+    inputs = {data for data in inputs if 0 < len(data) <= 4096}
     for data in inputs:
         (folder / name_of(data)).write_bytes(data)
     print(len(inputs), "inputs")

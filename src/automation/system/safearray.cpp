@@ -106,7 +106,7 @@ HRESULT STDMETHODCALLTYPE SafeArrayGetVartype(SAFEARRAY* psa, VARTYPE* pvt) {
 }
 
 HRESULT STDMETHODCALLTYPE SafeArrayGetElement(SAFEARRAY* psa, LONG* rgIndices, void* pv) {
-  if (psa == nullptr || rgIndices == nullptr || pv == nullptr) return E_INVALIDARG;
+  if (psa == nullptr || pv == nullptr) return E_INVALIDARG;
   const Locked lock(psa);
   if (FAILED(lock.result())) return lock.result();
   void* element = nullptr;
@@ -115,7 +115,7 @@ HRESULT STDMETHODCALLTYPE SafeArrayGetElement(SAFEARRAY* psa, LONG* rgIndices, v
 }
 
 HRESULT STDMETHODCALLTYPE SafeArrayPutElement(SAFEARRAY* psa, LONG* rgIndices, void* pv) {
-  if (psa == nullptr || rgIndices == nullptr) return E_INVALIDARG;
+  if (psa == nullptr) return E_INVALIDARG;
   const Locked lock(psa);
   if (FAILED(lock.result())) return lock.result();
   void* element = nullptr;
