@@ -39,6 +39,7 @@ check() {  # NAME COMMAND...
 python3 -m zipfile -e "$zip" "$work/Größe 1"
 folder=$(echo "$work/Größe 1"/vqmath63-*-windows)
 "$wine" wineboot -i >/dev/null 2>&1
+timeout 60 wineserver -w 2>/dev/null  # the server that lasts starts when this one has ended
 wineserver -p60 2>/dev/null
 trap 'wineserver -k 2>/dev/null' EXIT
 

@@ -145,6 +145,7 @@ expect() {  # ok|refused NAME COMMAND...
 
 if [ ! -e "$WINEPREFIX/system.reg" ]; then
   "$wine" wineboot -i >output.txt 2>&1 || { cat output.txt; echo "Wine cannot make its prefix"; exit 1; }
+  timeout 60 wineserver -w 2>/dev/null  # the server that lasts starts when this one has ended
 fi
 # One server for all programs, ended in any case.
 wineserver -p60 2>/dev/null
