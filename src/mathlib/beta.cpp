@@ -1,5 +1,6 @@
 // The beta function, complete and incomplete: members of ztMathLib.
 #include "frame/checked_functions.hpp"
+#include "frame/speculate.hpp"
 #include "mathlib/locations.hpp"
 #include "mathlib/math_lib.hpp"
 #include "tolerant/out_of_range.hpp"
@@ -11,6 +12,49 @@ using namespace locations;
 
 constexpr int kMostTerms = 100;
 constexpr double kPrecision = 1e-15;
+
+// The fraction by its unscaled recurrence, renormalised by every second denominator.
+template <class Mode>
+typename Mode::Double fraction(double A, double B, double X) {
+  using Double = typename Mode::Double;
+  const Double a = A;
+  const Double b = B;
+  const Double x = X;
+  const Double qab = a + b;
+  const Double qap = a + 1.0;
+  const Double qam = a - 1.0;
+  Double am = 1.0;
+  Double bm = 1.0;
+  Double az = 1.0;
+  Double bz = Double(1.0) - qab * x / qap;
+  for (int n = 1; n <= kMostTerms; ++n) {
+    const Double m = static_cast<double>(n);
+    const Double twice = m + m;
+    const Double even_top = m * (b - m) * x;  // first, as the first step that can fail
+    const Double even = even_top / ((qam + twice) * (a + twice));
+    const Double ap = az + even * am;
+    const Double bp = bz + even * bm;
+    const Double odd_top = -(a + m) * (qab + m) * x;
+    const Double odd = odd_top / ((qap + twice) * (a + twice));
+    const Double app = ap + odd * az;
+    const Double bpp = bp + odd * bz;
+    const Double last = az;
+    am = ap / bpp;
+    bm = bp / bpp;
+    az = app / bpp;
+    bz = 1.0;
+    if (Abs(az - last) < kPrecision * Abs(az)) break;
+  }
+  return az;
+}
+
+// Arguments for plain numbers: their products stay far from overflow, and no denominator made of
+// them is 0. A step that is not finite all the same leaves the fraction so: what is divided by 0 is
+// infinite, and then a NaN in the next round.
+bool moderate(double a, double b, double x) {
+  constexpr double kModerate = 1e50;
+  return a >= 0.0 && a <= kModerate && b >= 0.0 && b <= kModerate && x >= 0.0 && x <= 1.0;
+}
 
 }  // namespace
 
@@ -24,38 +68,10 @@ double ztMathLib::beta(double A, double B) const {
   });
 }
 
-// The fraction by its unscaled recurrence, renormalised by every second denominator.
 double ztMathLib::Beta_CF(double A, double B, double X) const {
   return trap<double>(kBeta_CF, [&](double& result) {
-    const Double a = A;
-    const Double b = B;
-    const Double x = X;
-    const Double qab = a + b;
-    const Double qap = a + 1.0;
-    const Double qam = a - 1.0;
-    Double am = 1.0;
-    Double bm = 1.0;
-    Double az = 1.0;
-    Double bz = Double(1.0) - qab * x / qap;
-    for (int n = 1; n <= kMostTerms; ++n) {
-      const Double m = static_cast<double>(n);
-      const Double twice = m + m;
-      const Double even_top = m * (b - m) * x;  // first, as the first step that can fail
-      const Double even = even_top / ((qam + twice) * (a + twice));
-      const Double ap = az + even * am;
-      const Double bp = bz + even * bm;
-      const Double odd_top = -(a + m) * (qab + m) * x;
-      const Double odd = odd_top / ((qap + twice) * (a + twice));
-      const Double app = ap + odd * az;
-      const Double bpp = bp + odd * bz;
-      const Double last = az;
-      am = ap / bpp;
-      bm = bp / bpp;
-      az = app / bpp;
-      bz = 1.0;
-      if (Abs(az - last) < kPrecision * Abs(az)) break;
-    }
-    result = az.value();
+    result =
+        speculate(moderate(A, B, X), [&](auto mode) { return fraction<decltype(mode)>(A, B, X); });
   });
 }
 

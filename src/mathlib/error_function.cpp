@@ -74,7 +74,7 @@ double error_function(double x) {
     complement = complement_far(y);
   }
   const double value = (0.5 - complement) + 0.5;
-  return x < 0.0 ? -value : value;
+  return std::copysign(value, x);
 }
 
 }  // namespace
