@@ -161,18 +161,29 @@ void CommandLine::add_option(const char* name, const char* help, Work work) {
 
 void CommandLine::check_command(const std::string& word) const {
   if (word.starts_with('-')) return;
-  std::string nearest;
-  std::size_t least = word.size();
+  std::vector<std::string> names;
   for (const auto& [name, entry] : registered()) {
-    const std::size_t distance = edits_between(word, name);
-    if (distance == 0) return;
-    if (distance >= least) continue;
-    least = distance;
-    nearest = name;
+    if (name == word) return;
+    names.push_back(name);
   }
-  constexpr std::size_t kSlips = 3;
-  throw UsageError("there is no command " + in_quotes(word) +
-                   (least > kSlips ? "" : "; the nearest is " + nearest));
+  throw UsageError("there is no command " + in_quotes(word) + nearest_of(word, names));
+}
+
+// What is wrong with words of a command's line that are neither its arguments nor its options.
+std::string CommandLine::unexpected() const {
+  const CLI::App* command = app_->get_subcommands().front();
+  std::vector<std::string> names;
+  for (const CLI::Option* option : command->get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  const std::vector<std::string> words = app_->remaining(true);
+  for (const std::string& word : words) {
+    if (!word.starts_with('-')) continue;
+    const std::string name = word.substr(0, word.find('='));
+    return "there is no option " + name + nearest_of(name, names);
+  }
+  return "what is " + in_quotes(words.front()) + "? '" + command->get_name() +
+         "' takes no further argument";
 }
 
 Work CommandLine::parse(int argc, char** argv) {
@@ -188,6 +199,8 @@ Work CommandLine::parse(int argc, char** argv) {
       std::cout << text;
       return kSuccess;
     };
+  } catch (const CLI::ExtrasError& error) {
+    throw UsageError(app_->get_subcommands().empty() ? error.what() : unexpected());
   } catch (const CLI::ParseError& error) {
     throw UsageError(error.what());
   }

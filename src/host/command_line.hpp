@@ -87,6 +87,7 @@ class CommandLine {
 
  private:
   void check_command(const std::string& word) const;
+  std::string unexpected() const;
 
   std::unique_ptr<CLI::App> app_;
   Work chosen_;

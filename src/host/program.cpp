@@ -11,8 +11,18 @@
 namespace vqmath63::host {
 namespace {
 
+constexpr const char* kFirstSteps =
+    "vqhost works on CSV files of production, fluids, wells and cells, and calls the component's\n"
+    "functions. To begin with, from the folder that has samples/:\n"
+    "  vqhost accumulate samples/field_wells.csv --period quarter   rates by month onto quarters\n"
+    "  vqhost statistics samples/field_wells.csv                    a summary of each column\n"
+    "  vqhost table ztMathLib Erf -3 3 0.5                          a function's table\n"
+    "  vqhost accumulate --help                                     all about one command\n"
+    "With a file of yours: a header, then a row a date, the first column YYYY-MM-DD.\n"
+    "'vqhost --help' lists the commands.\n";
+
 constexpr const char* kNotes =
-    "Example: vqhost accumulate wells.csv --period quarter\n"
+    "Example: vqhost accumulate samples/field_wells.csv --period quarter\n"
     "Exit status: 0 done, 1 the work failed, 2 the command line is wrong.\n"
     "'vqhost COMMAND --help' tells more of a command.";
 
@@ -25,6 +35,10 @@ std::string version_text() {
 }
 
 int run(int argc, char** argv) {
+  if (argc == 1) {
+    std::cerr << kFirstSteps;
+    return kBadUsage;
+  }
   CommandLine program("vqhost", "Uses the classes of the component vqmath63 by name.", kNotes);
   program.add_option("--version", "Print the version text of the component", [] {
     std::cout << version_text() << '\n';

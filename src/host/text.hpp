@@ -36,6 +36,13 @@ inline std::string in_quotes(std::string_view text) {
   return "'" + std::string(text.substr(0, kMost)) + (text.size() > kMost ? "...'" : "'");
 }
 
+/// "a, b, c".
+inline std::string listed(const std::vector<std::string>& words) {
+  std::string list;
+  for (const std::string& word : words) list += (list.empty() ? "" : ", ") + word;
+  return list;
+}
+
 /// "1 row", "2 rows".
 inline std::string counted(std::size_t count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
@@ -54,6 +61,24 @@ inline std::size_t edits_between(std::string_view a, std::string_view b) {
     }
   }
   return row.back();
+}
+
+/// The word that a misspelt one is likely meant to be, "; the nearest is WORD", or nothing.
+inline std::string nearest_of(std::string_view misspelt, const std::vector<std::string>& words) {
+  constexpr std::size_t kSlips = 3;  // and no more than a third of the letters
+  std::string lower(misspelt);
+  for (char& c : lower) c = lower_case(c);
+  std::string nearest;
+  std::size_t least = std::min(kSlips, misspelt.size() / 3) + 1;
+  for (const std::string& word : words) {
+    std::string known = word;
+    for (char& c : known) c = lower_case(c);
+    const std::size_t distance = edits_between(lower, known);
+    if (distance >= least) continue;
+    least = distance;
+    nearest = word;
+  }
+  return nearest.empty() ? "" : "; the nearest is " + nearest;
 }
 
 /// Places that a UTF-8 text takes on a terminal, one a character.

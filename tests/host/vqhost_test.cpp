@@ -61,6 +61,43 @@ TEST_F(Vqhost, WritesAFileWholeOrLeavesWhatWasThere) {
   EXPECT_EQ(files, 4);  // with err.txt: nothing is left lying about
 }
 
+// What lies beyond the data is said in one line, without the component's own before it.
+TEST_F(Vqhost, RefusesInOneLineWhatLiesBeyondTheData) {
+  write("year.csv", "date,q\n2023-01-01,1\n2024-01-01,2\n");
+  EXPECT_EQ(run("accumulate year.csv --start 2024-01-01").err,
+            "vqhost: the start of reporting, 2024-01-01, is not before the last row, 2024-01-01\n");
+  EXPECT_EQ(run("accumulate year.csv --from-row 3").err,
+            "vqhost: --from-row 3: the file has only 2 rows\n");
+}
+
+// What the help of the commands and the README show runs from a folder that has samples/, and says
+// nothing of files that are not there.
+TEST_F(Vqhost, ExamplesRunAsPrinted) {
+  fs::create_symlink(VQ_SOURCES "/samples", folder_ / "samples");
+  std::string shown = contents(VQ_SOURCES "/README.md");
+  for (const std::string& line : lines_of(run("--help").out)) {
+    const std::string name = line.substr(0, line.find(' ', 2));
+    if (!name.starts_with("  ") || name.size() < 4 || name[2] == '-') continue;
+    std::string help = run(name + " --help").out;
+    for (std::size_t at = 0; (at = help.find("\n            --", at)) != help.npos;) {
+      help.replace(at, 12, " ");  // an example that goes on
+    }
+    shown += help;
+  }
+  int ran = 0;
+  for (const std::string& line : lines_of(shown)) {
+    const bool printed = line.starts_with("$ vqhost ") || line.starts_with("Example") ||
+                         line.starts_with("          vqhost ");
+    const std::size_t at = line.find("vqhost ");
+    if (!printed || at == line.npos) continue;
+    const std::string words = line.substr(at + 7, line.find("   ", at) - at - 7);
+    const Outcome outcome = run(words);
+    EXPECT_EQ(outcome.status, 0) << words << "\n" << outcome.err;
+    ++ran;
+  }
+  EXPECT_GE(ran, 30);
+}
+
 // A table's rows are not kept until it is printed: kept, these would take 200 MB.
 TEST_F(Vqhost, PrintsALongTableInLittleMemory) {
   write("year.csv", "date,q\n2023-01-01,1\n2024-01-01,2\n");

@@ -4,6 +4,7 @@
 
 #include "host/client/dispatch_client.hpp"
 #include "host/client/entry_points.hpp"
+#include "host/text.hpp"
 
 namespace vqmath63::host {
 namespace {
@@ -91,11 +92,10 @@ std::vector<MemberDescription> describe_members(const std::string& class_name) {
     }
   }
   if (SUCCEEDED(result)) return members;
-  std::string names;
-  for (const ClassDescription& each : describe_classes()) {
-    names += (names.empty() ? "" : ", ") + each.name;
-  }
-  throw WorkError("there is no class '" + class_name + "' (classes: " + names + ")");
+  std::vector<std::string> names;
+  for (const ClassDescription& each : describe_classes()) names.push_back(each.name);
+  throw WorkError("there is no class '" + class_name + "'" + nearest_of(class_name, names) +
+                  " (classes: " + listed(names) + ")");
 }
 
 std::vector<std::string> describe_words(const std::string& class_name, const std::string& member) {

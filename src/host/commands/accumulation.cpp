@@ -67,10 +67,8 @@ void check_word(const std::string& word, const char* property, const char* optio
                   "' is no period word; these are: " + period_words_text());
 }
 
-// Says in a sentence why the component may have refused.
-[[noreturn]] void explain(const Production& production, const PeriodSettings& settings) {
-  check_period_word(settings.period);
-  check_word(settings.data_period, "DataPeriod", "--time");
+// Refuses what lies beyond the data, before the component does with a line of its own.
+void refuse_beyond(const Production& production, const PeriodSettings& settings) {
   if (static_cast<std::size_t>(settings.from_row) > production.rows) {
     throw WorkError("--from-row " + std::to_string(settings.from_row) + ": the file has only " +
                     counted(production.rows, "row"));
@@ -85,7 +83,6 @@ void check_word(const std::string& word, const char* property, const char* optio
     throw WorkError("the start of reporting, " + exact_moment_text(settings.start) +
                     ", is not before the last row, " + exact_moment_text(last));
   }
-  throw WorkError("the accumulation did not succeed (qOK is False)");
 }
 
 }  // namespace
@@ -122,6 +119,9 @@ std::vector<double> period_boundaries(double from, double days, const PeriodSett
 }
 
 Accumulated accumulate(const Production& production, const PeriodSettings& settings) {
+  check_period_word(settings.period);
+  check_word(settings.data_period, "DataPeriod", "--time");
+  refuse_beyond(production, settings);
   DispatchObject object = accumulator(settings, production.start_data);
   const std::size_t series = production.names.size();
   if (std::find(production.rates.begin(), production.rates.end(), false) !=
@@ -135,7 +135,9 @@ Accumulated accumulate(const Production& production, const PeriodSettings& setti
     object.put("RateArray", Value::array(VT_BOOL, rates));
   }
   ArrayOwner result;
-  if (!run(object, production.table.get(), result)) explain(production, settings);
+  if (!run(object, production.table.get(), result)) {
+    throw WorkError("the accumulation did not succeed (qOK is False)");
+  }
 
   double first_moment = production.start_data + production.first_time;
   if (!production.dated) {

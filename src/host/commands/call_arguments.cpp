@@ -1,5 +1,7 @@
 #include "host/commands/call_arguments.hpp"
 
+#include <algorithm>
+#include <cctype>
 #include <iostream>
 
 #include "host/data/values.hpp"
@@ -18,8 +20,10 @@ const MemberDescription& find_member(const std::vector<MemberDescription>& membe
     if (member.kind != MemberKind::kLet && member.arguments.size() >= arguments) return member;
   }
   if (found != nullptr) return *found;
-  throw WorkError(class_name + " has no member '" + name + "' ('vqhost members " + class_name +
-                  "' lists them)");
+  std::vector<std::string> names;
+  for (const MemberDescription& member : members) names.push_back(member.name);
+  throw WorkError(class_name + " has no member '" + name + "'" + nearest_of(name, names) +
+                  " ('vqhost members " + class_name + "' lists them)");
 }
 
 void set_property(DispatchObject& object, const std::vector<MemberDescription>& members,
@@ -36,8 +40,23 @@ void set_property(DispatchObject& object, const std::vector<MemberDescription>& 
                                             setting.substr(equals + 1), "--set " + name, empty_as));
     return;
   }
-  throw WorkError(class_name + " has no property '" + name + "' that can be set");
+  std::vector<std::string> names;
+  for (const MemberDescription& member : members) {
+    if (member.kind == MemberKind::kLet) names.push_back(member.name);
+  }
+  throw WorkError(class_name + " has no property '" + name + "' that can be set" +
+                  nearest_of(name, names));
 }
+
+namespace {
+
+bool is_name(const std::string& text) {
+  return !text.empty() && std::isalpha(static_cast<unsigned char>(text[0])) != 0 &&
+         std::all_of(text.begin(), text.end(),
+                     [](unsigned char c) { return c == '_' || std::isalnum(c) != 0; });
+}
+
+}  // namespace
 
 bool is_number(const DeclaredType& type) {
   return type.rank == 0 && (type.vt == VT_R4 || type.vt == VT_R8 || type.vt == VT_I4);
@@ -51,6 +70,13 @@ CallArguments::CallArguments(const MemberDescription& member, const std::vector<
     const auto equals = text.find('=');
     const std::size_t named =
         equals == std::string::npos ? texts_.size() : index_of(text.substr(0, equals));
+    if (named == texts_.size() && is_name(text.substr(0, equals)) && equals != text.npos &&
+        !(next < texts_.size() && member.arguments[next].type.vt == VT_BSTR)) {
+      std::vector<std::string> names;
+      for (const ArgumentDescription& about : member.arguments) names.push_back(about.name);
+      throw UsageError(member.name + " has no argument '" + text.substr(0, equals) + "' (" +
+                       (names.empty() ? "it takes none" : listed(names)) + ")");
+    }
     if (named < texts_.size()) {
       assign(named, text.substr(equals + 1));
       named_[named] = true;

@@ -23,7 +23,8 @@ constexpr const char* kNotes =
     "  by-reference argument without one is an empty variable.\n"
     "Prints the result and then every by-reference argument. Fails (status 1) when the component\n"
     "reports an error or the argument qOK comes back False.\n"
-    "Example: vqhost call ztIntegrate Integral [0,1,2] [0,1,4] --set IntegrationRule=2";
+    "Examples: vqhost call ztIntegrate Integral [0,1,2] [0,1,4] --set IntegrationRule=2\n"
+    "          vqhost call ztRegression Regression [1,2,3] [2,4,7] [1,1,1] --get A,B,R";
 
 struct Options {
   std::string class_name;

@@ -139,6 +139,16 @@ Cell::Cell(const std::string& path, const std::string& columns, bool oblique)
     : top_(new_array(VT_R4, 3, kCorners)), bottom_(new_array(VT_R4, 3, kCorners)) {
   CsvFile file(path);
   const Layout layout = layout_of(file);
+  const auto has = [&](const char* name) {
+    return std::any_of(file.headers().begin(), file.headers().end(),
+                       [&](const std::string& header) { return same_letters(header, name); });
+  };
+  if (columns.empty() && file.headers().size() > 2 && has("x") && has("y") && !has("z")) {
+    throw WorkError(
+        file.path() +
+        ": a cell has three columns of coordinates; here is no z. 'vqhost inside' takes "
+        "a polygon by --polygon");
+  }
   std::vector<std::string> chosen = columns_or(file, "--cell-columns", columns, {"x", "y", "z"});
   if (columns.empty() && chosen[0] != "x") {
     chosen = layout.first;

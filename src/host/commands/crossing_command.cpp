@@ -31,7 +31,7 @@ constexpr const char* kNotes =
     "survey whose rows are joined, so that segment 1 goes from row 1 to row 2. Else their first\n"
     "columns are taken; --columns names others.\n"
     "Examples: vqhost crossing samples/cell.csv --from 30,20,-5 --to 30,20,25\n"
-    "          vqhost crossing samples/cell.csv --path survey.csv -o crossings.csv";
+    "          vqhost crossing samples/cell.csv --path samples/survey.csv -o crossings.csv";
 
 struct Options {
   std::string cell;
@@ -173,12 +173,10 @@ void one_segment(Surface& surface, const Options& options) {
 
 std::vector<Segment> read_segments(const Options& options) {
   const bool path = !options.path.empty();
-  CsvFile file(path ? options.path : options.segments);
   const auto names = path ? std::vector<std::string>{"x", "y", "z"}
                           : std::vector<std::string>{"x1", "y1", "z1", "x2", "y2", "z2"};
-  const auto chosen = columns_or(file, "--columns", options.columns, names);
-  Columns table(std::move(file), chosen, false);
-  table.refuse_gaps();
+  const Columns table =
+      numbers_of(path ? options.path : options.segments, "--columns", options.columns, names);
   const auto spot = [&](std::size_t row, std::size_t first) {
     Spot at{};
     for (std::size_t c = 0; c < 3; ++c) {

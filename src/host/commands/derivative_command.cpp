@@ -16,9 +16,10 @@ namespace {
 constexpr const char* kNotes =
     "Rows stand in ascending x, at any spacing; dates (YYYY-MM-DD or YYYY-MM-DD hh:mm) count in\n"
     "days. A derivative is that of the parabola through a row and its neighbours; the first order\n"
-    "takes the chord at both ends. The second order is ztDifferentiate's: the whole second\n"
-    "derivative in the first and the last row, a twelfth of it in the rows between.\n"
-    "Examples: vqhost derivative test.csv --x time --y pressure\n"
+    "takes the chord at both ends. Of the second order ztDifferentiate gives a twelfth in the "
+    "rows\n"
+    "between the first and the last; they are multiplied by 12 here, save with --raw.\n"
+    "Examples: vqhost derivative samples/dead_oil.csv --order 2\n"
     "          vqhost derivative samples/field_wells.csv --x date --y field_oil_cum -o rate.csv";
 
 struct Options {
@@ -27,6 +28,7 @@ struct Options {
   std::string y = "2";
   std::int32_t order = 1;
   bool skip = false;
+  bool raw = false;
   Output output;
 };
 
@@ -49,6 +51,7 @@ ArrayOwner derivative(const Columns& data, bool second) {
 }
 
 int run(const Options& options) {
+  if (options.raw && options.order != 2) throw UsageError("--raw goes with --order 2");
   if (options.order > 2) throw UsageError("--order: 1 or 2 is wanted");
   check_output(options.output, options.path);
   const bool second = options.order == 2;
@@ -70,10 +73,11 @@ int run(const Options& options) {
   const double* values = static_cast<const double*>(result.get()->pvData);
   const std::string& x = data.name(0);
   const std::string& y = data.name(1);
-  if (second && data.rows() > 2) {
-    std::cerr << "vqhost: all rows but the first and the last hold a twelfth of the second "
-                 "derivative, as the component gives it\n";
-  }
+  constexpr double kTwelfths = 12.0;
+  const auto value_at = [&](std::size_t i) {
+    const bool twelfth = second && !options.raw && i > 0 && i + 1 < data.rows();
+    return twelfth ? values[i] * kTwelfths : values[i];
+  };
   const std::string name = second ? "d2(" + y + ")/d(" + x + ")2" : "d(" + y + ")/d(" + x + ")";
   put_table(options.output,
             {{x, data.dated(0) ? Align::kLeft : Align::kPoint},
@@ -81,7 +85,7 @@ int run(const Options& options) {
              {name, Align::kPoint}},
             [&](TableWriter& table) {
               for (std::size_t i = 0; i < data.rows(); ++i) {
-                table.row({data.text(i, 0), data.text(i, 1), plain_text(values[i])});
+                table.row({data.text(i, 0), data.text(i, 1), plain_text(value_at(i))});
               }
             });
   return kSuccess;
@@ -94,6 +98,8 @@ void declare(Command& command) {
       .option("--x", "COL", o.x, "Column of the abscissae, by header or number (default 1)")
       .option("--y", "COL", o.y, "Column of the ordinates (default 2)")
       .count("--order", o.order, "1 (default) or 2")
+      .flag("--raw", o.raw,
+            "Second derivatives as the component gives them, most of them a twelfth")
       .flag("--skip", o.skip, "Leave rows out in which a value is missing")
       .output(o.output)
       .notes(kNotes)

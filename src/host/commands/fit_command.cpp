@@ -31,7 +31,11 @@ constexpr const char* kNotes =
     "logarithmic fit this command hands ln x to a linear one. R is the correlation coefficient.\n"
     "Values are Singles of 24 bits, and so are the sums: an x with a large offset, such as a year\n"
     "with fractions, wants that taken off first. Dates count in days from the first one on.\n"
-    "Example: vqhost fit samples/field_wells.csv --x date --y W-1 --type exponential --skip";
+    "--solve-y tells where the line has a value, and how far that is from the data: a line says\n"
+    "nothing of what lies a good part of their span beyond them.\n"
+    "Examples: vqhost fit samples/field_wells.csv --x date --y W-1 --type exponential --skip\n"
+    "          vqhost fit samples/field_wells.csv --x date --y W-1 --type exponential --skip\n"
+    "            --from 2016-01-01 --to 2019-12-31 --solve-y 50";
 
 struct Type {
   const char* word;
@@ -52,6 +56,9 @@ struct Options {
   std::string y = "2";
   std::string type = "linear";
   bool skip = false;
+  std::string from;
+  std::string to;
+  std::optional<double> solve_y;
   Output output;
 };
 
@@ -66,10 +73,35 @@ const Type& type_of(const std::string& word) {
   throw UsageError("--type: " + in_quotes(word) + " is none of " + words);
 }
 
+// A number or a date, as x is given.
+double bound(const char* option, const std::string& text, bool dated) {
+  const auto value = dated ? parse_moment(text) : parse_number(text);
+  if (value && !std::isnan(*value)) return *value;
+  throw UsageError(std::string(option) + ": " +
+                   (dated ? why_no_moment(text) : in_quotes(text) + " is not a number"));
+}
+
+// Leaves the rows out whose x lies outside --from and --to, before all else is asked of them.
+void keep_range(Columns& data, const Options& options) {
+  if (options.from.empty() && options.to.empty()) return;
+  const double least = options.from.empty() ? -std::numeric_limits<double>::infinity()
+                                            : bound("--from", options.from, data.dated(0));
+  const double most = options.to.empty() ? std::numeric_limits<double>::infinity()
+                                         : bound("--to", options.to, data.dated(0));
+  const std::size_t rows = data.rows();
+  data.keep_rows([&](std::size_t row) { return data[0][row] >= least && data[0][row] <= most; });
+  if (data.rows() == 0 && rows > 0) {
+    throw WorkError(data.path() + ": no row lies from " +
+                    (options.from.empty() ? "the first one" : options.from) + " to " +
+                    (options.to.empty() ? "the last one" : options.to));
+  }
+}
+
 // The samples: no gaps, only values above 0 where a logarithm is taken, and days from the first
 // date on; `first_date` is that date.
 Columns read_samples(const Options& options, const Type& type, double& first_date) {
   Columns data(CsvFile(options.path), {options.x, options.y}, true);
+  keep_range(data, options);
   if (!options.skip) data.refuse_gaps(kSkipHint);
   if (data.dated(0)) {
     first_date = data[0][0];
@@ -170,6 +202,53 @@ std::string line_text(const Type& type, const Line& line, const std::string& x,
                      : " * exp(" + power + " " + x + ")");
 }
 
+// Where the line has the value of --solve-y.
+double solved(const Type& type, const Line& line, double y) {
+  if (type.log_y && !(y > 0.0)) {
+    throw UsageError("--solve-y: " + number_text(y) + " is not above 0, where the line is");
+  }
+  const double at =
+      ((type.log_y ? std::log(y) : y) - static_cast<double>(line.a)) / static_cast<double>(line.b);
+  const double x = type.log_x ? std::exp(at) : at;
+  if (std::isfinite(x)) return x;
+  throw WorkError("--solve-y: the line never has the value " + number_text(y));
+}
+
+// What an x is called: of dates the day.
+std::string place_text(double x, bool dated, double first_date) {
+  constexpr double kEnd = 2958466.0;  // 10000-01-01
+  const double moment = first_date + x;
+  if (!dated) return short_text(x);
+  return moment > -kEnd / 5 && moment < kEnd ? moment_text(std::floor(moment), false)
+                                             : short_text(x) + " days";
+}
+
+// Where the line has a value, and how far that lies from what the samples span.
+Facts solution(const Columns& data, double first_date, double y, double at) {
+  const auto [least, most] = std::minmax_element(data[0].begin(), data[0].end());
+  const auto place = [&](double x) { return place_text(x, data.dated(0), first_date); };
+  const double beyond = at > *most ? at - *most : at < *least ? at - *least : 0.0;
+  return {{"y", plain_text(y)},
+          {"at", place(at)},
+          {"from", place(*least)},
+          {"to", place(*most)},
+          {"beyond", short_text(beyond)},
+          {"beyond_percent", short_text(std::round(100 * std::fabs(beyond) / (*most - *least)))}};
+}
+
+// The same in words.
+void tell_solution(const Facts& facts, const std::string& x, const std::string& y, bool dated) {
+  const auto fact = [&](std::size_t i) { return facts[i].second; };
+  std::string reach = "within the data";
+  if (fact(4) != "0") {
+    const bool before = fact(4)[0] == '-';
+    reach = fact(4).substr(before ? 1 : 0) + (dated ? " days" : "") +
+            (before ? " before" : " after") + " the data, " + fact(5) + " % of their span";
+  }
+  std::cout << y << " = " << fact(0) << " at " << x << " = " << fact(1) << ": " << reach << " ("
+            << fact(2) << " to " << fact(3) << ")\n";
+}
+
 int run(const Options& options) {
   check_output(options.output, options.path);
   const Type& type = type_of(options.type);
@@ -202,15 +281,22 @@ int run(const Options& options) {
   Facts facts{{"A", plain_text(line.a)}, {"B", plain_text(line.b)}, {"R", plain_text(line.r)}};
   const std::string formula = line_text(type, line, x, y);
   const std::string since = data.dated(0) ? exact_moment_text(first_date) : "";
+  Facts solved_at;
+  if (options.solve_y) {
+    const double at = solved(type, line, *options.solve_y);
+    solved_at = solution(data, first_date, *options.solve_y, at);
+  }
   if (options.output.among_words()) {
     std::cout << type.word << " fit, " << counted(data.rows(), "row") << ": " << left << " = A + B "
               << (type.log_x ? "ln " : "") << x << '\n';
     put_facts(options.output, facts);
     std::cout << formula << '\n';
     if (!since.empty()) std::cout << "with " << x << " in days since " << since << '\n';
+    if (options.solve_y) tell_solution(solved_at, x, y, data.dated(0));
   } else {
     facts.insert(facts.begin(), {{"fit", type.word}, {"rows", std::to_string(data.rows())}});
     facts.insert(facts.end(), {{"line", formula}, {"days_since", since}});
+    facts.insert(facts.end(), solved_at.begin(), solved_at.end());
     put_facts(options.output, facts);
   }
   if (error > kToTell) {
@@ -228,6 +314,9 @@ void declare(Command& command) {
       .option("--y", "COL", o.y, "Column of the ordinates (default 2)")
       .option("--type", "WORD", o.type,
               "linear (default), logarithmic, exponential, power or polynomial")
+      .option("--from", "X", o.from, "First x used, or date (default: the file's)")
+      .option("--to", "X", o.to, "Last x used, or date")
+      .option("--solve-y", "VALUE", o.solve_y, "Tell where the line has this y")
       .flag("--skip", o.skip,
             "Leave rows out in which a value is missing, or is not above 0 and has no logarithm")
       .output(o.output)

@@ -45,7 +45,7 @@ constexpr const char* kNotes =
     "millionth of its coordinates.\n"
     "Examples: vqhost inside samples/points.csv samples/cell.csv\n"
     "          vqhost inside samples/points.csv samples/cell.csv --oblique --all -o answered.csv\n"
-    "          vqhost inside wells.csv --polygon licence.csv --columns easting,northing --oblique";
+    "          vqhost inside samples/points.csv --polygon samples/polygon.csv";
 
 struct Options {
   std::string points;
@@ -61,10 +61,7 @@ struct Options {
 // Reads the points, seen as the cell or polygon is.
 Columns read_points(const Options& options, const std::vector<std::string>& names,
                     const View& view) {
-  CsvFile file(options.points);
-  const auto chosen = columns_or(file, "--columns", options.columns, names);
-  Columns points(std::move(file), chosen, false);
-  points.refuse_gaps();
+  Columns points = numbers_of(options.points, "--columns", options.columns, names);
   view.apply(points);
   return points;
 }
@@ -105,10 +102,8 @@ void tell_of_doubt(const Cell& cell, const Columns& points) {
 }
 
 Columns read_polygon(const Options& options) {
-  CsvFile file(options.polygon);
-  const auto chosen = columns_or(file, "--cell-columns", options.region_columns, {"x", "y"});
-  Columns polygon(std::move(file), chosen, false);
-  polygon.refuse_gaps();
+  Columns polygon =
+      numbers_of(options.polygon, "--cell-columns", options.region_columns, {"x", "y"});
   if (polygon.rows() < 3) {
     throw WorkError(polygon.path() + ": a polygon has 3 vertices or more; there are " +
                     std::to_string(polygon.rows()));

@@ -30,7 +30,8 @@ constexpr const char* kNotes =
     "too.\n"
     "Examples: vqhost report samples/field_wells.csv --cumulative field_oil_cum --unit sm3\n"
     "            --period quarter --decline W-1 --limit 50 -o report.html\n"
-    "          vqhost report --live oil.csv --points wells.csv -o fluid.html";
+    "          vqhost report --live samples/live_oil.csv --points samples/fluid_points.csv\n"
+    "            -o fluid.html";
 
 struct Options {
   ReportChoice report;

@@ -28,8 +28,8 @@ constexpr const char* kNotes =
     "at most 50 characters where a count is larger. With --format or -o there is one table, that\n"
     "of the bins where --histogram asks for them.\n"
     "Examples: vqhost statistics samples/field_wells.csv\n"
-    "          vqhost statistics wells.csv --columns oil,water --null -999.25 --empty-as -999.25\n"
-    "          vqhost statistics wells.csv --columns oil --histogram 12";
+    "          vqhost statistics samples/field_wells.csv --columns W-1,W-2 --null 0 --empty-as 0\n"
+    "          vqhost statistics samples/field_wells.csv --columns W-1 --histogram 12";
 
 constexpr std::int32_t kMostBins = 1000;
 

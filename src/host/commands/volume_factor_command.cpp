@@ -31,11 +31,13 @@ constexpr const char* kNotes =
     "  --dead   pressure,factor: two rows or more in ascending pressure\n"
     "  --water  pressure,factor,compressibility: one row, the reference\n"
     "Columns of these names are taken, else the first ones of the file; --columns names others.\n"
-    "Of points likewise: primary,pressure for live oil, pressure else.\n"
-    "Examples: vqhost volume-factor --live oil.csv --primary 0.6 --pressure 2500\n"
-    "          vqhost volume-factor --live pvt.csv --columns rs,p,bo --points wells.csv -o "
-    "out.csv\n"
-    "          vqhost volume-factor --water water.csv --pressure 250";
+    "Of points likewise: primary,pressure for live oil, pressure else. Their column 'state' says "
+    "which\n"
+    "are saturated, at or below the saturation pressure, and for which the table is extended.\n"
+    "Examples: vqhost volume-factor --live samples/live_oil.csv --primary 0.6 --pressure 2500\n"
+    "          vqhost volume-factor --live samples/live_oil.csv --points samples/fluid_points.csv\n"
+    "          vqhost volume-factor --dead samples/dead_oil.csv --pressure 1800\n"
+    "          vqhost volume-factor --water samples/water.csv --pressure 3100";
 
 struct Options {
   std::string live;
@@ -87,7 +89,7 @@ int one_point(VolumeTable& table, const Options& options) {
   Point point;
   if (options.primary) point.primary = number_of("--primary", options.primary);
   point.pressure = number_of("--pressure", options.pressure);
-  const auto factor = table.factors({point}).front();
+  const auto factor = table.factor(point);
   if (!factor) throw WorkError("there is no factor: qOK is False");
   Facts facts{{"factor", plain_text(*factor)}};
   for (const auto& fact : table.story(point)) facts.push_back(fact);
@@ -100,6 +102,7 @@ int many_points(VolumeTable& table, const Columns& points, const Output& output)
   std::vector<TableColumn> columns;
   for (std::size_t c = 0; c <= last; ++c) columns.push_back({points.name(c), Align::kPoint});
   columns.push_back({"factor", Align::kPoint});
+  if (table.state({})) columns.push_back({"state", Align::kLeft});
   std::vector<Point> at;
   for (std::size_t i = 0; i < points.rows(); ++i) {
     at.push_back({last > 0 ? points.single(i, 0) : 0.0F, points.single(i, last)});
@@ -113,6 +116,7 @@ int many_points(VolumeTable& table, const Columns& points, const Output& output)
     for (std::size_t c = 0; c <= last; ++c) row.push_back(points.text(i, c));
     const auto& factor = factors[i];
     row.push_back(factor ? plain_text(*factor) : "");
+    if (const auto state = table.state(at[i])) row.push_back(*state);
     failures += factor ? 0U : 1U;
     outside += table.outside(at[i]) ? 1U : 0U;
   }
@@ -129,13 +133,10 @@ int run(const Options& options) {
   const MessageSink sink;
   const std::unique_ptr<VolumeTable> table = read_table(options);
   if (options.points.empty()) return one_point(*table, options);
-  CsvFile file(options.points);
-  const auto names =
-      columns_or(file, "--point-columns", options.point_columns,
+  const Columns points =
+      numbers_of(options.points, "--point-columns", options.point_columns,
                  options.live.empty() ? std::vector<std::string>{"pressure"}
                                       : std::vector<std::string>{"primary", "pressure"});
-  const Columns points(std::move(file), names, false);
-  points.refuse_gaps();
   for (std::size_t i = 0; i < points.rows(); ++i) {
     for (std::size_t c = 0; c < points.count(); ++c) points.single(i, c);  // does it fit?
   }

@@ -163,8 +163,13 @@ class LiveOil : public VolumeTable {
   }
 
   bool outside(const Point& point) const override {
+    return outside(point, live_place(curves(), point));
+  }
+
+  std::optional<std::string> state(const Point& point) const override {
     const LivePlace at = live_place(curves(), point);
-    return outside_primary(point) || at.beyond_lower || at.beyond_upper;
+    const std::string state = at.saturated ? "saturated" : "undersaturated";
+    return outside(point, at) ? state + ", extended" : state;
   }
 
   std::vector<PressureRows> rows() const override {
@@ -183,6 +188,10 @@ class LiveOil : public VolumeTable {
         starts_(VT_I4, std::move(curves.starts)),
         pressure_(VT_R4, singles_of(table, 1)),
         factor_(VT_R4, singles_of(table, 2)) {}
+
+  bool outside(const Point& point, const LivePlace& at) const {
+    return outside_primary(point) || at.beyond_lower || at.beyond_upper;
+  }
 
   LiveCurves curves() const { return {primary_.values, starts_.values, pressure_.values}; }
 
@@ -274,6 +283,7 @@ class Water : public VolumeTable {
   }
 
   bool outside(const Point&) const override { return false; }
+  std::optional<std::string> state(const Point&) const override { return std::nullopt; }
 
   std::vector<PressureRows> rows() const override { return {{0.0F, pressure_.values}}; }
 

@@ -25,10 +25,15 @@ class VolumeTable {
   /// The factors of all points; none where the component does not succeed, which its error lines
   /// tell of.
   virtual std::vector<std::optional<float>> factors(const std::vector<Point>& points) = 0;
+  std::optional<float> factor(const Point& point) { return factors({point}).front(); }
   /// What a factor comes from.
   virtual Facts story(const Point& point) const = 0;
   /// Whether the table has to be extended to reach the point.
   virtual bool outside(const Point& point) const = 0;
+  /// Where a point lies, in a word or two, for a column `state`; none where there is but one state.
+  virtual std::optional<std::string> state(const Point& point) const {
+    return outside(point) ? "extended" : "within";
+  }
   /// One of them, of live oil one for each curve.
   virtual std::vector<PressureRows> rows() const = 0;
 };

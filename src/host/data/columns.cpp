@@ -50,12 +50,11 @@ ArrayOwner singles(const CsvFile& file, const CsvTable& table, std::size_t colum
 std::vector<std::string> columns_or(const CsvFile& file, const char* option,
                                     const std::string& given,
                                     const std::vector<std::string>& names) {
-  std::string wanted;
+  const std::string wanted = listed(names);
   std::size_t found = 0;
   bool elsewhere = false;
   std::vector<std::string> first;
   for (const std::string& name : names) {
-    wanted += (wanted.empty() ? "" : ", ") + name;
     const std::size_t at = static_cast<std::size_t>(
         std::find_if(file.headers().begin(), file.headers().end(),
                      [&](const std::string& header) { return same_letters(header, name); }) -
@@ -76,6 +75,21 @@ std::vector<std::string> columns_or(const CsvFile& file, const char* option,
                     " COL,... says it");
   }
   return first;
+}
+
+Columns numbers_of(const std::string& path, const char* option, const std::string& given,
+                   const std::vector<std::string>& names) {
+  CsvFile file(path);
+  const auto chosen = columns_or(file, option, given, names);
+  try {
+    Columns columns(std::move(file), chosen, false);
+    columns.refuse_gaps();
+    return columns;
+  } catch (const WorkError& error) {
+    if (!given.empty() || chosen == names) throw;
+    throw WorkError(error.what() + (" (" + std::string(option)) +
+                    " COL,... says which columns are " + listed(names) + ")");
+  }
 }
 
 Columns::Columns(CsvFile file, const std::vector<std::string>& names, bool dated_first)
@@ -118,22 +132,27 @@ void Columns::refuse_steps_back(std::size_t c) const {
   }
 }
 
-void Columns::leave_gaps_out() {
+void Columns::keep_rows(const std::function<bool(std::size_t row)>& wanted) {
   std::size_t kept = 0;
   for (std::size_t row = 0; row < rows(); ++row) {
-    const bool filled = std::none_of(chosen_.begin(), chosen_.end(), [&](std::size_t c) {
-      return std::isnan(table_.columns[c].values[row]);
-    });
-    if (!filled) continue;
+    if (!wanted(row)) continue;
     for (const std::size_t c : chosen_) {
       table_.columns[c].values[kept] = table_.columns[c].values[row];
     }
     table_.lines[kept++] = table_.lines[row];
   }
-  if (kept == rows()) return;
-  std::cerr << "vqhost: " << counted(rows() - kept, "row") << " left out\n";
   for (const std::size_t c : chosen_) table_.columns[c].values.resize(kept);
   table_.lines.resize(kept);
+}
+
+void Columns::leave_gaps_out() {
+  const std::size_t all = rows();
+  keep_rows([this](std::size_t row) {
+    return std::none_of(chosen_.begin(), chosen_.end(),
+                        [&](std::size_t c) { return std::isnan(table_.columns[c].values[row]); });
+  });
+  if (rows() == all) return;
+  std::cerr << "vqhost: " << counted(all - rows(), "row") << " left out\n";
 }
 
 ArrayOwner Columns::doubles(std::size_t c) const {

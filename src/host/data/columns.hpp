@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,6 +33,13 @@ ArrayOwner singles(const CsvFile& file, const CsvTable& table, std::size_t colum
 std::vector<std::string> columns_or(const CsvFile& file, const char* option,
                                     const std::string& given,
                                     const std::vector<std::string>& names);
+
+class Columns;
+
+/// Columns of numbers without gaps, chosen as columns_or() does. Where the first ones were taken
+/// and are not numbers, WorkError says which ones are wanted, and how they are named.
+Columns numbers_of(const std::string& path, const char* option, const std::string& given,
+                   const std::vector<std::string>& names);
 
 /// What can be done about missing cells where there is an option --skip.
 inline constexpr const char* kSkipHint = " (--skip leaves such rows out)";
@@ -64,6 +72,8 @@ class Columns {
   void refuse_gaps(const char* hint = "") const;
   /// Refuses a row of column `c` that is not above the row before it.
   void refuse_steps_back(std::size_t c) const;
+  /// Keeps the rows that are wanted, told by their numbers before.
+  void keep_rows(const std::function<bool(std::size_t row)>& wanted);
   /// Leaves out the rows that have a missing cell, and tells the user how many.
   void leave_gaps_out();
 
