@@ -76,7 +76,8 @@ class ztMathLib {
   /// about 1.4e16 on is.
   /// @return -1 to 1
   double sine(double dX) const;
-  /// Cosine; exactly 0 where twice that product is whole and the product itself is not.
+  /// Cosine; exactly 0 where twice abs(dX) times 0.318309886183791 is whole and that product itself
+  /// is not.
   /// @return -1 to 1
   double cosine(double dX) const;
   /// Arc cosine in [0, pi]; out of range outside [-1, 1]. NaN: gives 0.

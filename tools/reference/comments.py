@@ -16,13 +16,14 @@ import re
 from dataclasses import dataclass, field
 
 DECLARATION = re.compile(r"[\w:<>,&\s]*?\b(~?\w+)\s*\(")
-FAILURES = re.compile(r"\b[Ff]ails?\b|\b[Ee]rrors?,? .*\d|\berror \d|^No trap|reaches the caller"
-                      r"|: (5|6|7|9|11|13)\.$|\(No\.|a failure\b")
+FAILURES = re.compile(r"\b[Ff]ails?\b|^Errors, |\b[Ee]rror \d|^No trap|reaches the caller"
+                      r"|: (5|6|7|9|11|13)\.$|a failure\b")
 SPECIAL = re.compile(r"\bNaN\b|\b1e308\b|3\.402823E|[Oo]ut of range|infinit|overflow is"
                      r"|without a message")
 COSTS = re.compile(r"^O\(|nanosecond|microsecond|[Rr]elative error|[Aa]ccura|allocation\.$|[Dd]ouble precision"
                    r"|stored as Single|^Sums are")
 SOURCES = re.compile(r"^Sources?:|W\. J\. Cody")
+NO_DESCRIPTION = re.compile(r"NaN: |Fails|Out of range|No trap")
 PARAGRAPH = "\n\n"  # before a sentence that begins one
 ABBREVIATION = re.compile(r"\b(W|J|Phil|Mag|[A-Z])\.$")
 
@@ -42,20 +43,35 @@ class Note:
     def sorted_text(self):
         """The sentences by what they are about: description, failures, special values, cost, source."""
         groups = {"": [], "Failures": [], "Special values": [], "Accuracy and cost": [], "Source": []}
-        for sentence in self.text:
-            head, rest = sentence, ""
-            found = re.search(r"; (?=(fails|out of range) )", sentence)
-            if found:
-                head, rest = sentence[:found.start()] + ".", sentence[found.end():].strip()
-                rest = rest[0].upper() + rest[1:]
-            for part in filter(None, [head, rest]):
-                kind = next((name for name, mark in (
-                    ("Source", SOURCES), ("Special values", re.compile("^NaN: ")),
-                    ("Failures", FAILURES), ("Special values", SPECIAL),
-                    ("Accuracy and cost", COSTS)) if mark.search(part.strip())), "")
-                groups[kind].append(part.strip() if kind or not groups[kind] else part)
+        for at, sentence in enumerate(self.text):
+            for place, clause in enumerate(clauses(sentence)):
+                kind = "" if at == place == 0 and not NO_DESCRIPTION.match(clause) else kind_of(clause)
+                groups[kind].append(clause.strip() if kind or not groups[kind] else clause)
         return {kind: " ".join(parts).replace(" " + PARAGRAPH, PARAGRAPH)
                 for kind, parts in groups.items() if parts}
+
+
+def kind_of(clause):
+    """Under which heading a clause goes, "" for the description."""
+    text = clause.strip()
+    marks = (("Source", SOURCES), ("Special values", re.compile("^NaN: ")), ("Failures", FAILURES),
+             ("Special values", SPECIAL), ("Accuracy and cost", COSTS))
+    return next((name for name, mark in marks if mark.search(text)), "")
+
+
+def clauses(sentence):
+    """A sentence in parts: a clause behind a semicolon that goes under another heading is a sentence
+    of its own. What is said of NaN stays together."""
+    if sentence.strip().startswith("NaN: "):
+        return [sentence]
+    parts = []
+    for each in sentence.split("; "):
+        if parts and kind_of(each) == kind_of(parts[-1]) or parts and not kind_of(each):
+            parts[-1] += "; " + each
+        else:
+            parts.append(each)
+    ended = [part if part.endswith(".") else part + "." for part in parts]
+    return [ended[0], *(part[0].upper() + part[1:] for part in ended[1:])]
 
 
 @dataclass
@@ -76,7 +92,7 @@ def sentences(text):
     parts, begin = [], 0
     for found in re.finditer(r"[.?!] (?=[A-Z0-9|\"(O]|dX|xA|c |qOK|dB|x)", text):
         part = text[begin:found.start() + 1]
-        if ABBREVIATION.search(part) or part.endswith("..."):
+        if (ABBREVIATION.search(part) or part.endswith("...")) and text[found.end():][:4] != "NaN:":
             continue
         parts.append(part)
         begin = found.end()

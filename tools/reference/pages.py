@@ -31,9 +31,10 @@ class Linker:
         self.pattern = re.compile(r"(?<![\w.])(" + "|".join(map(re.escape, known)) + r")(?!\w)")
 
     def __call__(self, text, own=()):
-        return self.pattern.sub(
+        text = self.pattern.sub(
             lambda found: found[0] if found[0] in own else f"[{found[0]}](#{anchor(found[0])})",
             in_markdown(text))
+        return re.sub(r"\bdocs/(\w+)\.md", r"[\1](../\1.md)", text)
 
 
 def read_tasks(path):
@@ -76,12 +77,17 @@ def group_arguments(members):
     return found.values()
 
 
+def own_words(members):
+    """What the text on members calls their own: their names, and those of their arguments."""
+    return {each.name for each in members} | {each.name for each in group_arguments(members)}
+
+
 WAYS = {"in": "", "in,ref": "", "in,lent": "", "out": ", result", "in,out": ", changed"}
 
 
 def argument_rows(members, note, section, whole, link):
     rows = []
-    names = [each.name for each in members]
+    names = own_words(members)
     for each in group_arguments(members):
         type_text = each.type + ("", "()", "(,)")[each.rank] + WAYS[each.direction]
         if each.default:
@@ -145,7 +151,11 @@ def merged_groups(sections):
 def member_section(names, note, section, whole, of, context):
     """One member's part of the page, or that of members that share a comment."""
     members = [each for name in names for each in kinds_of(of.members, name)]
-    link, lines = context.link, []
+    own, lines = own_words(members), []
+
+    def link(text):
+        return context.link(text, own)
+
     if len(names) > 1:
         lines += ["".join(f'<a id="{anchor(name)}"></a>' for name in names), ""]
     lines += ["### " + ", ".join(names), ""]
@@ -160,19 +170,19 @@ def member_section(names, note, section, whole, of, context):
     if not groups.get(""):
         groups[""] = " ".join(dict.fromkeys(each.help for each in members))
     if groups.get(""):
-        lines += [link(groups[""], names), ""]
+        lines += [link(groups[""]), ""]
     for formula in note.formulas:
         lines += [f"$${formula}$$", ""]
-    lines += argument_rows(members, note, section, whole, link)
+    lines += argument_rows(members, note, section, whole, context.link)
     failures = groups.get("Failures", "")
     general = note.failure or section.failure or whole.failure
     if not failures.startswith("No trap") and any(each.kind == "method" for each in members):
         failures = " ".join(filter(None, [failures, general]))
     if failures:
-        lines += [f"**Failures.** {link(failures, names)}", ""]
+        lines += [f"**Failures.** {link(failures)}", ""]
     for kind in ("Special values", "Accuracy and cost", "Source"):
         if groups.get(kind):
-            lines += [f"**{kind}.** {link(groups[kind].removeprefix('Source: '), names)}", ""]
+            lines += [f"**{kind}.** {link(groups[kind].removeprefix('Source: '))}", ""]
     shown = steps_for(members, context.calls[of.name], of.members)
     home = context.homes.setdefault(id(shown[0].call), names[0])
     if len(shown) == 1 and shown[0].before is None and home != names[0]:
