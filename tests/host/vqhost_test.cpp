@@ -63,7 +63,7 @@ TEST_F(Vqhost, WritesAFileWholeOrLeavesWhatWasThere) {
 
 // What lies beyond the data is said in one line, without the component's own before it.
 TEST_F(Vqhost, RefusesInOneLineWhatLiesBeyondTheData) {
-  write("year.csv", "date,q\n2023-01-01,1\n2024-01-01,2\n");
+  write("year.csv", "date,q\n2023-01-01,0\n2024-01-01,2\n");
   EXPECT_EQ(run("accumulate year.csv --start 2024-01-01").err,
             "vqhost: the start of reporting, 2024-01-01, is not before the last row, 2024-01-01\n");
   EXPECT_EQ(run("accumulate year.csv --from-row 3").err,
@@ -79,7 +79,7 @@ TEST_F(Vqhost, ExamplesRunAsPrinted) {
     const std::string name = line.substr(0, line.find(' ', 2));
     if (!name.starts_with("  ") || name.size() < 4 || name[2] == '-') continue;
     std::string help = run(name + " --help").out;
-    for (std::size_t at = 0; (at = help.find("\n            --", at)) != help.npos;) {
+    for (std::size_t at = 0; (at = help.find("\n            -", at)) != help.npos;) {
       help.replace(at, 12, " ");  // an example that goes on
     }
     shown += help;

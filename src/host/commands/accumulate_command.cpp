@@ -28,7 +28,8 @@ constexpr const char* kNotes =
 constexpr const char* kExamples =
     "Examples: vqhost accumulate samples/field_wells.csv --start 2015-01-01 --period quarter\n"
     "            --cumulative field_oil_cum\n"
-    "          vqhost accumulate samples/months.csv --time month --start-data 2023-01-31 -o out.csv";
+    "          vqhost accumulate samples/months.csv --time month --start-data 2023-01-31 -o "
+    "out.csv";
 
 std::string notes() {
   return std::string(kNotes) + "Period words: " + period_words_text() + ".\n" + kExamples;
