@@ -98,6 +98,16 @@ TEST_F(Vqhost, ExamplesRunAsPrinted) {
   EXPECT_GE(ran, 30);
 }
 
+// Stopped while it writes, the program takes its unfinished file away.
+TEST_F(Vqhost, LeavesNoUnfinishedFileWhenItIsStopped) {
+  write("year.csv", "date,q\n2023-01-01,1\n2024-01-01,2\n");
+  write("stop.sh",
+        "\"$1\" accumulate year.csv --period minute -o out.csv & pid=$!\n"
+        "while [ ! -e out.csv.part$pid ] && kill -0 $pid; do :; done\n"
+        "kill -TERM $pid; wait $pid; [ $? = 143 ] && ls\n");
+  EXPECT_EQ(run("", "sh stop.sh").out, "err.txt\nstop.sh\nyear.csv\n");
+}
+
 // A table's rows are not kept until it is printed: kept, these would take 200 MB.
 TEST_F(Vqhost, PrintsALongTableInLittleMemory) {
   write("year.csv", "date,q\n2023-01-01,1\n2024-01-01,2\n");

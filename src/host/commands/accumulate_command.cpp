@@ -25,14 +25,37 @@ constexpr const char* kNotes =
     "bits: period ends are shown as the roundest clock time within that precision (20 seconds at\n"
     "ten years).\n";
 
+// What is there to know of records, with where their intervals lie.
+constexpr const char* kRecords =
+    "\nRecords, with any of --by, --volumes, --stamp, --gap and the options below them: dated "
+    "rows\n"
+    "of one or of many wells, as many as there are. Periods go by the calendar unless --start "
+    "says\n"
+    "otherwise, and have the mean of a rate over the days of the group's rows, the sum of an "
+    "amount,\n"
+    "the last cumulative value. Where the row of the 4th is missing:\n"
+    "\n"
+    "  row of             1    2    3         5\n"
+    "  --stamp end     +--1-+--2-+--3-+.gap.+--5-+\n"
+    "  --stamp begin        +--1-+--2-+--3-+.gap.+--5-+\n"
+    "  day                  1    2    3     4    5     6\n"
+    "\n"
+    "  --gap zero           nothing in the gap\n"
+    "  --gap hold           the gap is a part of the row beside it, whose rate it has and over\n"
+    "                       which that row's amount is spread\n"
+    "\n";
+
 constexpr const char* kExamples =
     "Examples: vqhost accumulate samples/field_wells.csv --start 2015-01-01 --period quarter\n"
     "            --cumulative field_oil_cum\n"
     "          vqhost accumulate samples/months.csv --time month --start-data 2023-01-31 -o "
-    "out.csv";
+    "out.csv\n"
+    "          vqhost accumulate samples/daily_records.csv --by well --stamp begin --total\n"
+    "            --volumes oil_vol,gas_vol,water_vol --period quarter";
 
 std::string notes() {
-  return std::string(kNotes) + "Period words: " + period_words_text() + ".\n" + kExamples;
+  return std::string(kNotes) + "Period words: " + period_words_text() + ".\n" + kRecords +
+         kExamples;
 }
 
 struct Options {

@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
-#include "host/client/description.hpp"
 #include "host/client/dispatch_client.hpp"
 #include "host/data/moment.hpp"
 #include "host/failure.hpp"
@@ -12,26 +10,6 @@
 
 namespace vqmath63::host {
 namespace {
-
-DispatchObject accumulator(const PeriodSettings& settings, double start_data) {
-  DispatchObject object = DispatchObject::create("ztAccumulate");
-  object.put("DataPeriod", Value::text(settings.data_period));
-  object.put("Period", Value::text(settings.period));
-  object.put("Frequency", Value::whole_number(settings.frequency));
-  object.put("AccumulateIndex", Value::whole_number(settings.from_row));
-  object.put("StartData", Value::date(start_data));
-  object.put("StartDate", Value::date(settings.start));
-  return object;
-}
-
-// Runs Accumulate over the caller's table as it stands, without a copy; false when qOK is False.
-bool run(DispatchObject& object, SAFEARRAY* table, ArrayOwner& result) {
-  SAFEARRAY* lent = table;
-  std::vector<Argument> arguments;
-  arguments.push_back({Value::array_reference(VT_R4, &lent)});
-  arguments.push_back({Value::array_reference(VT_R4, result.place())});
-  return object.succeeds("Accumulate", std::move(arguments));
-}
 
 // The days that `time` units after time 0 are. The component's own calendar answers: a table of two
 // rows that begins or ends there is accumulated, and its length is what it reports.
@@ -45,26 +23,12 @@ double days_of_time(double time, const std::string& data_period, double start_da
   values[0] = std::min(t, 0.0F);
   values[1] = std::max(t, 0.0F);
   ArrayOwner result;
-  if (!run(object, table.get(), result)) {
+  if (!run_accumulate(object, table.get(), result)) {
     throw WorkError("the time of the first row used is no moment that can be reported");
   }
   const double length =
       static_cast<const float*>(result.get()->pvData)[result.get()->rgsabound[1].cElements - 1];
   return t < 0.0F ? -length : length;
-}
-
-double spacing_at(double days) {
-  const auto x = static_cast<float>(std::fabs(days));
-  return static_cast<double>(std::nextafter(x, std::numeric_limits<float>::max())) - x;
-}
-
-// `property` is the one that takes the word.
-void check_word(const std::string& word, const char* property, const char* option) {
-  for (const std::string& known : describe_words("ztAccumulate", property)) {
-    if (same_letters(word, known)) return;
-  }
-  throw WorkError(std::string(option) + " '" + word +
-                  "' is no period word; these are: " + period_words_text());
 }
 
 // Refuses what lies beyond the data, before the component does with a line of its own.
@@ -87,40 +51,9 @@ void refuse_beyond(const Production& production, const PeriodSettings& settings)
 
 }  // namespace
 
-std::string period_words_text() {
-  std::string text;
-  std::string last;
-  for (const std::string& word : describe_words("ztAccumulate", "Period")) {
-    if (word == last + "s") continue;
-    text += (text.empty() ? "" : ", ") + word;
-    last = word;
-  }
-  return text;
-}
-
-void check_period_word(const std::string& word) {
-  check_word(word, "Period", "--period");
-}
-
-std::vector<double> period_boundaries(double from, double days, const PeriodSettings& settings) {
-  DispatchObject object = accumulator(settings, from);
-  const ArrayOwner table(new_array(VT_R4, 2, 2));
-  static_cast<float*>(table.get()->pvData)[1] = static_cast<float>(days);
-  ArrayOwner result;
-  if (!run(object, table.get(), result)) {
-    throw WorkError("the periods from " + exact_moment_text(from) + " on cannot be told");
-  }
-  const float* ends = static_cast<const float*>(result.get()->pvData);
-  std::vector<double> boundaries{std::max(from, settings.start)};
-  for (std::size_t i = 0; i < result.get()->rgsabound[1].cElements; ++i) {
-    boundaries.push_back(roundest_moment(boundaries.front() + ends[i], spacing_at(ends[i])));
-  }
-  return boundaries;
-}
-
 Accumulated accumulate(const Production& production, const PeriodSettings& settings) {
   check_period_word(settings.period);
-  check_word(settings.data_period, "DataPeriod", "--time");
+  check_data_period_word(settings.data_period);
   refuse_beyond(production, settings);
   DispatchObject object = accumulator(settings, production.start_data);
   const std::size_t series = production.names.size();
@@ -135,7 +68,7 @@ Accumulated accumulate(const Production& production, const PeriodSettings& setti
     object.put("RateArray", Value::array(VT_BOOL, rates));
   }
   ArrayOwner result;
-  if (!run(object, production.table.get(), result)) {
+  if (!run_accumulate(object, production.table.get(), result)) {
     throw WorkError("the accumulation did not succeed (qOK is False)");
   }
 
@@ -143,7 +76,7 @@ Accumulated accumulate(const Production& production, const PeriodSettings& setti
   if (!production.dated) {
     const double first =
         days_of_time(production.first_time, settings.data_period, production.start_data);
-    first_moment = roundest_moment(production.start_data + first, spacing_at(first));
+    first_moment = roundest_moment(production.start_data + first, single_spacing_at(first));
   }
   const double begin = std::max(settings.start, first_moment);
   const std::size_t periods = result.get()->rgsabound[1].cElements;
@@ -154,7 +87,7 @@ Accumulated accumulate(const Production& production, const PeriodSettings& setti
     const double elapsed = *values++;
     const double end = begin + elapsed;
     out.boundaries.push_back(
-        roundest_moment(end, spacing_at(std::max(end - production.start_data, elapsed))));
+        roundest_moment(end, single_spacing_at(std::max(end - production.start_data, elapsed))));
   }
   for (std::size_t j = 0; j < series; ++j) {
     out.series.emplace_back(values, values + periods);

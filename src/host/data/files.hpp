@@ -21,6 +21,10 @@ bool create_new(const std::filesystem::path& path);
 /// Whether the user may write an existing file.
 bool may_write(const std::filesystem::path& path);
 
+/// Has a file removed when the user stops the program (Ctrl-C) or the system asks it to end; with
+/// an empty path none any more.
+void remove_when_stopped(const std::filesystem::path& file);
+
 /// A number that no other program has while this one runs.
 int process_id();
 

@@ -54,6 +54,7 @@ class OutputFile {
   }
   ~OutputFile() {
     if (written_ == target_) return;
+    remove_when_stopped({});
     stream_.close();  // or some systems keep the file
     std::error_code ignored;
     fs::remove(written_, ignored);
@@ -97,6 +98,7 @@ class OutputFile {
     std::error_code error;
     fs::rename(written_, target_, error);
     if (error) fail(error.message());
+    remove_when_stopped({});
     written_ = target_;
   }
 
@@ -106,7 +108,8 @@ class OutputFile {
     if (fs::exists(status) && !may_write(target_)) return;
     fs::path beside = target_;
     beside += ".part" + std::to_string(process_id());
-    if (!create_new(beside)) return;
+    remove_when_stopped(beside);
+    if (!create_new(beside)) return remove_when_stopped({});
     written_ = beside;
     std::error_code ignored;
     if (fs::exists(status)) fs::permissions(beside, status.permissions(), ignored);

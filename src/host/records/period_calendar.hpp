@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/commands/accumulation.hpp"
+#include "host/data/reporting_periods.hpp"
 
 namespace vqmath63::host {
 
