@@ -130,7 +130,7 @@ class ReportPage(unittest.TestCase):
         figures = self.report("f.csv", "--limit", "100", "--unit", "q=bbl", "--decline", "q,none")
         decline, = figures["decline"]
         reached = day(math.ceil(1000 * math.log(10)))
-        self.assertIn(f"at the limit of 100 bbl/d on {reached}, 3.8 years beyond the rows", decline.note)
+        self.assertIn(f"at the limit of 100 bbl/d on {reached}, 3.8 years beyond the data", decline.note)
         self.assertIn("The rate declines by 30.6 % a year.", decline.note)
         limit = [x for x, _ in decline.corners("limit")]
         dot, = [float(d[1:].split()[0]) for name, kind, d in decline.paths if kind[0] == "dots" and not name]

@@ -164,11 +164,11 @@ class Planner {
   RecordPlan plan_;
 };
 
-// Tells the user what was found while the records were read.
+// Tells what was found while the records were read.
 class Teller {
  public:
-  Teller(const RecordPlan& plan, const RecordReport& report, const CsvFile& head)
-      : plan_(plan), found_(report.findings), report_(report), head_(head) {}
+  Teller(const RecordPlan& plan, const RecordReport& report, const CsvFile& head, Notes& notes)
+      : plan_(plan), found_(report.findings), report_(report), head_(head), notes_(notes) {}
 
   // The series that are shown; the user is told of the others.
   std::vector<std::size_t> series() {
@@ -183,27 +183,26 @@ class Teller {
         shown.push_back(s);
         continue;
       }
-      std::cerr << "vqhost: column " << in_quotes(series.name) << " holds ";
-      if (counts.numbers == 0) {
-        std::cerr << "no numbers";
-      } else {
-        std::cerr << counted(counts.texts, "text") << " and only "
-                  << counted(counts.numbers, "number");
-      }
-      std::cerr << " and is left out";
+      std::string note = "column " + in_quotes(series.name) + " holds ";
+      note += counts.numbers == 0 ? "no numbers"
+                                  : counted(counts.texts, "text") + " and only " +
+                                        counted(counts.numbers, "number");
+      note += " and is left out";
       if (counts.texts > 0) {
-        std::cerr << " (" << in_quotes(counts.text) << " on line " << counts.text_line << ")";
+        note +=
+            " (" + in_quotes(counts.text) + " on line " + std::to_string(counts.text_line) + ")";
       }
-      std::cerr << '\n';
+      notes_.push_back(note);
     }
     if (shown.empty())
       throw WorkError(head_.path() + ": no column of numbers stands beside the date");
     return shown;
   }
 
-  void tell() const {
+  void tell() {
     if (head_.units_line() > 0) {
-      std::cerr << "vqhost: line " << head_.units_line() << " is taken for a row of units\n";
+      notes_.push_back("line " + std::to_string(head_.units_line()) +
+                       " is taken for a row of units");
     }
     tell_gaps();
     tell_no_interval();
@@ -239,40 +238,40 @@ class Teller {
     return (name.empty() ? "" : in_quotes(name) + ", ") + "line " + std::to_string(found.line);
   }
 
-  void say(const Finding& found, const char* what, const char* done) const {
+  void say(const Finding& found, const char* what, const char* done) {
     if (found.count == 0) return;
-    std::cerr << "vqhost: " << counted(found.count, what) << " " << done << " (" << where(found)
-              << (found.count > 1 ? ", for one" : "") << ")\n";
+    notes_.push_back(counted(found.count, what) + " " + done + " (" + where(found) +
+                     (found.count > 1 ? ", for one" : "") + ")");
   }
 
-  void tell_gaps() const {
+  void tell_gaps() {
     const Finding& gaps = found_.gaps;
     if (gaps.count == 0) return;
     const bool zero = plan_.gap == GapRule::kZero;
-    std::cerr << "vqhost: " << counted(gaps.count, "gap") << " beside rows that follow each "
-              << plan_.step->text() << ", " << (gaps.count > 1 ? "the longest " : "") << "from "
-              << exact_moment_text(gaps.from) << " to " << exact_moment_text(gaps.to) << " ("
-              << where(gaps) << "): "
-              << (zero ? "taken for no production (--gap hold: as the row beside it)"
-                       : "taken to be as the row beside it (--gap zero: no production)")
-              << '\n';
+    notes_.push_back(counted(gaps.count, "gap") + " beside rows that follow each " +
+                     plan_.step->text() + ", " + (gaps.count > 1 ? "the longest " : "") + "from " +
+                     exact_moment_text(gaps.from) + " to " + exact_moment_text(gaps.to) + " (" +
+                     where(gaps) + "): " +
+                     (zero ? "taken for no production (--gap hold: as the row beside it)"
+                           : "taken to be as the row beside it (--gap zero: no production)"));
   }
 
-  void tell_no_interval() const {
+  void tell_no_interval() {
     const Finding& rows = found_.no_interval;
     if (rows.count == 0) return;
     const bool begin = plan_.stamp == Stamp::kBegin;
-    std::cerr << "vqhost: " << counted(rows.count, begin ? "last row" : "first row")
-              << (begin ? " without a row behind it" : " without a row before it")
-              << (rows.count > 1 ? ": their values count" : ": its values count")
-              << " for nothing (" << where(rows) << (rows.count > 1 ? ", for one" : "") << ")"
-              << (plan_.step ? "" : "; --step says how long the interval of a row is") << '\n';
+    notes_.push_back(counted(rows.count, begin ? "last row" : "first row") +
+                     (begin ? " without a row behind it" : " without a row before it") +
+                     (rows.count > 1 ? ": their values count" : ": its values count") +
+                     " for nothing (" + where(rows) + (rows.count > 1 ? ", for one" : "") + ")" +
+                     (plan_.step ? "" : "; --step says how long the interval of a row is"));
   }
 
   const RecordPlan& plan_;
   Findings found_;
   const RecordReport& report_;
   const CsvFile& head_;
+  Notes& notes_;
 };
 
 // Whether a name has one of these words in it, whatever its letters' case.
@@ -325,19 +324,31 @@ void declare_records(Command& command, RecordOptions& o) {
       .flag("--total", o.total, "The sum of all groups too");
 }
 
+RecordPlan plan_records(const RecordOptions& options, const RecordWork& work, const CsvFile& head) {
+  return Planner(options, work, head).plan();
+}
+
+std::vector<std::size_t> series_of_records(const RecordPlan& plan, const RecordReport& report,
+                                           const CsvFile& head, Notes& notes) {
+  Teller teller(plan, report, head, notes);
+  std::vector<std::size_t> series = teller.series();
+  teller.tell();
+  return series;
+}
+
 void accumulate_records(const RecordOptions& options, const RecordWork& work) {
   RecordFile file(work.path);
-  RecordPlan plan = Planner(options, work, file.head()).plan();
+  RecordPlan plan = plan_records(options, work, file.head());
   const MessageSink sink;
   PeriodCalendar calendar(work.periods.period, work.periods.frequency,
                           work.start.value_or(kCalendarPhase), work.start.has_value());
   RecordReport report;
   const RecordSums sums = file.accumulate(plan, std::move(calendar), report);
 
-  Teller teller(plan, report, file.head());
+  Notes notes;
   RecordTableShape shape;
-  shape.series = teller.series();
-  teller.tell();
+  shape.series = series_of_records(plan, report, file.head(), notes);
+  for (const std::string& note : notes) std::cerr << "vqhost: " << note << '\n';
   std::vector<std::string> names;
   std::vector<bool> rates;
   for (const std::size_t s : shape.series) {

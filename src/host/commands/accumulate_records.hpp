@@ -8,6 +8,7 @@
 #include "host/command_line.hpp"
 #include "host/commands/accumulation.hpp"
 #include "host/data/output.hpp"
+#include "host/records/record_accumulation.hpp"
 
 namespace vqmath63::host {
 
@@ -41,6 +42,16 @@ struct RecordWork {
   PeriodSettings periods;
   Output output;
 };
+
+/// Makes of the options, and of the header that a file has, what its reader is to do.
+RecordPlan plan_records(const RecordOptions& options, const RecordWork& work, const CsvFile& head);
+
+/// What a user has to know of a file.
+using Notes = std::vector<std::string>;
+
+/// The series of the plan that hold numbers, and notes of what was found while they were read.
+std::vector<std::size_t> series_of_records(const RecordPlan& plan, const RecordReport& report,
+                                           const CsvFile& head, Notes& notes);
 
 /// Declares the options of records.
 void declare_records(Command& command, RecordOptions& options);

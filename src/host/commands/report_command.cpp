@@ -6,6 +6,7 @@
 #include "host/commands/report_decline.hpp"
 #include "host/commands/report_fluid.hpp"
 #include "host/commands/report_production.hpp"
+#include "host/commands/report_records.hpp"
 #include "host/data/columns.hpp"
 #include "host/data/moment.hpp"
 #include "host/data/output.hpp"
@@ -28,6 +29,8 @@ constexpr const char* kNotes =
     "largest\n"
     "rate on. Fluid tables are those of 'vqhost volume-factor'; one makes a page without a FILE "
     "too.\n"
+    "Long records, rows of many wells, are taken with --by and the options of 'vqhost "
+    "accumulate'.\n"
     "Examples: vqhost report samples/field_wells.csv --cumulative field_oil_cum --unit sm3\n"
     "            --period quarter --decline W-1 --limit 50 -o report.html\n"
     "          vqhost report --live samples/live_oil.csv --points samples/fluid_points.csv\n"
@@ -35,6 +38,7 @@ constexpr const char* kNotes =
 
 struct Options {
   ReportChoice report;
+  RecordOptions records;
   DeclineChoice decline;
   FluidChoice fluid;
   std::string columns;
@@ -98,21 +102,25 @@ int run(Options options) {
   const std::string source =
       file_name(production ? options.report.data.path : options.fluid.table());
   const MessageSink sink;
-  std::optional<ReportData> data;
-  if (production) data = read_report_data(options.report);
+  std::vector<ReportData> parts;
+  if (production && options.records.any()) {
+    parts = read_report_records(options.report, options.records);
+  } else if (production) {
+    parts.push_back(read_report_data(options.report));
+  }
   Page page(options.title.empty() ? source : options.title,
-            production ? "Production by " + data->period_words + ", from " + source
+            production ? "Production by " + period_words(options.report) + ", from " + source
                        : "Volume factors, from " + source);
-  if (production) {
-    add_key_figures(page, *data);
-    add_stack(page, *data);
-    add_cumulative(page, *data);
-    add_periods(page, *data);
-    add_declines(page, *data, options.decline);
-    add_histograms(page, *data, options.bins);
+  for (const ReportData& data : parts) add_key_figures(page, data);
+  for (const ReportData& data : parts) {
+    add_stack(page, data);
+    add_cumulative(page, data);
+    add_periods(page, data);
+    add_declines(page, data, options.decline);
+    add_histograms(page, data, options.bins);
   }
   if (options.fluid.wanted()) add_fluid(page, options.fluid);
-  if (production) add_story(page, *data);
+  if (production) add_story(page, parts.back());
   const std::string text = page.text("Made by vqhost report of vqmath63.");
   constexpr std::size_t kKilobyte = 1000;
   put_text(options.output, text,
@@ -158,9 +166,9 @@ void declare(Command& command) {
       .option("--pressure-unit", "UNIT", o.fluid.pressure_unit, "Unit of the table's pressures")
       .option("--points", "IN.csv", o.fluid.points, "Points whose factors are asked for")
       .option("--point-columns", "COL,...", o.fluid.point_columns,
-              "Their columns by header or number")
-      .notes(kNotes)
-      .does([options] { return run(*options); });
+              "Their columns by header or number");
+  declare_records(command, o.records);
+  command.notes(kNotes).does([options] { return run(*options); });
 }
 
 const RegisteredCommand kRegistered{

@@ -32,26 +32,6 @@ std::string volume_unit_of(const std::string& rate_unit) {
   return rate_unit.empty() ? "" : rate_unit + " x days";
 }
 
-void take_units(ReportData& data, const std::vector<std::string>& units) {
-  for (const std::string& text : units) {
-    const auto sign = text.find('=');
-    const std::string name = sign == std::string::npos ? "" : text.substr(0, sign);
-    const std::string unit = sign == std::string::npos ? text : text.substr(sign + 1);
-    bool found = false;
-    for (std::size_t j = 0; j < data.series.size(); ++j) {
-      ReportSeries& each = data.series[j];
-      if (sign != std::string::npos && !same_letters(name, each.name) &&
-          !same_letters(name, data.production.names[j])) {
-        continue;
-      }
-      found = true;
-      each.volume_unit = unit;
-      each.unit = each.rate ? unit + "/d" : unit;
-    }
-    if (!found) throw UsageError("--unit " + text + ": there is no series " + in_quotes(name));
-  }
-}
-
 // The name before the number at its end; empty for a name without one.
 std::string family_of(const std::string& name) {
   const auto last = name.find_last_not_of("0123456789");
@@ -81,7 +61,7 @@ std::vector<std::size_t> stacked_by_choice(const ReportData& data,
   for (const std::string& name : names) {
     std::size_t j = 0;
     while (j < data.series.size() && !same_letters(name, data.series[j].name) &&
-           !same_letters(name, data.production.names[j])) {
+           !same_letters(name, data.series[j].header)) {
       ++j;
     }
     if (j == data.series.size()) {
@@ -96,20 +76,6 @@ std::vector<std::size_t> stacked_by_choice(const ReportData& data,
     if (std::find(chosen.begin(), chosen.end(), j) == chosen.end()) chosen.push_back(j);
   }
   return chosen;
-}
-
-// The largest volumes have colours of their own, in the order of the file.
-void give_colours(std::vector<ReportSeries>& series) {
-  constexpr std::size_t kColours = 7;
-  std::vector<std::size_t> order(series.size());
-  for (std::size_t j = 0; j < order.size(); ++j) order[j] = j;
-  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    return std::fabs(series[a].volume) > std::fabs(series[b].volume);
-  });
-  order.resize(std::min(order.size(), kColours));
-  std::sort(order.begin(), order.end());
-  int colour = 1;
-  for (const std::size_t j : order) series[j].colour = colour++;
 }
 
 std::string days_text(double days) {
@@ -156,21 +122,15 @@ void tell_of_steps(ReportData& data, std::vector<std::string>& story) {
 
 void tell_of_values(const ReportData& data, const ReportChoice& choice,
                     std::vector<std::string>& story) {
-  std::vector<std::size_t> first;
   std::vector<std::size_t> negative;
   std::size_t negatives = 0;
   for (std::size_t j = 0; j < data.series.size(); ++j) {
     const ReportSeries& each = data.series[j];
     if (!each.rate) continue;
-    if (each.values[0] != 0.0F) first.push_back(j);
     const auto below = std::count_if(each.values.begin(), each.values.end(),
                                      [](float value) { return value < 0.0F; });
     negatives += static_cast<std::size_t>(below);
     if (below > 0) negative.push_back(j);
-  }
-  if (!first.empty()) {
-    story.push_back("No interval ends at the first row: its rates (" + data.names_of(first) +
-                    ") are in no period.");
   }
   if (choice.data.empty_as) {
     story.push_back("Empty cells stand for " + number_words(*choice.data.empty_as) + ".");
@@ -184,7 +144,7 @@ void tell_of_values(const ReportData& data, const ReportChoice& choice,
 
 void tell_story(ReportData& data, const ReportChoice& choice) {
   std::vector<std::string>& story = data.story;
-  story.push_back(data.path + ": " + counted(data.production.rows, "row") + " from " +
+  story.push_back(data.path + ": " + counted(data.rows, "row") + " from " +
                   exact_moment_text(data.moments.front()) + " to " +
                   exact_moment_text(data.moments.back()) + ", " +
                   std::to_string(data.series.size()) + " series.");
@@ -194,9 +154,9 @@ void tell_story(ReportData& data, const ReportChoice& choice) {
         "A rate is the mean of the interval that ends at its row. Of a period the pictures show "
         "the mean rate, and volumes are mean rate x days.");
   }
-  story.push_back(counted(data.accumulated.periods(), "period") + ", from " +
-                  exact_moment_text(data.accumulated.boundaries.front()) + " to " +
-                  exact_moment_text(data.accumulated.boundaries.back()) +
+  story.push_back(counted(data.periods(), "period") + ", from " +
+                  exact_moment_text(data.boundaries.front()) + " to " +
+                  exact_moment_text(data.boundaries.back()) +
                   ", where the rows end. Times and values are Singles of 24 bits.");
   tell_of_steps(data, story);
   tell_of_values(data, choice, story);
@@ -208,6 +168,67 @@ void tell_story(ReportData& data, const ReportChoice& choice) {
 }
 
 }  // namespace
+
+std::string period_words(const ReportChoice& choice) {
+  if (choice.frequency == 1) return choice.period;
+  const std::string words = std::to_string(choice.frequency) + " " + choice.period;
+  return words.ends_with('s') ? words : words + "s";
+}
+
+std::string sentence(std::string note) {
+  if (!note.empty() && note.front() >= 'a' && note.front() <= 'z') {
+    note.front() = static_cast<char>(note.front() - 'a' + 'A');
+  }
+  return note + ".";
+}
+
+void name_series(ReportSeries& series, const std::string& header, bool amount) {
+  series.header = header;
+  std::tie(series.name, series.unit) = name_and_unit(header);
+  series.volume_unit = amount || !series.rate ? series.unit : volume_unit_of(series.unit);
+  if (amount && !series.unit.empty()) series.unit += "/d";
+}
+
+void take_units(std::vector<ReportSeries*> series, const std::vector<std::string>& units) {
+  for (const std::string& text : units) {
+    const auto sign = text.find('=');
+    const std::string name = sign == std::string::npos ? "" : text.substr(0, sign);
+    const std::string unit = sign == std::string::npos ? text : text.substr(sign + 1);
+    bool found = false;
+    for (ReportSeries* const each : series) {
+      if (sign != std::string::npos && !same_letters(name, each->name) &&
+          !same_letters(name, each->header) &&
+          !same_letters(name, name_and_unit(each->header).first)) {
+        continue;
+      }
+      found = true;
+      each->volume_unit = unit;
+      each->unit = each->rate ? unit + "/d" : unit;
+    }
+    if (!found) throw UsageError("--unit " + text + ": there is no series " + in_quotes(name));
+  }
+}
+
+void give_colours(std::vector<ReportSeries>& series) {
+  constexpr std::size_t kColours = 7;
+  std::vector<std::size_t> order(series.size());
+  for (std::size_t j = 0; j < order.size(); ++j) order[j] = j;
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    return std::fabs(series[a].volume) > std::fabs(series[b].volume);
+  });
+  order.resize(std::min(order.size(), kColours));
+  std::sort(order.begin(), order.end());
+  int colour = 1;
+  for (const std::size_t j : order) series[j].colour = colour++;
+}
+
+std::string ReportData::titled(const std::string& title) const {
+  return what.empty() ? title : title + ": " + what;
+}
+
+std::string ReportData::place(const std::string& name) const {
+  return what.empty() ? name : name + "-" + what;
+}
 
 std::string ReportData::names_of(const std::vector<std::size_t>& which) const {
   constexpr std::size_t kMost = 8;
@@ -243,10 +264,9 @@ ReportData read_report_data(const ReportChoice& choice) {
   settings.frequency = choice.frequency;
   settings.start = choice.start.value_or(production.start_data);
   data.accumulated = accumulate(production, settings);
-  data.period_words = choice.frequency == 1
-                          ? choice.period
-                          : std::to_string(choice.frequency) + " " + choice.period;
-  if (choice.frequency > 1 && !data.period_words.ends_with('s')) data.period_words += 's';
+  data.boundaries = data.accumulated.boundaries;
+  data.rows = production.rows;
+  data.period_words = period_words(choice);
 
   const float* const table = static_cast<const float*>(production.table.get()->pvData);
   const std::span<const float> times(table, production.rows);
@@ -254,19 +274,21 @@ ReportData read_report_data(const ReportChoice& choice) {
     const double spacing = std::nextafter(time, std::numeric_limits<float>::max()) - time;
     data.moments.push_back(roundest_moment(production.start_data + time, spacing));
   }
+  std::vector<ReportSeries*> all;
+  data.series.resize(production.names.size());
   for (std::size_t j = 0; j < production.names.size(); ++j) {
-    ReportSeries each;
-    std::tie(each.name, each.unit) = name_and_unit(production.names[j]);
+    ReportSeries& each = data.series[j];
     each.rate = production.rates[j];
-    each.volume_unit = each.rate ? volume_unit_of(each.unit) : each.unit;
+    name_series(each, production.names[j], false);
     each.values = {table + (j + 1) * production.rows, production.rows};
     each.periods = data.accumulated.series[j];
     for (std::size_t i = 0; each.rate && i < each.periods.size(); ++i) {
-      each.volume += each.periods[i] * data.accumulated.days(i);
+      each.volumes.push_back(each.periods[i] * data.days(i));
+      each.volume += each.volumes.back();
     }
-    data.series.push_back(std::move(each));
+    all.push_back(&each);
   }
-  take_units(data, choice.units);
+  take_units(all, choice.units);
   data.stacked =
       choice.stacked.empty() ? stacked_by_name(data) : stacked_by_choice(data, choice.stacked);
   if (data.stacked.size() < 2) data.stacked.clear();

@@ -38,7 +38,7 @@ Samples samples_of(const ReportData& data, const ReportSeries& series,
       choice.from.value_or(data.moments[static_cast<std::size_t>(largest - series.values.begin())]);
   const double to = choice.to.value_or(data.moments.back());
   Samples samples;
-  for (std::size_t i = 0; i < data.moments.size(); ++i) {
+  for (std::size_t i = data.first_value; i < data.moments.size(); ++i) {
     if (data.moments[i] < from || data.moments[i] > to) continue;
     if (!(series.values[i] > 0.0F)) {
       ++samples.left_out;
@@ -108,13 +108,13 @@ struct Decline {
     return within_reach() ? moment_text(samples.begin + std::ceil(days_to_limit()), false) : "-";
   }
 
-  std::string words() const {
+  std::string words(const std::string& row_word) const {
     const double end = samples.begin + samples.days.back();
-    std::string text = "Line through " + counted(samples.days.size(), "row") + " from " +
+    std::string text = "Line through " + counted(samples.days.size(), row_word) + " from " +
                        exact_moment_text(samples.begin) + " to " + exact_moment_text(end) + ", " +
                        number_words(samples.days.back() / kYear) + " years";
     if (samples.left_out > 0) {
-      text += "; " + counted(samples.left_out, "row") + " without a rate left out";
+      text += "; " + counted(samples.left_out, row_word) + " without a rate left out";
     }
     text += ". R is " + number_words(line.r) + ". ";
     if (!declines()) return text + "The line does not decline, so it reaches no limit.";
@@ -125,8 +125,8 @@ struct Decline {
     const double beyond = days_to_limit() - samples.days.back();
     text += "It is at the limit of " + limit_text + " on " + limit_date();
     return text + (beyond > 0.0 ? ", " + number_words(std::round(beyond / kYear * 10.0) / 10.0) +
-                                      " years beyond the rows: as sure as that they go on alike."
-                                : ", within the rows.");
+                                      " years beyond the data: as sure as that they go on alike."
+                                : ", within the data.");
   }
 };
 
@@ -144,7 +144,7 @@ Figure figure_of(const ReportData& data, const Decline& decline) {
                ScaleKind::kLogarithmic});
   constexpr std::size_t kFewRows = 1500;
   chart.add({samples.days.size() <= kFewRows ? Layer::Kind::kDots : Layer::Kind::kLine,
-             "rows of the file", look + " data", std::move(moments), samples.rates});
+             row_words(data), look + " data", std::move(moments), samples.rates});
   const std::vector<double> ends{samples.begin, samples.begin + drawn};
   chart.add({Layer::Kind::kLine,
              "line",
@@ -164,11 +164,10 @@ Figure figure_of(const ReportData& data, const Decline& decline) {
   std::vector<std::string> begins;
   std::vector<float> means;
   std::vector<double> fitted;
-  for (std::size_t i = 0; i < data.accumulated.periods(); ++i) {
-    const double middle =
-        (data.accumulated.boundaries[i] + data.accumulated.boundaries[i + 1]) / 2.0;
+  for (std::size_t i = 0; i < data.periods(); ++i) {
+    const double middle = (data.boundaries[i] + data.boundaries[i + 1]) / 2.0;
     const double days = middle - samples.begin;
-    begins.push_back(exact_moment_text(data.accumulated.boundaries[i]));
+    begins.push_back(exact_moment_text(data.boundaries[i]));
     means.push_back(series.periods[i]);
     fitted.push_back(days < 0.0 ? std::numeric_limits<double>::quiet_NaN()
                                 : decline.line.rate_at(days));
@@ -177,7 +176,7 @@ Figure figure_of(const ReportData& data, const Decline& decline) {
   table.texts("start", std::move(begins));
   table.numbers("mean rate", series.unit, means, 5);
   table.numbers("line in the middle", series.unit, fitted, 5);
-  return {series.name, decline.words(), std::move(chart), std::move(table)};
+  return {series.name, decline.words(data.row_word), std::move(chart), std::move(table)};
 }
 
 std::vector<const ReportSeries*> chosen_series(const ReportData& data,
@@ -214,7 +213,8 @@ void add_declines(Page& page, const ReportData& data, const DeclineChoice& choic
     Samples samples = samples_of(data, *series, choice);
     constexpr std::size_t kFewest = 3;
     if (samples.days.size() < kFewest || samples.days.back() == 0.0) {
-      without.push_back(series->name + ": no line, for " + counted(samples.days.size(), "row") +
+      without.push_back(series->name + ": no line, for " +
+                        counted(samples.days.size(), data.row_word) +
                         " above 0 from its largest rate on are too few (--decline-from DATE begins "
                         "elsewhere).");
       continue;
@@ -229,7 +229,7 @@ void add_declines(Page& page, const ReportData& data, const DeclineChoice& choic
     declines.push_back({series, std::move(samples), *line, limit});
   }
   if (declines.empty() && without.empty()) return;
-  page.section("decline", "Decline");
+  page.section(data.place("decline"), data.titled("Decline"));
   if (!choice.limit && !declines.empty()) {
     page.paragraph(
         "The limit is a tenth of the rate at which the line begins; --limit RATE sets "

@@ -20,10 +20,9 @@ struct Measures {
 class Measurer {
  public:
   // Takes the values of a series over, in memory of their own.
-  explicit Measurer(const ReportSeries& series)
-      : name_(series.name), values_(new_array(VT_R4, series.values.size())) {
-    std::copy(series.values.begin(), series.values.end(),
-              static_cast<float*>(values_.get()->pvData));
+  Measurer(const std::string& name, std::span<const float> values)
+      : name_(name), values_(new_array(VT_R4, values.size())) {
+    std::copy(values.begin(), values.end(), static_cast<float*>(values_.get()->pvData));
   }
 
   void measure(DispatchObject& statistics, Measures& out) {
@@ -70,7 +69,8 @@ class Measurer {
   ArrayOwner values_;
 };
 
-Figure histogram(const ReportSeries& series, float least, float most, std::vector<double> counts) {
+Figure histogram(const ReportData& data, const ReportSeries& series, float least, float most,
+                 std::vector<double> counts) {
   std::vector<double> edges;
   const double width = (double{most} - least) / static_cast<double>(counts.size());
   for (std::size_t k = 0; k < counts.size(); ++k) {
@@ -78,22 +78,22 @@ Figure histogram(const ReportSeries& series, float least, float most, std::vecto
   }
   edges.push_back(most);
   Chart chart({series.rate ? "Rate" : "Value", series.unit, ScaleKind::kNumbers},
-              {"Rows", "", ScaleKind::kFromZero});
+              {data.row_word == "row" ? "Rows of the file" : "Days", "", ScaleKind::kFromZero});
   DataTable table;
   table.numbers("from", series.unit, std::span(edges).first(counts.size()), 5);
   table.numbers("to", series.unit, std::span(edges).subspan(1), 5);
-  table.numbers("rows", "", counts, 8);
+  table.numbers(data.row_word + "s", "", counts, 8);
   chart.rows_between(edges);
   chart.add({Layer::Kind::kBars, "", "s" + std::to_string(series.colour), std::move(edges),
              std::move(counts)});
-  return {series.name, counted(series.values.size(), "row") + " of the file.", std::move(chart),
-          std::move(table)};
+  return {series.name, counted(series.values.size() - data.first_value, data.row_word) + ".",
+          std::move(chart), std::move(table)};
 }
 
 }  // namespace
 
 void add_histograms(Page& page, const ReportData& data, std::int32_t bins) {
-  page.section("histogram", "How rates are distributed");
+  page.section(data.place("histogram"), data.titled("How rates are distributed"));
   DispatchObject statistics = DispatchObject::create("ztStatistics");
   DispatchObject sample = DispatchObject::create("ztSample");
   Measures measures;
@@ -101,14 +101,15 @@ void add_histograms(Page& page, const ReportData& data, std::int32_t bins) {
   std::size_t panels = 0;
   for (const ReportSeries& series : data.series) {
     if (!series.rate) continue;
-    Measurer measurer(series);
+    if (data.first_value >= series.values.size()) continue;
+    Measurer measurer(series.name, series.values.subspan(data.first_value));
     measurer.measure(statistics, measures);
     if (panels++ >= kMostPanels) continue;
     const float least = measures.least.back();
     const float most = measures.most.back();
     if (!(least < most)) continue;  // bins would have no width
     std::vector<double> counts = measurer.counts(sample, bins);
-    if (!counts.empty()) page.figure(histogram(series, least, most, std::move(counts)));
+    if (!counts.empty()) page.figure(histogram(data, series, least, most, std::move(counts)));
   }
   page.end_panels();
   if (panels == 0) return;

@@ -62,14 +62,13 @@ std::vector<std::size_t> largest(const ReportData& data, std::vector<std::size_t
 }
 
 DataTable period_columns(const ReportData& data, const std::string& hint) {
-  const Accumulated& accumulated = data.accumulated;
-  const std::vector<double>& edges = accumulated.boundaries;
+  const std::vector<double>& edges = data.boundaries;
   const bool with_time = std::any_of(edges.begin(), edges.end(), has_time_of_day);
   std::vector<std::string> moments;
   std::vector<double> days;
   for (const double edge : edges) moments.push_back(moment_text(edge, with_time));
-  for (std::size_t i = 0; i < accumulated.periods(); ++i) {
-    days.push_back(std::round(accumulated.days(i) * 1e6) / 1e6);
+  for (std::size_t i = 0; i < data.periods(); ++i) {
+    days.push_back(std::round(data.days(i) * 1e6) / 1e6);
   }
   DataTable table(hint);
   table.texts("start", {moments.begin(), moments.end() - 1});
@@ -85,10 +84,10 @@ std::string accumulate_hint(const ReportData& data) {
 }
 
 // The volume of a series until each boundary.
-std::vector<double> running_volume(const ReportData& data, const ReportSeries& series) {
+std::vector<double> running_volume(const ReportSeries& series) {
   std::vector<double> volume{0.0};
   for (std::size_t i = 0; i < series.periods.size(); ++i) {
-    volume.push_back(volume.back() + series.periods[i] * data.accumulated.days(i));
+    volume.push_back(volume.back() + series.volumes[i]);
   }
   return volume;
 }
@@ -103,8 +102,14 @@ std::vector<double> sum_of(const std::vector<double>& a, const std::vector<doubl
 struct Parts {
   std::vector<std::size_t> shown;
   std::vector<std::size_t> others;
-  std::string others_name() const { return counted(others.size(), "other"); }
 };
+
+// "5 others".
+std::string others_name(const ReportData& data, const std::vector<std::size_t>& others) {
+  std::size_t members = 0;
+  for (const std::size_t j : others) members += data.series[j].members;
+  return counted(members, "other");
+}
 
 Parts parts_of(const ReportData& data) {
   constexpr std::size_t kMostParts = 8;
@@ -120,7 +125,7 @@ Parts parts_of(const ReportData& data) {
 }
 
 std::vector<double> total_rate(const ReportData& data, const std::vector<std::size_t>& which) {
-  std::vector<double> total(data.accumulated.periods(), 0.0);
+  std::vector<double> total(data.periods(), 0.0);
   for (const std::size_t j : which) total = sum_of(total, doubles(data.series[j].periods));
   return total;
 }
@@ -131,7 +136,7 @@ std::string with_unit(const std::string& number, const std::string& unit) {
 
 // Steps over the rows of a rate, each of which holds from the row before to its own.
 Layer rows_of_rate(const ReportData& data, const ReportSeries& series) {
-  return {Layer::Kind::kSteps, "rows of the file", look_of(series) + " data", data.moments,
+  return {Layer::Kind::kSteps, row_words(data), look_of(series) + " data", data.moments,
           doubles(series.values.subspan(1))};
 }
 
@@ -139,15 +144,11 @@ Figure panel(const ReportData& data, const ReportSeries& series) {
   Chart chart(kDateAxis, axis_of("Rate", series.unit));
   chart.add(rows_of_rate(data, series));
   chart.add({Layer::Kind::kSteps, "mean of a " + data.period_words, look_of(series),
-             data.accumulated.boundaries, doubles(series.periods)});
-  chart.rows_between(data.accumulated.boundaries);
+             data.boundaries, doubles(series.periods)});
+  chart.rows_between(data.boundaries);
   DataTable table = period_columns(data, accumulate_hint(data));
   table.numbers("mean rate", series.unit, series.periods, kRateDigits);
-  std::vector<double> volumes;
-  for (std::size_t i = 0; i < series.periods.size(); ++i) {
-    volumes.push_back(series.periods[i] * data.accumulated.days(i));
-  }
-  table.numbers("volume", volume_unit_of(series), volumes, kVolumeDigits);
+  table.numbers("volume", volume_unit_of(series), series.volumes, kVolumeDigits);
   return {series.name,
           "Volume " + with_unit(number_words(series.volume), volume_unit_of(series)) + ".",
           std::move(chart), std::move(table)};
@@ -155,13 +156,12 @@ Figure panel(const ReportData& data, const ReportSeries& series) {
 
 Figure cumulative_panel(const ReportData& data, const ReportSeries& series) {
   Chart chart(kDateAxis, axis_of("Cumulative", series.unit));
-  chart.add({Layer::Kind::kLine, "rows of the file", look_of(series), data.moments,
-             doubles(series.values)});
-  std::vector<double> ends(data.accumulated.boundaries.begin() + 1,
-                           data.accumulated.boundaries.end());
+  chart.add(
+      {Layer::Kind::kLine, row_words(data), look_of(series), data.moments, doubles(series.values)});
+  std::vector<double> ends(data.boundaries.begin() + 1, data.boundaries.end());
   chart.add({Layer::Kind::kDots, "end of a " + data.period_words, "rule data", std::move(ends),
              doubles(series.periods)});
-  chart.rows_between(data.accumulated.boundaries);
+  chart.rows_between(data.boundaries);
   DataTable table = period_columns(data, accumulate_hint(data));
   table.numbers("at end", series.unit, series.periods, kVolumeDigits);
   return {series.name, "Cumulative in the file.", std::move(chart), std::move(table)};
@@ -172,7 +172,7 @@ Figure volume_figure(const ReportData& data, const std::string& title,
                      const std::vector<std::size_t>& shown, const std::vector<std::size_t>& others,
                      bool with_total) {
   const ReportSeries& first = data.series[shown.front()];
-  const std::vector<double>& edges = data.accumulated.boundaries;
+  const std::vector<double>& edges = data.boundaries;
   Chart chart(kDateAxis, volume_axis(first));
   DataTable table = period_columns(data, accumulate_hint(data));
   std::vector<double> total(edges.size(), 0.0);
@@ -182,15 +182,15 @@ Figure volume_figure(const ReportData& data, const std::string& title,
     table.numbers(name, volume_unit_of(first), std::span(volume).subspan(1), kVolumeDigits);
   };
   for (const std::size_t j : shown) {
-    const std::vector<double> volume = running_volume(data, data.series[j]);
+    const std::vector<double> volume = running_volume(data.series[j]);
     total = sum_of(total, volume);
     add(data.series[j].name, look_of(data.series[j]), volume);
   }
   if (!others.empty()) {
     std::vector<double> rest(edges.size(), 0.0);
-    for (const std::size_t j : others) rest = sum_of(rest, running_volume(data, data.series[j]));
+    for (const std::size_t j : others) rest = sum_of(rest, running_volume(data.series[j]));
     total = sum_of(total, rest);
-    add(counted(others.size(), "other"), "s8", rest);
+    add(others_name(data, others), "s8", rest);
   }
   if (with_total) add("total", "rule", total);
   chart.rows_between(edges);
@@ -199,7 +199,7 @@ Figure volume_figure(const ReportData& data, const std::string& title,
 }
 
 std::string period_text(const ReportData& data, std::size_t i) {
-  const std::vector<double>& edges = data.accumulated.boundaries;
+  const std::vector<double>& edges = data.boundaries;
   return exact_moment_text(edges[i]) + " to " + exact_moment_text(edges[i + 1]);
 }
 
@@ -227,7 +227,7 @@ void add_periods(Page& page, const ReportData& data) {
   const std::vector<std::size_t> all = with_rate(data, true);
   if (all.empty()) return;
   const std::vector<std::size_t> shown = largest(data, all, kMostPanels);
-  page.section("periods", "Production by " + data.period_words);
+  page.section(data.place("periods"), data.titled("Production by " + data.period_words));
   if (shown.size() < all.size()) {
     page.paragraph("The " + std::to_string(shown.size()) + " series of the largest volumes of " +
                    std::to_string(all.size()) + "; --columns chooses others.");
@@ -241,10 +241,10 @@ void add_stack(Page& page, const ReportData& data) {
   if (data.stacked.empty()) return;
   const Parts parts = parts_of(data);
   const ReportSeries& first = data.series[data.stacked.front()];
-  const std::vector<double>& edges = data.accumulated.boundaries;
+  const std::vector<double>& edges = data.boundaries;
   Chart chart(kDateAxis, axis_of("Rate", first.unit));
   DataTable table = period_columns(data, accumulate_hint(data));
-  std::vector<double> top(data.accumulated.periods(), 0.0);
+  std::vector<double> top(data.periods(), 0.0);
   const auto add = [&](const std::string& name, const std::string& look,
                        const std::vector<double>& rates) {
     std::vector<double> base = top;
@@ -255,16 +255,17 @@ void add_stack(Page& page, const ReportData& data) {
   for (const std::size_t j : parts.shown) {
     add(data.series[j].name, look_of(data.series[j]), doubles(data.series[j].periods));
   }
-  if (!parts.others.empty()) add(parts.others_name(), "s8", total_rate(data, parts.others));
+  if (!parts.others.empty())
+    add(others_name(data, parts.others), "s8", total_rate(data, parts.others));
   table.numbers("total", first.unit, top, kRateDigits);
   chart.rows_between(edges);
-  page.section("stack", "Production together");
+  page.section(data.place("stack"), data.titled("Production together"));
   page.figure({data.names_of(data.stacked) + ", stacked", "Mean of each " + data.period_words + ".",
                std::move(chart), std::move(table)});
 }
 
 void add_cumulative(Page& page, const ReportData& data) {
-  page.section("cumulative", "Cumulative production");
+  page.section(data.place("cumulative"), data.titled("Cumulative production"));
   if (!data.stacked.empty()) {
     const Parts parts = parts_of(data);
     page.figure(volume_figure(data, data.names_of(data.stacked), parts.shown, parts.others, true));
