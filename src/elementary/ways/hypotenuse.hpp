@@ -5,16 +5,27 @@
 namespace vqmath63::elementary::VQ_WAY {
 namespace {
 
-// sqrt(x^2 + y^2) for x >= y, squares and their sum in two Doubles each; the root's rest by one
-// step of Newton's. Whether hi + lo, within 2^-100 of the value, rounds to one Double.
+// x^2, the first part of 52 bits exact and the second to 2^-79 of the value, or all of it.
+inline Pair square_of(double x) {
+#ifdef VQ_FUSED_WAY
+  return product_of(x, x);
+#else
+  const double upper = upper_bits<26>(x);
+  return {upper * upper, (x - upper) * (x + upper)};
+#endif
+}
+
+// sqrt(x^2 + y^2) for x >= y, the root's rest by one step of Newton's. Whether root + rest, within
+// 2^-76 of the value, rounds to one Double.
 inline bool quick_hypot(double x, double y, double& result) {
-  const Pair first = product_of(x, x);
-  const Pair second = product_of(y, y);
+  const Pair first = square_of(x);
+  const Pair second = square_of(y);
   const Pair sum = ordered_sum(first.hi, second.hi);
-  const double root = std::sqrt(sum.hi);  // platform: rounds correctly everywhere
-  const Pair square = product_of(root, root);
-  const double rest = (sum.hi - square.hi) + ((sum.lo + (first.lo + second.lo)) - square.lo);
-  return settled(root, rest / (2.0 * root), root * 0x1p-100, result);
+  const double whole = multiply_add(x, x, y * y);
+  const double root = std::sqrt(whole);  // platform: rounds correctly everywhere
+  const Pair square = square_of(root);
+  const double rest = ((sum.hi - square.hi) - square.lo) + (sum.lo + (first.lo + second.lo));
+  return settled(root, rest / (2.0 * root), root * 0x1p-74, result);
 }
 
 // Large, small, or so far apart that the smaller one's square may underflow.
