@@ -14,6 +14,7 @@ html_copy_source = False
 # Links were made to fit the site beforehand.
 myst_all_links_external = True
 suppress_warnings = ["myst.header", "toc.not_readable"]
+copybutton_prompt_text = "$ "
 pygments_style = "default"
 pygments_dark_style = "github-dark"
 # Commands are read and copied as they stand.
