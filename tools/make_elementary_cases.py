@@ -3,10 +3,10 @@
 rounded values, from 1300 bits of mpmath.
 
 Ordinary arguments, both sides of every edge (of tables, of reductions, of the range of numbers), those
-close to a multiple of pi / 2, exact results and exact middles between two numbers, and the argument of
-the logarithm that is hardest to round (V. Lefevre, J.-M. Muller, Worst cases for correct rounding of
-the elementary functions in double precision, 2001: 65 equal bits follow the 53). Special values are
-those of the C standard, appendix F.
+close to a multiple of pi / 2, exact results and exact middles between two numbers, of many seeded ones
+those hardest to round, and the argument of the logarithm that is the hardest of all (V. Lefevre, J.-M.
+Muller, Worst cases for correct rounding of the elementary functions in double precision, 2001: 65 equal
+bits follow the 53). Special values are those of the C standard, appendix F.
 
 usage: make_elementary_cases.py OUTPUT
 """
@@ -33,6 +33,8 @@ FUNCTIONS = {
     "atan2": lambda y, x: y / x * (1 - mpf(2)**-1200) if 0 < abs(y / x) < mpf(2)**-640 and x > 0
     else mpmath.atan2(y, x),
     "hypot": lambda x, y: mpmath.sqrt(x * x + y * y)}
+
+PAIRS = ("pow", "atan2", "hypot")
 
 # The Double closest to a multiple of pi / 2 (W. Kahan, Minimizing q m - n, 1983), and others close.
 NEAR_HALF_PI = [6381956970095103 * 2.0**797] + [float(mp.pi / 2 * n) for n in (1, 2, 3, 355, 10**9)]
@@ -105,6 +107,18 @@ def arguments(function):
         + [(draw.uniform(0, 9), draw.uniform(0, 9)) for _ in range(4)]}[function]
 
 
+def hard(function, exact):
+    """Of 30 000 seeded arguments the five whose values lie closest to the middle of two Doubles."""
+    draw = random.Random(function + " hard")
+    found = []
+    with mpmath.workprec(140):
+        for _ in range(30_000):
+            x, y = draw.uniform(0.1, 9), draw.uniform(0.1, 3) if function in PAIRS else 0.0
+            digits = mpmath.ldexp(mpmath.frexp(exact(mpf(x), mpf(y)))[0], 53)
+            found.append((abs(abs(digits - mpmath.floor(digits)) - mpf(1) / 2), x, y))
+    return [(x, y) for _, x, y in sorted(found)[:5]]
+
+
 def spelt(x):
     return repr(x) if math.isnan(x) or math.isinf(x) else x.hex().replace("0x1.0000000000000p", "0x1p")
 
@@ -114,7 +128,7 @@ def main():
     for function, exact in FUNCTIONS.items():
         for row in SPECIAL[function]:
             rows.append((function, row[0], row[1] if len(row) == 3 else 0.0, row[-1]))
-        for x, y in arguments(function):
+        for x, y in arguments(function) + hard(function, exact):
             rows.append((function, x, y, rounded(exact(mpf(x), mpf(y)))))
     axes = ((0.0, -1.0, 4), (-0.0, -1.0, -4), (1.0, 0.0, 2), (-1.0, -0.0, -2), (INF, INF, 1),
             (-INF, -INF, -3), (INF, -1.0, 2), (-1.0, -INF, -4))
