@@ -164,8 +164,9 @@ void call_with_nulls(HRESULT (*function)(Parameters...), Parameters... arguments
       }
       return argument;
     };
-    std::tuple<Parameters...> sent{or_null(arguments)...};
-    std::apply(function, sent);
+    const std::tuple<Parameters...> sent{or_null(arguments)...};
+    const bool all = sent == std::tuple<Parameters...>{arguments...};
+    require(all || FAILED(std::apply(function, sent)), "a null pointer is taken");
   }
 }
 

@@ -70,6 +70,27 @@ TEST_F(VtableTest, arrays_are_looked_at_before_they_are_borrowed) {
   }
 }
 
+TEST_F(VtableTest, an_array_that_the_host_puts_in_place_meanwhile_stays) {
+  Value x = array(VT_R4, 1, {1, 2, 3}), fresh = array(VT_R4, 1, {9});
+  VARIANT_BOOL b = 0;
+  float f = 1;
+  Value s = text(u"a");
+  const auto& members = class_info<kSample>().members;
+  const auto member = std::find_if(members.begin(), members.end(), [](const auto& m) {
+    return m.name == std::string_view("Meanwhile");
+  });
+  const auto slot = static_cast<std::size_t>(7 + (member - members.begin()));
+  void* places[] = {&b, &s.v.bstrVal, &x.v.parray, &f};
+  Sample::meanwhile = [&] { std::swap(x.v, fresh.v); };
+  EXPECT_EQ(
+      member->late_call(object, (*reinterpret_cast<void (***)()>(object))[slot], places, nullptr),
+      S_OK);
+  Sample::meanwhile = nullptr;
+  EXPECT_EQ(listed(x.v), "1..1: 9");
+  EXPECT_EQ(listed(fresh.v), "1..3: 1 2 3");
+  EXPECT_EQ(fresh.v.parray->cLocks, 0U);
+}
+
 TEST_F(VtableTest, what_is_only_read_is_neither_copied_nor_written_back) {
   Value out = bare(VT_BSTR), words = text(u"bar");
   BSTR* const to = &out.v.bstrVal;

@@ -1,7 +1,4 @@
-// What the worked calls do not reach: arrays of other types, variables that the host changes
-// meanwhile, and how lines are marked.
-#include <deque>
-
+// What the worked calls do not reach: arrays of other types, and how lines are marked.
 #include "component_host.hpp"
 
 namespace vqmath63::component::test {
@@ -47,61 +44,6 @@ TEST(ClassesTest, erased_and_untouched_arrays_of_other_types) {
             S_OK);
   EXPECT_EQ(static_cast<double*>(x.variable.v.parray->pvData)[0], 0.1);
   EXPECT_EQ(static_cast<double*>(y.variable.v.parray->pvData)[1], 0.4);
-}
-
-// While it takes the line of a failure, the host gives all variables of the call other values.
-TEST(ClassesTest, variables_that_the_host_reassigns_in_its_callback_stay_as_it_made_them) {
-  const Value off = boolean(false), line = array(VT_R4, 1, {1, 2}),
-              from_2 = array(VT_R4, 2, {1, 9});
-  const struct {
-    const OLECHAR* id;
-    const char16_t* member;
-    std::vector<Value> sent;
-  } rows[] = {
-      {u"vq140Analyse.ztStatistics", u"BasicStatistics", {from_2, off}},
-      {u"vq140Analyse.ztAnalyseInfo", u"DLLVersion", {text(u"calls.log"), text(u"Client"), off}},
-      {u"vq140Analyse.ztStatistics",
-       u"RemoveNullsXY",
-       {r4(9), from_2, from_2, line, array(VT_VARIANT, 1, {1, 2}), i4(0), off}},
-  };
-  const Value others[] = {empty(), r8(0.5), text(u"a long text of the host's own"), from_2};
-  struct Call {
-    const Value* fresh = nullptr;
-    std::deque<Sent> variables;
-    std::deque<Value> moved;
-    static void reassign(const OLECHAR*, BOOL, void* self) {
-      auto& call = *static_cast<Call*>(self);
-      for (Sent& sent : call.variables) {
-        VARIANT& variable = sent.variable.v;
-        if ((variable.vt & VT_ARRAY) != 0) {  // what is locked can only be moved away
-          std::swap(call.moved.emplace_back().v, variable);
-        }
-        VariantCopy(&variable, &call.fresh->v);
-      }
-    }
-  };
-  for (const auto& row : rows) {
-    for (const Value& other : others) {
-      Call made;
-      made.fresh = &other;
-      std::vector<VARIANT> sent;
-      for (const Value& value : row.sent) {
-        sent.push_back(made.variables.emplace_back(value, kVariant).variant);
-      }
-      const Instance<IDispatch> object(row.id, IID_IDispatch);
-      ASSERT_EQ(VqSetMessageCallback(&Call::reassign, &made), S_OK);
-      const Answer answer = get(object.object, row.member, sent);
-      ASSERT_EQ(VqSetMessageCallback(nullptr, nullptr), S_OK);
-      EXPECT_EQ(answer.hr, S_OK) << ascii(row.member) << ascii(answer.words);
-      for (const Sent& after : made.variables) {
-        const VARIANT& held = after.variable.v;
-        EXPECT_EQ(held.vt, other.v.vt) << ascii(row.member);
-        EXPECT_EQ(listed(held), listed(other.v)) << ascii(row.member);
-        EXPECT_TRUE(listed(held) != "none" || shown(held) == shown(other.v)) << ascii(row.member);
-      }
-      for (const Value& array : made.moved) EXPECT_EQ(array.v.parray->cLocks, 0U);
-    }
-  }
 }
 
 TEST(ClassesTest, the_close_down_line_is_marked) {

@@ -72,7 +72,7 @@ TEST(EntryPointsTest, programmatic_ids_are_found_in_any_letter_case) {
       "vq140Analyse.ztIntegrate.1";
   const std::string bad =
       "|vq140Analyse.ztIntegrat|vq140Analyse.ztIntegrate.2|vq140Analyse.1|vq140Analyse ztIntegrate|"
-      "wq140Analyse.ztIntegrate|vq140Analyse.yzIntegrate|ztIntegrate|vq140Analyse.|";
+      "wq140Analyse.ztIntegrate|vq140Analyse.xtIntegrate|ztIntegrate|vq140Analyse.|";
   std::size_t left = split(good, '|').size();
   for (const std::string& name : split(good + "|" + bad, '|')) {
     const bool is_good = left > 0;
