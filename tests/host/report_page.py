@@ -151,6 +151,26 @@ class ReportPage(unittest.TestCase):
                       "Empty cells stand for 0.", "1 value of gas is below 0", "The column 'note' holds no numbers"):
             self.assertIn(words, story)
 
+    def test_long_records_are_stacked_by_group_with_their_sums(self):
+        # Fifteen wells, interleaved; well k has k barrels each day of its own month and a half.
+        rows = [(day(i), f"P-{k}", k, -k) for i in range(45) for k in range(1, 16) if k < 15 or i >= 10]
+        self.write("f.csv", "date,well,oil,choke", rows)
+        words = ("--by", "well", "--volumes", "oil", "--stamp", "begin", "--unit", "bbl", "--decline", "P-9")
+        figures = self.report("f.csv", *words)
+        stack, = figures["stack-oil"]
+        self.assertEqual((stack.legend[-1], stack.y_title), ("8 others", "Rate, bbl/d"))
+        total = sum(range(1, 16))
+        self.assertEqual([float(row["total, bbl/d"]) for row in stack.rows][1], total)
+        self.assertAlmostEqual(float(stack.rows[0]["total, bbl/d"]), total - 15 * 10 / 31, delta=1e-4)
+        volume, = figures["cumulative-oil"]
+        self.assertEqual([float(row["total, bbl"]) for row in volume.rows], [31 * total - 150, 45 * total - 150])
+        panel = figures["periods-oil"][0]
+        self.assertEqual([name for name, _, _ in panel.paths], ["days", "mean of a month"])
+        late, = [each for each in figures["periods-oil"] if each.title == "P-15"]
+        rise = [x for x, y in late.corners("days") if round(late.y_value(y)) == 15]
+        self.assertAlmostEqual(min(rise), 1000 * 10 / 45, delta=0.1)
+        self.assertIn(f"{len(rows)} rows of 15 groups", " ".join(self.story()))
+
     def test_names_and_titles_are_text_whatever_they_hold(self):
         name = "<b a='\">&amp;\x01\u00e9\u2028"
         self.write("f.csv", "date,\"" + name.replace('"', '""') + "\"", [(day(i), i) for i in range(9)])

@@ -167,8 +167,9 @@ class Planner {
 // Tells what was found while the records were read.
 class Teller {
  public:
-  Teller(const RecordPlan& plan, const RecordReport& report, const CsvFile& head, Notes& notes)
-      : plan_(plan), found_(report.findings), report_(report), head_(head), notes_(notes) {}
+  Teller(const RecordPlan& plan, const RecordReport& report, const CsvFile& head,
+         const TakeNote& note)
+      : plan_(plan), found_(report.findings), report_(report), head_(head), note_(note) {}
 
   // The series that are shown; the user is told of the others.
   std::vector<std::size_t> series() {
@@ -192,7 +193,7 @@ class Teller {
         note +=
             " (" + in_quotes(counts.text) + " on line " + std::to_string(counts.text_line) + ")";
       }
-      notes_.push_back(note);
+      note_(note);
     }
     if (shown.empty())
       throw WorkError(head_.path() + ": no column of numbers stands beside the date");
@@ -201,8 +202,7 @@ class Teller {
 
   void tell() {
     if (head_.units_line() > 0) {
-      notes_.push_back("line " + std::to_string(head_.units_line()) +
-                       " is taken for a row of units");
+      note_("line " + std::to_string(head_.units_line()) + " is taken for a row of units");
     }
     tell_gaps();
     tell_no_interval();
@@ -240,38 +240,37 @@ class Teller {
 
   void say(const Finding& found, const char* what, const char* done) {
     if (found.count == 0) return;
-    notes_.push_back(counted(found.count, what) + " " + done + " (" + where(found) +
-                     (found.count > 1 ? ", for one" : "") + ")");
+    note_(counted(found.count, what) + " " + done + " (" + where(found) +
+          (found.count > 1 ? ", for one" : "") + ")");
   }
 
   void tell_gaps() {
     const Finding& gaps = found_.gaps;
     if (gaps.count == 0) return;
     const bool zero = plan_.gap == GapRule::kZero;
-    notes_.push_back(counted(gaps.count, "gap") + " beside rows that follow each " +
-                     plan_.step->text() + ", " + (gaps.count > 1 ? "the longest " : "") + "from " +
-                     exact_moment_text(gaps.from) + " to " + exact_moment_text(gaps.to) + " (" +
-                     where(gaps) + "): " +
-                     (zero ? "taken for no production (--gap hold: as the row beside it)"
-                           : "taken to be as the row beside it (--gap zero: no production)"));
+    note_(counted(gaps.count, "gap") + " beside rows that follow each " + plan_.step->text() +
+          ", " + (gaps.count > 1 ? "the longest " : "") + "from " + exact_moment_text(gaps.from) +
+          " to " + exact_moment_text(gaps.to) + " (" + where(gaps) + "): " +
+          (zero ? "taken for no production (--gap hold: as the row beside it)"
+                : "taken to be as the row beside it (--gap zero: no production)"));
   }
 
   void tell_no_interval() {
     const Finding& rows = found_.no_interval;
     if (rows.count == 0) return;
     const bool begin = plan_.stamp == Stamp::kBegin;
-    notes_.push_back(counted(rows.count, begin ? "last row" : "first row") +
-                     (begin ? " without a row behind it" : " without a row before it") +
-                     (rows.count > 1 ? ": their values count" : ": its values count") +
-                     " for nothing (" + where(rows) + (rows.count > 1 ? ", for one" : "") + ")" +
-                     (plan_.step ? "" : "; --step says how long the interval of a row is"));
+    note_(counted(rows.count, begin ? "last row" : "first row") +
+          (begin ? " without a row behind it" : " without a row before it") +
+          (rows.count > 1 ? ": their values count" : ": its values count") + " for nothing (" +
+          where(rows) + (rows.count > 1 ? ", for one" : "") + ")" +
+          (plan_.step ? "" : "; --step says how long the interval of a row is"));
   }
 
   const RecordPlan& plan_;
   Findings found_;
   const RecordReport& report_;
   const CsvFile& head_;
-  Notes& notes_;
+  const TakeNote& note_;
 };
 
 // Whether a name has one of these words in it, whatever its letters' case.
@@ -329,8 +328,8 @@ RecordPlan plan_records(const RecordOptions& options, const RecordWork& work, co
 }
 
 std::vector<std::size_t> series_of_records(const RecordPlan& plan, const RecordReport& report,
-                                           const CsvFile& head, Notes& notes) {
-  Teller teller(plan, report, head, notes);
+                                           const CsvFile& head, const TakeNote& note) {
+  Teller teller(plan, report, head, note);
   std::vector<std::size_t> series = teller.series();
   teller.tell();
   return series;
@@ -345,10 +344,10 @@ void accumulate_records(const RecordOptions& options, const RecordWork& work) {
   RecordReport report;
   const RecordSums sums = file.accumulate(plan, std::move(calendar), report);
 
-  Notes notes;
   RecordTableShape shape;
-  shape.series = series_of_records(plan, report, file.head(), notes);
-  for (const std::string& note : notes) std::cerr << "vqhost: " << note << '\n';
+  shape.series = series_of_records(plan, report, file.head(), [](const std::string& note) {
+    std::cerr << "vqhost: " << note << '\n';
+  });
   std::vector<std::string> names;
   std::vector<bool> rates;
   for (const std::size_t s : shape.series) {

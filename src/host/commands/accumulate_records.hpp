@@ -1,6 +1,7 @@
 // The command accumulate over records: rows of many wells, amounts, gaps.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -46,12 +47,12 @@ struct RecordWork {
 /// Makes of the options, and of the header that a file has, what its reader is to do.
 RecordPlan plan_records(const RecordOptions& options, const RecordWork& work, const CsvFile& head);
 
-/// What a user has to know of a file.
-using Notes = std::vector<std::string>;
+/// Takes what a user has to know of a file.
+using TakeNote = std::function<void(const std::string& note)>;
 
 /// The series of the plan that hold numbers, and notes of what was found while they were read.
 std::vector<std::size_t> series_of_records(const RecordPlan& plan, const RecordReport& report,
-                                           const CsvFile& head, Notes& notes);
+                                           const CsvFile& head, const TakeNote& note);
 
 /// Declares the options of records.
 void declare_records(Command& command, RecordOptions& options);

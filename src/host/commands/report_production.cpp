@@ -216,11 +216,12 @@ void add_key_figures(Page& page, const ReportData& data) {
   const auto peak =
       static_cast<std::size_t>(std::max_element(rates.begin(), rates.end()) - rates.begin());
   const std::string who = data.names_of(which);
-  page.key_figures({{"Volume of " + who, with_unit(number_words(volume), volume_unit_of(first))},
-                    {"Highest " + data.period_words + ": " + period_text(data, peak),
-                     with_unit(number_words(rates[peak]), first.unit)},
-                    {"Last " + data.period_words + ": " + period_text(data, rates.size() - 1),
-                     with_unit(number_words(rates.back()), first.unit)}});
+  page.key_figures(
+      {{data.titled("Volume of " + who), with_unit(number_words(volume), volume_unit_of(first))},
+       {"Highest " + data.period_words + ": " + period_text(data, peak),
+        with_unit(number_words(rates[peak]), first.unit)},
+       {"Last " + data.period_words + ": " + period_text(data, rates.size() - 1),
+        with_unit(number_words(rates.back()), first.unit)}});
 }
 
 void add_periods(Page& page, const ReportData& data) {

@@ -22,7 +22,7 @@ struct Pass {
   RecordReport report;
   RecordSums sums;
   std::vector<std::size_t> series;  // of the plan, those that hold numbers
-  Notes notes;
+  std::vector<std::string> notes;
 };
 
 Pass read(const ReportChoice& choice, const RecordOptions& options, const std::string& period,
@@ -41,8 +41,9 @@ Pass read(const ReportChoice& choice, const RecordOptions& options, const std::s
   if (sums.last_period() < sums.first_period()) {
     throw WorkError("no row has an interval: --step says how long they are");
   }
-  Notes notes;
-  std::vector<std::size_t> series = series_of_records(plan, report, file.head(), notes);
+  std::vector<std::string> notes;
+  std::vector<std::size_t> series = series_of_records(
+      plan, report, file.head(), [&](const std::string& note) { notes.push_back(note); });
   return {std::move(plan), std::move(report), std::move(sums), std::move(series), std::move(notes)};
 }
 
