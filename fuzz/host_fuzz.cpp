@@ -236,7 +236,8 @@ void run_line(std::string_view line) {
   const std::string told = " (" + std::string(line) + ")\n" + err;
   require(status >= 0 && status <= 2, "status " + std::to_string(status) + told);
   require(err.empty() || err.ends_with('\n'), "half a line of messages" + told);
-  const bool usage = status == 2 && err.find("Usage: vqhost") != err.npos;  // no command at all
+  const bool usage = status == 2 && (err.find("Usage: vqhost") != err.npos ||
+                                     err.starts_with("vqhost works on"));  // no command at all
   require(err.empty() || usage || err.starts_with("vqhost: "), "whose message?" + told);
   require(status == 0 || !err.empty(), "a failure without a message" + told);
   require(status != 2 || out.empty(), "output of a wrong command line" + told + out);
