@@ -122,15 +122,21 @@ void tell_of_steps(ReportData& data, std::vector<std::string>& story) {
 
 void tell_of_values(const ReportData& data, const ReportChoice& choice,
                     std::vector<std::string>& story) {
+  std::vector<std::size_t> first;
   std::vector<std::size_t> negative;
   std::size_t negatives = 0;
   for (std::size_t j = 0; j < data.series.size(); ++j) {
     const ReportSeries& each = data.series[j];
     if (!each.rate) continue;
+    if (each.values[0] != 0.0F) first.push_back(j);
     const auto below = std::count_if(each.values.begin(), each.values.end(),
                                      [](float value) { return value < 0.0F; });
     negatives += static_cast<std::size_t>(below);
     if (below > 0) negative.push_back(j);
+  }
+  if (!first.empty()) {
+    story.push_back("No interval ends at the first row: its rates (" + data.names_of(first) +
+                    ") are in no period.");
   }
   if (choice.data.empty_as) {
     story.push_back("Empty cells stand for " + number_words(*choice.data.empty_as) + ".");
