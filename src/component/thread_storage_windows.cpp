@@ -37,8 +37,15 @@ void __freeres();  // of the C++ library: frees what it keeps for exceptions whe
 
 namespace {
 
+// A destructor. On 32 bits it finds its object in a register, as the only argument of a "fastcall".
+#ifdef _WIN64
+using Destroy = void (*)(void*);
+#else
+using Destroy = void(__attribute__((fastcall)) *)(void*);
+#endif
+
 struct Ending {
-  void (*destroy)(void*);
+  Destroy destroy;
   void* object;
   Ending* earlier;
 };
@@ -224,7 +231,7 @@ void* __emutls_get_address(__emutls_object* variable) {
 
 /// Has an object of this thread destroyed with the thread. (The run-time library's own function
 /// would hold the module loaded until then.)
-int __cxa_thread_atexit(void (*destroy)(void*), void* object, void*) {
+int __cxa_thread_atexit(Destroy destroy, void* object, void*) {
   const auto ending = static_cast<Ending*>(std::malloc(sizeof(Ending)));
   if (ending == nullptr) return -1;
   ThreadRecord* record = record_of_this_thread();
