@@ -15,7 +15,7 @@ class PassedOn : public Companion {
  public:
   explicit PassedOn(std::shared_ptr<Companion> theirs) : theirs_(std::move(theirs)) {}
   ~PassedOn() override {
-    const Around around;
+    [[maybe_unused]] const Around around;
     theirs_.reset();
   }
 
