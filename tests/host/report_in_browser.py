@@ -209,16 +209,18 @@ class Looker:
 def main():
     host, samples, folder = (pathlib.Path(each).resolve() for each in sys.argv[1:])
     folder.mkdir(parents=True, exist_ok=True)
-    field, fluid, table = folder / "field.html", folder / "fluid.html", folder / "dead_oil.csv"
+    field, fluid, records, table = (folder / each for each in ("field.html", "fluid.html", "records.html", "dead_oil.csv"))
     table.write_text("pressure,factor\n50,1.21\n120,1.18\n300,1.12\n")
     (folder / "points.csv").write_text("pressure\n100\n350\n")
     subprocess.run([host, "report", samples / "field_wells.csv", "--cumulative", "field_oil_cum", "--unit", "sm3",
                     "--period", "quarter", "--decline", "W-1,W-4", "--limit", "50", "-o", field], check=True)
     subprocess.run([host, "report", "--dead", table, "--points", folder / "points.csv", "--pressure-unit", "bar",
                     "-o", fluid], check=True)
+    subprocess.run([host, "report", samples / "daily_records.csv", "--by", "well", "--volumes", "oil_vol,gas_vol",
+                    "--stamp", "begin", "--empty", "zero", "-o", records], check=True)
     browser = Browser(folder / "profile")
     looker = Looker(browser)
-    for page in (field, fluid):
+    for page in (field, fluid, records):
         for dark in (False, True):
             found = looker.look(page, dark=dark)
             browser.picture(page.with_name(page.stem + ("-dark" if dark else "") + ".png"))

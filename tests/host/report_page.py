@@ -98,8 +98,8 @@ class ReportPage(unittest.TestCase):
 
     def test_periods_stack_and_volumes_of_constant_rates(self):
         # A gives 100 a day; B 50 until the end of June, then nothing.
-        rows = [(day(i), 100, 50 if i <= 181 else 0) for i in range(366)]
-        self.write("f.csv", "date,A-1 (m3/d),A-2 (m3/d)", rows)
+        rows = [(day(i), 100, 50 if i <= 181 else 0, 7) for i in range(366)]
+        self.write("f.csv", "date,A-1 (m3/d),A-2 (m3/d),water (m3/d)", rows)
         figures = self.report("f.csv", "--period", "quarter")
         stack, = figures["stack"]
         self.assertEqual((stack.y_title, stack.legend), ("Rate, m3/d", ["A-1", "A-2"]))
@@ -107,12 +107,13 @@ class ReportPage(unittest.TestCase):
         self.assertEqual([set(heights[0]), set(heights[1])], [{0, 100}, {100, 150}])
         self.assertEqual([(row["A-1, m3/d"], row["A-2, m3/d"], row["total, m3/d"]) for row in stack.rows],
                          [("100", "50", "150")] * 2 + [("100", "0", "100")] * 2)
-        volume, = figures["cumulative"]
+        volume, _ = figures["cumulative"]
+        self.assertEqual(volume.y_ticks[-1][1], f"50{NARROW_BLANK}000")
         self.assertEqual([float(row["total, m3"]) for row in volume.rows], [13500, 27150, 36350, 45550])
         self.assertEqual(volume.y_title, "Volume, m3")
         ends = [(round(x), round(volume.y_value(y))) for x, y in volume.corners("total")]
         self.assertEqual((ends[0], ends[-1]), ((0, 0), (1000, 45550)))
-        first, second = figures["periods"]
+        _, second, _ = figures["periods"]
         self.assertEqual([(name, kind[0]) for name, kind, _ in second.paths],
                          [("rows of the file", "steps"), ("mean of a quarter", "steps")])
         # B's rows fall where June ends: 181 of 365 days.
@@ -125,13 +126,14 @@ class ReportPage(unittest.TestCase):
         self.assertIn("There are no gaps.", " ".join(self.story()))
 
     def test_decline_of_an_exponential_reaches_its_limit_on_the_day(self):
-        rows = [(day(i), 1000 * math.exp(-i / 1000), 0) for i in range(0, 900, 3)]
+        rows = [(day(-5), 1, 0)] + [(day(i), 1000 * math.exp(-i / 1000), 0) for i in range(0, 900, 3)]
         self.write("f.csv", "date,q,none", rows)
         figures = self.report("f.csv", "--limit", "100", "--unit", "q=bbl", "--decline", "q,none")
         decline, = figures["decline"]
         reached = day(math.ceil(1000 * math.log(10)))
         self.assertIn(f"at the limit of 100 bbl/d on {reached}, 3.8 years beyond the data", decline.note)
         self.assertIn("The rate declines by 30.6 % a year.", decline.note)
+        self.assertAlmostEqual(float(figures["histogram"][0].rows[0]["to, bbl/d"]), 1 + 999 / 20, delta=1e-3)
         limit = [x for x, _ in decline.corners("limit")]
         dot, = [float(d[1:].split()[0]) for name, kind, d in decline.paths if kind[0] == "dots" and not name]
         self.assertAlmostEqual((dot - limit[0]) / (limit[-1] - limit[0]), 1 / 1.05, delta=2e-4)
@@ -211,7 +213,7 @@ class ReportPage(unittest.TestCase):
     def test_very_many_rows_and_series_make_a_page_that_can_be_sent(self):
         # A single row of 90000 among some ten is seen where it stands.
         series = 30
-        rows = [[day(i)] + [90000 if i == 6543 else 10 + (i * j) % 7 for j in range(series)] for i in range(9000)]
+        rows = [[day(i)] + [90000 if i == 6545 else 10 + (i * j) % 7 for j in range(series)] for i in range(9000)]
         self.write("f.csv", "date," + ",".join(f"well {chr(65 + j)}x" for j in range(series)), rows)
         figures = self.report("f.csv", "--period", "day")
         self.assertLess(self.size, 3_000_000)
@@ -220,7 +222,7 @@ class ReportPage(unittest.TestCase):
         for figure in figures["periods"]:
             for name in ("rows of the file", "mean of a day"):
                 places = [x for x, y in figure.corners(name) if figure.y_value(y) > 89000]
-                self.assertTrue(places and all(abs(x - 1000 * 6543 / 8999) < 1.1 for x in places), places)
+                self.assertTrue(places and all(abs(x - 1000 * 6545 / 8999) < 1.1 for x in places), places)
         self.assertIn("vqhost accumulate f.csv --period day -o", "".join(self.page.itertext()))
 
     def test_factors_at_the_rows_of_fluid_tables(self):

@@ -192,7 +192,9 @@ void name_series(ReportSeries& series, const std::string& header, bool amount) {
   series.header = header;
   std::tie(series.name, series.unit) = name_and_unit(header);
   series.volume_unit = amount || !series.rate ? series.unit : volume_unit_of(series.unit);
-  if (amount && !series.unit.empty()) series.unit += "/d";
+  if (!amount) return;
+  if (series.unit.empty()) series.unit = series.volume_unit = kUnitsOfTheFile;
+  series.unit += "/d";
 }
 
 void take_units(std::vector<ReportSeries*> series, const std::vector<std::string>& units) {

@@ -68,6 +68,9 @@ struct ReportData {
 /// unit in each case.
 ReportData read_report_data(const ReportChoice& choice);
 
+/// What amounts count whose unit nobody told.
+inline constexpr const char* kUnitsOfTheFile = "units";
+
 /// Names a series after its column: a unit stands in a header, "oil (sm3/d)" or "oil [sm3/d]", of
 /// an amount "oil (sm3)".
 void name_series(ReportSeries& series, const std::string& header, bool amount);

@@ -170,6 +170,11 @@ void tell_story(ReportData& data, const Pass& periods, bool with_days) {
   story.push_back(
       "Rates are volumes over all days of a period, or of a day, whether a group has rows of them "
       "or not. Sums are taken in double precision.");
+  if (std::any_of(data.series.begin(), data.series.end(), [](const ReportSeries& each) {
+        return each.volume_unit.empty() || each.volume_unit == kUnitsOfTheFile;
+      })) {
+    story.push_back("Units that the file does not tell are the file's own; --unit says them.");
+  }
   if (!with_days) story.push_back("The rows are too many to draw their days.");
   for (const std::string& note : periods.notes) story.push_back(sentence(note));
 }
