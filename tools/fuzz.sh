@@ -28,7 +28,7 @@ cmake --preset fuzz -B "$build" "${launcher[@]}" >/dev/null
 cmake --build "$build" -j "$(nproc)" --target "fuzz_$target"
 
 mkdir -p "$run/inputs" "$run/failed" "$run/first"
-options=(-timeout=30 -rss_limit_mb=2000 -print_final_stats=1 -artifact_prefix="$run/failed/")
+options=(-timeout=120 -rss_limit_mb=2000 -print_final_stats=1 -artifact_prefix="$run/failed/")
 case $target in
   component)
     options+=(-max_len=4096)
