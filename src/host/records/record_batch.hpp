@@ -48,7 +48,9 @@ class GroupKey {
     return key;
   }
   /// Deals groups out over some hands.
-  std::size_t hand_of(std::size_t hands) const { return (hash_ >> 32) * hands >> 32; }
+  std::size_t hand_of(std::size_t hands) const {
+    return static_cast<std::size_t>((hash_ >> 32) * hands >> 32);
+  }
 
  private:
   std::uint64_t begin_[2] = {};  // its first letters, or all
