@@ -87,7 +87,7 @@ std::uint32_t GroupSums::group_of(const GroupKey& key, std::size_t line) {
 }
 
 std::uint32_t GroupSums::find_or_add(const GroupKey& key, std::size_t line) {
-  for (std::size_t at = key.hash();; ++at) {
+  for (auto at = static_cast<std::size_t>(key.hash());; ++at) {
     std::uint32_t& place = index_[at & (index_.size() - 1)];
     if (place != 0 && groups_[place - 1].key == key) return place - 1;
     if (place != 0) continue;
@@ -104,7 +104,7 @@ std::uint32_t GroupSums::find_or_add(const GroupKey& key, std::size_t line) {
 void GroupSums::grow_index() {
   index_.assign(4 * index_.size(), 0);
   for (std::uint32_t group = 0; group < groups_.size(); ++group) {
-    std::size_t at = groups_[group].key.hash();
+    auto at = static_cast<std::size_t>(groups_[group].key.hash());
     while (index_[at & (index_.size() - 1)] != 0) ++at;
     index_[at & (index_.size() - 1)] = group + 1;
   }
