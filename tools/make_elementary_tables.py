@@ -120,9 +120,8 @@ def tables():
               "\n/// near the mantissa's reciprocal, and -ln f: a multiple of 2^-42, and the rest"),
         array("kLogSeries", log_series(), "ln(1 + r) = r + r^2 times this in powers of r, |r| <= 2^-8, to 2^-71"),
         array("kLog10OfE", pieces(1 / mpmath.log(10), 53, 53), "log10 e in two parts"),
-        array("kSines", [p for j in range(640) for p in
-                         (pieces(mpmath.sin(pi * j / 256), 26, 53) if j % 256 else (mpf(0), mpf(0)))],
-              "sin(j pi / 256), a circle and a quarter: 26 bits, and the rest"),
+        array("kQuarterSines", [p for j in range(129) for p in pieces(mpmath.sin(pi * j / 256), 26, 53)],
+              "sin(j pi / 256) to the quarter of the circle: 26 bits, and the rest"),
         array("kPiBy256", pieces(pi / 256, 33, 33, 53), "pi / 256: 33 bits, 33 bits, and the rest"),
         array("k256ByPi", [256 / pi], "256 / pi"),
         array("kHalfPi", pieces(pi / 2, 53, 53), "pi / 2 in two parts"),

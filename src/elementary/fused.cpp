@@ -11,6 +11,7 @@
 
 #include "elementary/functions.hpp"
 #include "elementary/pair.hpp"
+#include "elementary/sines.hpp"
 #include "elementary/sure.hpp"
 #include "elementary/two_by_pi.hpp"
 #include "elementary/wide_constants.hpp"

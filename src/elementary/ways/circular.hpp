@@ -1,5 +1,6 @@
 #pragma once
 
+#include "elementary/sines.hpp"
 #include "elementary/two_by_pi.hpp"
 #include "elementary/ways/support.hpp"
 
@@ -70,7 +71,7 @@ struct Beside {
 // 2^-78, a few each, so that they stay below 2^-67 of the value; what the reduction has lost comes
 // on top.
 inline Pair quick_sine(std::uint64_t steps, const Beside& angle) {
-  const double* s = &kSines[2 * (steps & 511U)];
+  const double* s = &kSines.parts[2 * (steps & 511U)];
   const double* c = s + 256;  // a quarter further on
 #ifdef VQ_FUSED_WAY
   const double hi = __builtin_fma(c[0], angle.r, s[0]);
