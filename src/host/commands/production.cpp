@@ -40,9 +40,25 @@ void check_times(const CsvFile& file, const CsvTable& table, std::size_t from_ro
   }
 }
 
-// What a user has to know of rows with dates: gaps that the row behind them fills, and what the
-// first row says, which has no interval.
-void note_times(const CsvTable& table, Production& production) {
+// Rows of several wells that share a file, day by day, do not step back in time: only the first of
+// each day has an interval.
+void note_twins(const CsvTable& table, Production& production) {
+  const std::vector<double>& times = table.columns[0].values;
+  std::size_t count = 0;
+  std::size_t first = 0;
+  for (std::size_t i = 1; i < times.size(); ++i) {
+    if (times[i] == times[i - 1] && count++ == 0) first = i;
+  }
+  if (count == 0) return;
+  production.notes.push_back(
+      counted(count, "row") + " at the time of the row above, " + (count > 1 ? "the first " : "") +
+      "on line " + std::to_string(table.lines[first]) +
+      ": no interval, so rates there count for nothing (--by COL takes wells "
+      "apart that share a file)");
+}
+
+// What a user has to know of rows with dates: gaps that the row behind them fills.
+void note_gaps(const CsvTable& table, Production& production) {
   const std::vector<double>& times = table.columns[0].values;
   StepFinder steps;
   for (std::size_t i = 1; i < times.size(); ++i) steps.add(times[i - 1], times[i]);
@@ -119,7 +135,10 @@ Production read_production(const ProductionChoice& choice) {
     production.notes.push_back("line " + std::to_string(file.units_line()) +
                                " is taken for a row of units");
   }
-  if (production.dated) note_times(table, production);
+  if (production.dated) {
+    note_twins(table, production);
+    note_gaps(table, production);
+  }
   production.rows = table.lines.size();
   production.start_data = choice.start_data.value_or(times.values[0]);
   if (production.dated) {
