@@ -149,7 +149,9 @@ class Reference {
 class ArrayLock {
  public:
   explicit ArrayLock(SAFEARRAY* array) noexcept
-      : array_(array), result_(array == nullptr ? S_OK : SafeArrayLock(array)) {}
+      : array_(array),
+        result_(array == nullptr || SUCCEEDED(SafeArrayLock(array)) ? S_OK : DISP_E_ARRAYISLOCKED) {
+  }
   ArrayLock(ArrayLock&& other) noexcept
       : array_(std::exchange(other.array_, nullptr)), result_(other.result_) {}
   ArrayLock& operator=(ArrayLock&&) = delete;

@@ -182,7 +182,7 @@ TEST_F(ArraysTest, an_array_that_cannot_be_locked_once_more_is_refused) {
               {VT_R8, 0xFFFFFFFF, kRead, 10, u"; it cannot be locked"},
               // A conversion takes the system's lock beside ours; it is refused at 65535.
               {VT_R8, 0xFFFD, kChange, 0, u""},
-              {VT_R8, 0xFFFE, kChange, 13, u"; it cannot be locked"}};
+              {VT_R8, 0xFFFE, kChange, 10, u"; it cannot be locked"}};
   for (const auto& row : rows) {
     Sent sent(array(row.element, 1, {1, 2}), kByRef);
     ULONG& locks = sent.variable.v.parray->cLocks;

@@ -70,8 +70,8 @@ TEST_F(VtableTest, arrays_are_looked_at_before_they_are_borrowed) {
   }
 }
 
-TEST_F(VtableTest, an_array_that_the_host_puts_in_place_meanwhile_stays) {
-  Value x = array(VT_R4, 1, {1, 2, 3}), fresh = array(VT_R4, 1, {9});
+TEST_F(VtableTest, what_the_host_puts_in_place_meanwhile_stays) {
+  Value x = array(VT_R4, 1, {1, 2, 3}), fresh = array(VT_R4, 1, {9}), other = text(u"other");
   VARIANT_BOOL b = 0;
   float f = 1;
   Value s = text(u"a");
@@ -81,7 +81,12 @@ TEST_F(VtableTest, an_array_that_the_host_puts_in_place_meanwhile_stays) {
   });
   const auto slot = static_cast<std::size_t>(7 + (member - members.begin()));
   void* places[] = {&b, &s.v.bstrVal, &x.v.parray, &f};
-  Sample::meanwhile = [&] { std::swap(x.v, fresh.v); };
+  Sample::meanwhile = [&] {
+    std::swap(x.v, fresh.v);
+    std::swap(s.v, other.v);
+    b = 1;
+    f = 5;
+  };
   EXPECT_EQ(
       member->late_call(object, (*reinterpret_cast<void (***)()>(object))[slot], places, nullptr),
       S_OK);
@@ -89,6 +94,9 @@ TEST_F(VtableTest, an_array_that_the_host_puts_in_place_meanwhile_stays) {
   EXPECT_EQ(listed(x.v), "1..1: 9");
   EXPECT_EQ(listed(fresh.v), "1..3: 1 2 3");
   EXPECT_EQ(fresh.v.parray->cLocks, 0U);
+  EXPECT_EQ(characters(s.v.bstrVal), u"other");
+  EXPECT_EQ(b, 1);
+  EXPECT_EQ(f, 5);
 }
 
 TEST_F(VtableTest, what_is_only_read_is_neither_copied_nor_written_back) {
