@@ -37,7 +37,7 @@ case $target in
     ;;
   host)
     options+=(-max_len=8192 -dict=fuzz/host.dict)
-    cp tests/data/vqhost/*.txt fuzz/corpus/host.txt "$run/first"
+    python3 tools/fuzz_corpus.py lines tests/data/vqhost/*.txt fuzz/corpus/host.txt "$run/first"
     ;;
 esac
 status=0
@@ -48,10 +48,12 @@ if [ "$keep" = yes ] && [ "$target" = component ]; then
   cmake --preset fuzz -B "$edges" "${launcher[@]}" -DCMAKE_BUILD_TYPE=Debug \
     -DCMAKE_CXX_FLAGS="-O0 -g0" -DVQ_SANITIZE=fuzzer-no-link >/dev/null
   cmake --build "$edges" -j "$(nproc)" --target fuzz_component
-  rm -rf "$run/least"
-  mkdir "$run/least"
-  "$edges/fuzz/fuzz_component" "${options[@]}" -set_cover_merge=1 -use_counters=0 "$run/least" \
+  rm -rf "$run/few" "$run/least"
+  mkdir "$run/few" "$run/least"
+  "$edges/fuzz/fuzz_component" "${options[@]}" -merge=1 -use_counters=0 "$run/few" \
     "$run/inputs" "$run/first" || status=$?
+  "$edges/fuzz/fuzz_component" "${options[@]}" -set_cover_merge=1 -use_counters=0 "$run/least" \
+    "$run/few" || status=$?
   python3 tools/fuzz_corpus.py pack "$run/least" fuzz/corpus/component.corpus
 fi
 exit "$status"

@@ -5,6 +5,8 @@ usage: fuzz_corpus.py unpack FILE.corpus FOLDER    a file per input
        fuzz_corpus.py pack FOLDER... FILE.corpus   the inputs of the folders, shortest first
        fuzz_corpus.py seeds FOLDER                 the tables of tests/data as inputs of the
                                                    component's fuzzer
+       fuzz_corpus.py lines FILE... FOLDER         each command line of transcripts, with the files
+                                                   that it names, as an input of the host's fuzzer
 
 A corpus is its inputs one after another, each behind its length in four bytes, lowest first.
 """
@@ -356,6 +358,19 @@ def function_calls(rows):
                 yield program[:3000]
 
 
+def elementary_calls(rows):
+    """The members that are elementary functions at the arguments that are hard for these."""
+    members = {"exp": "aLog", "log": "Ln", "log10": "Log10", "sin": "sine", "cos": "cosine", "tan": "cot", "atan": "atan",
+               "log1p": "atanh", "pow": "x_to_Power_y", "atan2": "Rectangular_to_Polar", "hypot": "Rectangular_to_Polar"}
+    for fields in fields_of("elementary_cases.tsv"):
+        if fields[0] in members:
+            of_class, place, types = rows["ztMathLib", "call", members[fields[0]]]
+            numbers = [float.fromhex(x) for x in fields[1:3]] + [0.0, 0.0]
+            for sign in (1.0, -1.0):
+                values = [b"\0\0" + double(sign * x) for x in numbers[: len(types)]]
+                yield operation(bytes([CALL, of_class, place, BY_VTABLE]), *values)
+
+
 def system_calls(chance):
     """Variables of every type, and what the system's functions make of them."""
     for kind in range(27):
@@ -390,9 +405,30 @@ def seeds(folder):
     folder = pathlib.Path(folder)
     folder.mkdir(parents=True, exist_ok=True)
     rows, chance = members(), random.Random(1)
-    inputs = {*worked_calls(rows), *spoiled_calls(rows), *troubled_calls(rows), *function_calls(rows)}
+    inputs = {*worked_calls(rows), *spoiled_calls(rows), *troubled_calls(rows), *function_calls(rows), *elementary_calls(rows)}
     inputs |= {*interrupted_calls(rows), *system_calls(chance), *converted_values()}
     inputs = {data for data in inputs if 0 < len(data) <= 4096}
+    for data in inputs:
+        (folder / name_of(data)).write_bytes(data)
+    print(len(inputs), "inputs")
+
+
+def lines(transcripts, folder):
+    folder = pathlib.Path(folder)
+    folder.mkdir(parents=True, exist_ok=True)
+    inputs = set()
+    for transcript in transcripts:
+        files, name = {}, None
+        for line in pathlib.Path(transcript).read_bytes().split(b"\n"):
+            if line == b"=":
+                files, name = {}, None
+            elif line.startswith(b"file "):
+                name = line[5:]
+                files[name] = line + b"\n"
+            elif line.startswith(b"| ") and name is not None:
+                files[name] += line + b"\n"
+            elif line.startswith(b"$"):
+                inputs.add(b"".join(text for of, text in files.items() if of and of in line) + line + b"\n")
     for data in inputs:
         (folder / name_of(data)).write_bytes(data)
     print(len(inputs), "inputs")
@@ -405,6 +441,8 @@ def main(words):
         pack(words[1:-1], words[-1])
     elif len(words) == 2 and words[0] == "seeds":
         seeds(words[1])
+    elif len(words) >= 3 and words[0] == "lines":
+        lines(words[1:-1], words[-1])
     else:
         sys.exit(__doc__)
 
