@@ -4,10 +4,10 @@
 //
 // Each has a quick way, which knows its result with some twelve bits more than a Double holds, and
 // a bound for its error. Where the whole range of that error rounds to one Double, that is the
-// result; else, one call in some thousands, the sure way (sure.hpp) tells it from 256 bits. So it
-// does not matter which quick way a call takes: there is one of fused multiply-add for processors
-// that have it, and one without. Round to nearest is assumed, as the boundary sets it for every
-// call.
+// result; else, one call in some thousands, a middle way (middle.hpp) does the same with twenty
+// bits more, and what it cannot tell the sure way (sure.hpp) tells from 256 bits. So it does not
+// matter which quick way a call takes: there is one of fused multiply-add for processors that have
+// it, and one without. Round to nearest is assumed, as the boundary sets it for every call.
 //
 // Methods of the quick ways: table and polynomial (P. T. P. Tang, ACM Transactions on Mathematical
 // Software 15 and 16, 1989, 1990), reduction by parts of pi of few bits (W. J. Cody, W. Waite,

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "elementary/functions.hpp"
+#include "elementary/middle.hpp"
 #include "elementary/pair.hpp"
 #include "elementary/sines.hpp"
 #include "elementary/sure.hpp"

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "elementary/middle.hpp"
 #include "elementary/ways/support.hpp"
 #include "elementary/wide_constants.hpp"
 
@@ -77,6 +78,13 @@ bool within_range(double& y, double& x) {
   return std::copysign(nearest(angle), y);
 }
 
+[[gnu::noinline]] double careful_atan(double size) {
+  double result;
+  const bool settled = size <= 1.0 ? middle::arc(0.0, 1.0, size, 1.0, result)
+                                   : middle::arc(1.0, -1.0, 1.0, size, result);
+  return settled ? result : nearest(sure::angle(size, 1.0, result));
+}
+
 // Quarters of the circle less or more an arc.
 inline Pair turned(double quarters, double sign, Pair arc) {
   const Pair sum = ordered_sum(quarters * kHalfPi[0], sign * arc.hi);
@@ -119,7 +127,7 @@ double atan(double x) {
   }
   double result;
   if (!settled(value.hi, value.lo, value.hi * kArcError, result)) [[unlikely]]
-    return std::copysign(nearest(sure::angle(size, 1.0, result)), x);
+    return std::copysign(careful_atan(size), x);
   return std::copysign(result, x);
 }
 
@@ -136,9 +144,11 @@ double atan2(double y, double x) {
   const Pair arc = quick_arc(place.bits, quotient(up, along, place.value * (1.0 / 128)));
   const bool left = std::signbit(x);
   const double quarters = steep ? 1.0 : left ? 2.0 : 0.0;
-  const Pair value = turned(quarters, steep == left ? 1.0 : -1.0, arc);
+  const double sign = steep == left ? 1.0 : -1.0;
+  const Pair value = turned(quarters, sign, arc);
   double result;
-  if (!settled(value.hi, value.lo, value.hi * kArcError, result)) [[unlikely]]
+  if (!settled(value.hi, value.lo, value.hi * kArcError, result) &&
+      !middle::arc(quarters, sign, up, along, result)) [[unlikely]]
     return sure_angle(y, x, steep ? kHalfPi[0] - arc.hi : arc.hi);
   return std::copysign(result, y);
 }

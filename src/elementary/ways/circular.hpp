@@ -1,5 +1,6 @@
 #pragma once
 
+#include "elementary/middle.hpp"
 #include "elementary/sines.hpp"
 #include "elementary/two_by_pi.hpp"
 #include "elementary/ways/support.hpp"
@@ -67,9 +68,9 @@ struct Beside {
 
 // sin(steps pi / 256 + angle) = S + C sin(angle) + S (cos(angle) - 1), S and C from the table,
 // whose first parts have 26 bits: their product with the first part of the angle is exact, or taken
-// in by a fused step. Roundings are those of the versine's term, S 2^-69, and of the cube's, C
-// 2^-78, a few each, so that they stay below 2^-67 of the value; what the reduction has lost comes
-// on top.
+// in by a fused step. What is lost is the last place of the versine's term, S 2^-69, in some steps
+// and by the angle's second part, which that term leaves out: all in all 2^-66 of S. Beside the
+// first point of the table S may be twice the value.
 inline Pair quick_sine(std::uint64_t steps, const Beside& angle) {
   const double* s = &kSines.parts[2 * (steps & 511U)];
   const double* c = s + 256;  // a quarter further on
@@ -86,18 +87,29 @@ inline Pair quick_sine(std::uint64_t steps, const Beside& angle) {
   return {sum.hi, first + second};
 }
 
-constexpr double kQuickError = 0x1p-66;  // of the value
-constexpr double kReductionError = 0x1p-103;
+constexpr double kQuickError = 0x1.4p-65;  // of the value
+
+[[gnu::noinline]] double careful_sine(std::uint64_t steps, Pair angle, double x,
+                                      double (*sure_way)(double)) {
+  double result;
+  return middle::sin(steps, angle, result) ? result : sure_way(x);
+}
+
+[[gnu::noinline]] double careful_tan(const Reduced& at, double x) {
+  double result;
+  return middle::tan(at.steps, at.angle, result) ? result : sure::tan(x);
+}
 
 // The sine of x and so many quarters of the circle more.
 template <unsigned kQuarters>
 inline double sine(double x, double (*sure_way)(double)) {
   const Reduced at = reduced(x);
-  const Pair value = quick_sine(at.steps + 128 * kQuarters, Beside(at.angle));
+  const std::uint64_t steps = at.steps + 128 * kQuarters;
+  const Pair value = quick_sine(steps, Beside(at.angle));
   double result;
-  const double error = multiply_add(std::fabs(value.hi), kQuickError, kReductionError);
+  const double error = multiply_add(std::fabs(value.hi), kQuickError, middle::kReductionError);
   if (!settled(value.hi, value.lo, error, result)) [[unlikely]]
-    return sure_way(x);
+    return careful_sine(steps, at.angle, x, sure_way);
   return result;
 }
 
@@ -138,12 +150,14 @@ double tan(double x) {
   const double left_of_first = (sine.hi - product.hi) - product.lo;
 #endif
   const double left = left_of_first + multiply_add(-quotient, cosine.lo, sine.lo);
-  // The reduction's error counts by the derivative, 1 + tan^2.
-  const double error = multiply_add(std::fabs(quotient), 3.0 * kQuickError,
-                                    kReductionError * multiply_add(quotient, quotient, 1.0));
+  // Of sine and cosine one is large and has half the error. The reduction's counts by the
+  // derivative, 1 + tan^2.
+  const double error =
+      multiply_add(std::fabs(quotient), 2.0 * kQuickError,
+                   middle::kReductionError * multiply_add(quotient, quotient, 1.0));
   double result;
   if (!settled(quotient, left * inverse, error, result)) [[unlikely]]
-    return sure::tan(x);
+    return careful_tan(at, x);
   return result;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "elementary/middle.hpp"
 #include "elementary/ways/support.hpp"
 
 namespace vqmath63::elementary::VQ_WAY {
@@ -46,8 +47,11 @@ inline bool settled_power(const Bounded& log, double y, double& result) {
   if (about > 710.0) return kInfinity;
   if (about < -746.0) return 0.0;
   double result;
-  if (std::fabs(about) < 707.0 && settled_power(log, y, result)) return result;
-  return sure::pow(x, y);
+  if (std::fabs(about) > 707.0) return sure::pow(x, y);
+  if (settled_power(log, y, result)) return result;
+  const Pair exponent = middle::logarithm(x) * Pair{y, 0.0};
+  const double lost = std::fabs(exponent.hi) * 0x1p-84;
+  return middle::exp(exponent, lost, result) ? result : sure::pow(x, y);
 }
 
 }  // namespace
