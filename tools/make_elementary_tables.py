@@ -85,11 +85,22 @@ def powers(steps):
     return [v for p in values for v in (rounded(p, 26), mpmath.log(p / rounded(p, 26)))]
 
 
-def log_series():
-    """The six coefficients of (ln(1 + r) - r) / r^2 by its values at Chebyshev's nodes, |r| <= 2^-8."""
-    nodes = [mpmath.cos(mp.pi * (2 * i + 1) / 12) / 256 for i in range(6)]
-    values = mpmath.matrix([(mpmath.log(1 + r) - r) / r**2 for r in nodes])
-    return list(mpmath.lu_solve(mpmath.matrix([[r**k for k in range(6)] for r in nodes]), values))
+def log_series(count, largest):
+    """So many coefficients of (ln(1 + r) - r) / r^2 by its values at Chebyshev's nodes, |r| <= largest."""
+    nodes = [mpmath.cos(mp.pi * (2 * i + 1) / (2 * count)) * largest for i in range(count)]
+    values = mpmath.matrix([(mpmath.log(1 + r) - r) / r**2 if abs(r) > 1e-100 else -mpf(1) / 2 for r in nodes])
+    return list(mpmath.lu_solve(mpmath.matrix([[r**k for k in range(count)] for r in nodes]), values))
+
+
+
+
+def tangent_series():
+    """The three coefficients of (tan(b) - b) / b^3 in powers of b^2, by its values at Chebyshev's nodes,
+    |b| <= pi / 512."""
+    longest = (mp.pi / 512) ** 2
+    nodes = [longest * (1 + mpmath.cos(mp.pi * (2 * i + 1) / 6)) / 2 for i in range(3)]
+    values = mpmath.matrix([(mpmath.tan(mpmath.sqrt(u)) - mpmath.sqrt(u)) / mpmath.sqrt(u) ** 3 for u in nodes])
+    return list(mpmath.lu_solve(mpmath.matrix([[u**k for k in range(3)] for u in nodes]), values))
 
 
 def log_rows():
@@ -118,10 +129,14 @@ def tables():
         array("kLogRows", [v for row in log_rows() for v in row],
               "For the i-th of 256 intervals of mantissas from 11/16 to 11/8 a factor f of at most 12 bits"
               "\n/// near the mantissa's reciprocal, and -ln f: a multiple of 2^-42, and the rest"),
-        array("kLogSeries", log_series(), "ln(1 + r) = r + r^2 times this in powers of r, |r| <= 2^-8, to 2^-71"),
+        array("kLogSeries", log_series(6, mpf(1) / 256), "ln(1 + r) = r + r^2 times this in powers of r, |r| <= 2^-8, to 2^-71"),
+        array("kShortLogSeries", log_series(5, mpf(1) / 256), "The same to 2^-62"),
         array("kLog10OfE", pieces(1 / mpmath.log(10), 53, 53), "log10 e in two parts"),
         array("kQuarterSines", [p for j in range(129) for p in pieces(mpmath.sin(pi * j / 256), 26, 53)],
               "sin(j pi / 256) to the quarter of the circle: 26 bits, and the rest"),
+        array("kEighthTangents", [p for j in range(65) for p in pieces(mpmath.tan(pi * j / 256), 26, 53)],
+              "tan(j pi / 256) to the eighth of the circle: 26 bits, and the rest"),
+        array("kTangentSeries", tangent_series(), "tan(b) = b + b^3 times this in powers of b^2, |b| <= pi / 512, to 2^-69"),
         array("kPiBy256", pieces(pi / 256, 33, 33, 53), "pi / 256: 33 bits, 33 bits, and the rest"),
         array("k256ByPi", [256 / pi], "256 / pi"),
         array("kHalfPi", pieces(pi / 2, 53, 53), "pi / 2 in two parts"),

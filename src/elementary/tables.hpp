@@ -258,6 +258,12 @@ inline constexpr double kLogSeries[] = {
     -0x1.5556d556aef01p-3, 0x1.24939e7b21ce1p-3,
 };
 
+/// The same to 2^-62
+inline constexpr double kShortLogSeries[] = {
+    -0x1p-1, 0x1.55555555279e5p-2, -0x1.ffffffffafffbp-3, 0x1.999b07519179fp-3,
+    -0x1.5556955655562p-3,
+};
+
 /// log10 e in two parts
 inline constexpr double kLog10OfE[] = {
     0x1.bcb7b1526e50ep-2, 0x1.95355baaafad3p-57,
@@ -329,6 +335,47 @@ inline constexpr double kQuarterSines[] = {
     -0x1.38c7295fcae64p-28, 0x1.ff621ep-1, 0x1.bcb6bef1d421fp-28, 0x1.ffa72fp-1,
     -0x1.08a362d33736dp-37, 0x1.ffd886p-1, 0x1.099a19765595dp-30, 0x1.fff6218p-1,
     -0x1.646d24a88970ep-29, 1.0, 0.0,
+};
+
+/// tan(j pi / 256) to the eighth of the circle: 26 bits, and the rest
+inline constexpr double kEighthTangents[] = {
+    0.0, 0.0, 0x1.9224e08p-7, -0x1.c0e4b91a3da9cp-34, 0x1.9234628p-6, -0x1.c2b70802276b2p-33,
+    0x1.2dbaae8p-5, 0x1.a05dafb22b037p-33, 0x1.9272788p-5, 0x1.1d88b101ada14p-32, 0x1.f7495e8p-5,
+    0x1.1f9bc15f02ae6p-32, 0x1.2e239dp-4, -0x1.8063e74f0ba6ap-31, 0x1.60b9f78p-4,
+    -0x1.340109f16ea39p-31, 0x1.936bb9p-4, -0x1.d2692ecf05f56p-31, 0x1.c63ce38p-4,
+    -0x1.006ffca1fd56ep-33, 0x1.f931838p-4, 0x1.46dcf46eddf93p-31, 0x1.1626d88p-3,
+    -0x1.2b70c81007bfdp-30, 0x1.2fcac7p-3, 0x1.d3032012cfb5ap-30, 0x1.4986a78p-3,
+    -0x1.9858d44ca9a46p-30, 0x1.635c99p-3, 0x1.9c1a6b9885153p-32, 0x1.7d4ec58p-3,
+    -0x1.82534bf0236dcp-30, 0x1.975f5ep-3, 0x1.54c5601ef5d36p-33, 0x1.b1909fp-3,
+    -0x1.3a44ee7bb7202p-34, 0x1.cbe4ce8p-3, 0x1.a5a679294b7c6p-30, 0x1.e65e3fp-3,
+    0x1.3e4f953ec6c09p-30, 0x1.007fa78p-2, -0x1.3ceca8ea59294p-29, 0x1.0de5348p-2,
+    -0x1.418987a1328cfp-31, 0x1.1b6104p-2, -0x1.65340b63425b1p-29, 0x1.28f45ap-2,
+    -0x1.3528b2fbf327fp-30, 0x1.36a0838p-2, -0x1.51ce121d704d2p-29, 0x1.4466d58p-2,
+    -0x1.ea29b7209fcf8p-29, 0x1.5248aep-2, 0x1.701b176fa5d8ep-30, 0x1.604776p-2,
+    -0x1.13608329c4286p-32, 0x1.6e649f8p-2, -0x1.43cdb68716ba2p-33, 0x1.7ca1a8p-2,
+    0x1.9687c1c2363aap-29, 0x1.8b00198p-2, -0x1.4c2fde2e64f4dp-30, 0x1.998189p-2,
+    -0x1.7e940fb08f9f8p-30, 0x1.a827998p-2, 0x1.fcef32422cbecp-30, 0x1.b6f3fc8p-2,
+    0x1.8c3cb5979654ep-31, 0x1.c5e8718p-2, 0x1.799ed83feaff4p-32, 0x1.d506c8p-2,
+    0x1.5164001e19809p-29, 0x1.e450e1p-2, -0x1.6c60c2d7d5ba2p-29, 0x1.f3c8ad8p-2,
+    0x1.85d9ee0ab4c47p-30, 0x1.01b8198p-1, 0x1.ad3e7ba17f9ddp-28, 0x1.09a4c58p-1,
+    0x1.bd0d4cfabcd6bp-29, 0x1.11ab718p-1, 0x1.0834eb86a6d0dp-29, 0x1.19cd4p-1,
+    -0x1.71bfa35391f83p-29, 0x1.220b5fp-1, -0x1.f70fb5e512904p-30, 0x1.2a67098p-1,
+    0x1.3a794496e6d4ap-28, 0x1.32e1888p-1, 0x1.047ffcbbd2ef8p-29, 0x1.3b7c328p-1,
+    0x1.3dade51da81b2p-30, 0x1.44386d8p-1, 0x1.ce72ed4b0575p-28, 0x1.4d17b08p-1,
+    0x1.ec99733bd242cp-31, 0x1.561b828p-1, 0x1.5bfcc82f518a4p-28, 0x1.5f457e8p-1,
+    -0x1.85bf68c11c049p-28, 0x1.6897518p-1, -0x1.c57124ebc643dp-28, 0x1.7212be8p-1,
+    -0x1.de419294ab568p-29, 0x1.7bb99fp-1, -0x1.6b3798b54ea72p-28, 0x1.858de38p-1,
+    0x1.b8b2b8b8d04cdp-28, 0x1.8f91978p-1, 0x1.fc2f75687408ep-28, 0x1.99c6e1p-1,
+    -0x1.3978d772c4a37p-30, 0x1.a430028p-1, 0x1.721427e59247fp-28, 0x1.aecf5f8p-1,
+    0x1.ba35a6056d7e6p-29, 0x1.b9a77cp-1, 0x1.8c1af22df8fcbp-29, 0x1.c4bb008p-1,
+    0x1.e77982f686667p-29, 0x1.d00cbc8p-1, -0x1.8f65a39c8d49fp-30, 0x1.db9fa88p-1,
+    0x1.953fcf01bd3ap-29, 0x1.e776ebp-1, -0x1.b747ccdd42a89p-32, 0x1.f395dap-1,
+    -0x1.e386dc147d151p-30, 1.0, 0.0,
+};
+
+/// tan(b) = b + b^3 times this in powers of b^2, |b| <= pi / 512, to 2^-69
+inline constexpr double kTangentSeries[] = {
+    0x1.5555555555556p-2, 0x1.1111111077aecp-3, 0x1.ba1e38cf05829p-5,
 };
 
 /// pi / 256: 33 bits, 33 bits, and the rest

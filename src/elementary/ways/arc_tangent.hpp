@@ -39,23 +39,14 @@ inline Quotient quotient(double a, double b, double c) {
 // The quotient comes in two parts, so that the first rounding is one of t^3 / 3, 2^-69 of the
 // value.
 inline Pair quick_arc(std::uint64_t place, const Quotient& q) {
-  const double inverse = 1.0 / q.below.hi;
-#ifdef VQ_FUSED_WAY
-  const double t = q.above.hi * inverse;
-  const double left = __builtin_fma(-t, q.below.hi, q.above.hi) - t * q.below.lo;
-#else
-  const double t = upper_bits<26>(q.above.hi * inverse);
-  const double upper = upper_bits<26>(q.below.hi);
-  const double left = ((q.above.hi - t * upper) - t * ((q.below.hi - upper) + q.below.lo));
-#endif
-  const double rest = (left + q.above.lo) * inverse;
-  const double whole = t + rest;
+  const Pair t = quotient_of(q.above, q.below, 1.0 / q.below.hi);
+  const double whole = t.hi + t.lo;
   const double square = whole * whole;
   const double series = multiply_add(
       square, multiply_add(square, multiply_add(square, 1.0 / 9, -1.0 / 7), 1.0 / 5), -1.0 / 3);
   const double* arc = &kArcs[2 * (place & 255U)];
-  const Pair sum = ordered_sum(arc[0], t);
-  return {sum.hi, sum.lo + multiply_add(whole * square, series, arc[1] + rest)};
+  const Pair sum = ordered_sum(arc[0], t.hi);
+  return {sum.hi, sum.lo + multiply_add(whole * square, series, arc[1] + t.lo)};
 }
 
 // Both numbers times a power of two, so that no product leaves the range; false where they lie

@@ -39,8 +39,17 @@ inline Reduced reduced_near(double x) {
   return {steps, angle};
 }
 
-inline Reduced reduced(double x) {
-  return std::fabs(x) < 0x1p13 ? reduced_near(x) : reduced_far(x);
+// A function of x that knows its value from the reduced angle; large angles by a way of their own,
+// so that small ones stay in registers.
+template <class Function>
+[[gnu::noinline]] double of_far(double x) {
+  return Function::value(x, reduced_far(x));
+}
+template <class Function>
+inline double of_reduced(double x) {
+  if (!(std::fabs(x) < 0x1p13)) [[unlikely]]
+    return of_far<Function>(x);
+  return Function::value(x, reduced_near(x));
 }
 
 // What the sine and the cosine of a point of the table at some angle beside have in common.
@@ -87,31 +96,81 @@ inline Pair quick_sine(std::uint64_t steps, const Beside& angle) {
   return {sum.hi, first + second};
 }
 
+struct Ratio {
+  Pair above, below;
+};
+
+// tan(steps pi / 256 + angle) = (P + Q t) / (Q - P t), t = tan(angle), P / Q from the table, the
+// larger of which is 1 and the first part of which has 26 bits. t is lost where its cube's term is
+// rounded, 2^-77 some eight times, and above and below are no smaller than pi / 512 but where t
+// falls with them: 2^-66.4 of the value, and by the quotient's second part 2^-67.
+inline Ratio quick_tangent(std::uint64_t steps, Pair angle) {
+  const double* p = &kTangents.parts[2 * (steps & 255U)];
+  const double* q = p + 256;  // a quarter further on
+  const double* series = kTangentSeries;
+  const double square = angle.hi * angle.hi;
+  const double cubic = (angle.hi * square) *
+                       multiply_add(square, multiply_add(square, series[2], series[1]), series[0]);
+#ifdef VQ_FUSED_WAY
+  const double upper = angle.hi;
+  const double rest = angle.lo + cubic;
+#else
+  const double upper = upper_bits<26>(angle.hi);
+  const double rest = ((angle.hi - upper) + angle.lo) + cubic;
+#endif
+  const auto sum = [&](double hi, double lo, double by, double by_lo) {
+#ifdef VQ_FUSED_WAY
+    const double all = __builtin_fma(by, upper, hi);
+    const double left = __builtin_fma(by, upper, hi - all);
+    const Pair first{all, left};
+#else
+    const Pair first = ordered_sum(hi, by * upper);
+#endif
+    const double second = multiply_add(by + by_lo, rest, multiply_add(by_lo, upper, lo));
+    return Pair{first.hi, first.lo + second};
+  };
+  return {sum(p[0], p[1], q[0], q[1]), sum(q[0], q[1], -p[0], -p[1])};
+}
+
 constexpr double kQuickError = 0x1.4p-65;  // of the value
 
-[[gnu::noinline]] double careful_sine(std::uint64_t steps, Pair angle, double x,
-                                      double (*sure_way)(double)) {
-  double result;
-  return middle::sin(steps, angle, result) ? result : sure_way(x);
-}
+// The sine so many quarters of the circle further on.
+template <unsigned kQuarters, double kSure(double)>
+struct Sine {
+  static inline double value(double x, const Reduced& at) {
+    const std::uint64_t steps = at.steps + 128 * kQuarters;
+    const Pair sine = quick_sine(steps, Beside(at.angle));
+    const double error = multiply_add(std::fabs(sine.hi), kQuickError, middle::kReductionError);
+    double result;
+    if (!settled(sine.hi, sine.lo, error, result)) [[unlikely]]
+      return careful(x, steps, at.angle);
+    return result;
+  }
+  [[gnu::noinline]] static double careful(double x, std::uint64_t steps, Pair angle) {
+    double result;
+    return middle::sin(steps, angle, result) ? result : kSure(x);
+  }
+};
 
-[[gnu::noinline]] double careful_tan(const Reduced& at, double x) {
-  double result;
-  return middle::tan(at.steps, at.angle, result) ? result : sure::tan(x);
-}
-
-// The sine of x and so many quarters of the circle more.
-template <unsigned kQuarters>
-inline double sine(double x, double (*sure_way)(double)) {
-  const Reduced at = reduced(x);
-  const std::uint64_t steps = at.steps + 128 * kQuarters;
-  const Pair value = quick_sine(steps, Beside(at.angle));
-  double result;
-  const double error = multiply_add(std::fabs(value.hi), kQuickError, middle::kReductionError);
-  if (!settled(value.hi, value.lo, error, result)) [[unlikely]]
-    return careful_sine(steps, at.angle, x, sure_way);
-  return result;
-}
+struct Tangent {
+  static inline double value(double x, const Reduced& at) {
+    const Ratio ratio = quick_tangent(at.steps, at.angle);
+    const Pair tangent =
+        quotient_of(ratio.above, ratio.below, 1.0 / (ratio.below.hi + ratio.below.lo));
+    // The reduction's error counts by the derivative, 1 + tan^2.
+    const double error =
+        multiply_add(std::fabs(tangent.hi), kQuickError,
+                     middle::kReductionError * multiply_add(tangent.hi, tangent.hi, 1.0));
+    double result;
+    if (!settled(tangent.hi, tangent.lo, error, result)) [[unlikely]]
+      return careful(x, at.steps, at.angle);
+    return result;
+  }
+  [[gnu::noinline]] static double careful(double x, std::uint64_t steps, Pair angle) {
+    double result;
+    return middle::tan(steps, angle, result) ? result : sure::tan(x);
+  }
+};
 
 }  // namespace
 
@@ -121,13 +180,13 @@ double sin(double x) {
     return x - x;
   if (size < 0x1p-27) [[unlikely]]
     return x;  // x - x^3 / 6 rounds to it
-  return sine<0>(x, sure::sin);
+  return of_reduced<Sine<0, sure::sin>>(x);
 }
 
 double cos(double x) {
   if (!(std::fabs(x) <= kLargest)) [[unlikely]]
     return x - x;
-  return sine<1>(x, sure::cos);
+  return of_reduced<Sine<1, sure::cos>>(x);
 }
 
 double tan(double x) {
@@ -136,29 +195,7 @@ double tan(double x) {
     return x - x;
   if (size < 0x1p-28) [[unlikely]]
     return x;
-  const Reduced at = reduced(x);
-  const Beside angle(at.angle);
-  const Pair sine = quick_sine(at.steps, angle);
-  const Pair cosine = quick_sine(at.steps + 128, angle);
-  // A quotient of nearly all, and what is left of the sine.
-  const double inverse = 1.0 / (cosine.hi + cosine.lo);
-  const double quotient = sine.hi * inverse;
-#ifdef VQ_FUSED_WAY
-  const double left_of_first = __builtin_fma(-quotient, cosine.hi, sine.hi);
-#else
-  const Pair product = exact_product(quotient, cosine.hi);
-  const double left_of_first = (sine.hi - product.hi) - product.lo;
-#endif
-  const double left = left_of_first + multiply_add(-quotient, cosine.lo, sine.lo);
-  // Of sine and cosine one is large and has half the error. The reduction's counts by the
-  // derivative, 1 + tan^2.
-  const double error =
-      multiply_add(std::fabs(quotient), 2.0 * kQuickError,
-                   middle::kReductionError * multiply_add(quotient, quotient, 1.0));
-  double result;
-  if (!settled(quotient, left * inverse, error, result)) [[unlikely]]
-    return careful_tan(at, x);
-  return result;
+  return of_reduced<Tangent>(x);
 }
 
 }  // namespace vqmath63::elementary::VQ_WAY

@@ -18,7 +18,7 @@ double exp(double x) {
   if (!(std::fabs(x) < 708.0)) [[unlikely]]
     return std::isnan(x) ? x : sure::exp(x);
   double result;
-  if (!settled(quick_exponential(x, 0.0), 0x1.ap-65, result)) [[unlikely]]
+  if (!settled(quick_exponential(x), 0x1.ap-65, result)) [[unlikely]]
     return careful_exp(x);
   return result;
 }

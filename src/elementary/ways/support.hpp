@@ -69,17 +69,33 @@ struct Power {
   std::uint64_t bits;
 };
 
+/// a / b from inverse, 1 / b rounded, in two parts, the first of 26 bits where that makes products
+/// exact: the second, which may be as large as the second parts of a and b, to a few of its
+/// roundings.
+inline Pair quotient_of(Pair a, Pair b, double inverse) {
+#ifdef VQ_FUSED_WAY
+  const double first = a.hi * inverse;
+  const double left = __builtin_fma(-first, b.hi, a.hi) - first * b.lo;
+#else
+  const double first = upper_bits<26>(a.hi * inverse);
+  const double upper = upper_bits<26>(b.hi);
+  const double left = (a.hi - first * upper) - first * ((b.hi - upper) + b.lo);
+#endif
+  return {first, (left + a.lo) * inverse};
+}
+
 /// e^(x + tail) for |x| < 710, tail below the last place of x; hi, from 1 to 2, and rest give it
 /// within 2^-65 of hi, and the tail's error.
 ///
 /// x = (64^2 e + 64 m + n) ln 2 / 4096 + r. The table entries of m and n are powers of 2 cut to 26
 /// bits, so that their product is exact, and the logarithms of what they lack, which join r. Three
 /// roundings of 2^-67 each: of r, |r| < 2^-13.5, of rest, and of hi times rest.
-inline Power quick_exponential(double x, double tail) {
+template <class... Tail>
+inline Power quick_exponential(double x, Tail... tail) {
   const Rounded steps = rounded(x * k4096ByLn2[0]);
   const double* coarse = &kCoarsePowers[2 * (steps.bits >> 6U & 63U)];
   const double* fine = &kFinePowers[2 * (steps.bits & 63U)];
-  const double lacking = (coarse[1] + fine[1]) + tail;
+  const double lacking = ((coarse[1] + fine[1]) + ... + tail);
   const double r = multiply_add(-steps.value, kLn2By4096[0], x) +
                    multiply_add(-steps.value, kLn2By4096[1], lacking);
   const double series = multiply_add(r, multiply_add(r, 1.0 / 24, 1.0 / 6), 0.5);
