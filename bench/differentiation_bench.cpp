@@ -10,8 +10,6 @@ namespace {
 using vqmath63::Array1;
 using vqmath63::ztDifferentiate;
 
-constexpr std::int64_t kPoints = 1'000'000;
-
 struct Curve {
   std::vector<double> x, y;
   explicit Curve(std::int64_t n) {
@@ -48,29 +46,52 @@ void SecondDerivative(benchmark::State& state) {
   derivative(state, &ztDifferentiate::SecondDerivative);
 }
 
-// The centred first derivative as a programmer would write it by hand, without any checks.
-void PlainCentred(benchmark::State& state) {
+// The same formulas as a programmer would write them by hand, without any checks.
+template <class Formula>
+void plain_loop(benchmark::State& state, Formula formula) {
   Curve curve(state.range(0));
   std::vector<double> d(curve.x.size());
   for (auto _ : state) {
     const double* x = curve.x.data();
     const double* y = curve.y.data();
     benchmark::DoNotOptimize(x);
-    for (std::size_t i = 1; i + 1 < d.size(); ++i) {
-      const double h1 = x[i] - x[i - 1];
-      const double h2 = x[i + 1] - x[i];
-      const double a = h1 * h1;
-      const double b = h2 * h2;
-      d[i] = (a * y[i + 1] - (a - b) * y[i] - b * y[i - 1]) / (h1 * b + h2 * a + 1e-20);
-    }
+    for (std::size_t i = 1; i + 1 < d.size(); ++i) d[i] = formula(x + i, y + i);
     benchmark::DoNotOptimize(d.data());
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-BENCHMARK(FirstDerivative)->Arg(kPoints)->Unit(benchmark::kMicrosecond);
-BENCHMARK(FirstDerivativeForwards)->Arg(kPoints)->Unit(benchmark::kMicrosecond);
-BENCHMARK(SecondDerivative)->Arg(kPoints)->Unit(benchmark::kMicrosecond);
-BENCHMARK(PlainCentred)->Arg(kPoints)->Unit(benchmark::kMicrosecond);
+void PlainCentred(benchmark::State& state) {
+  plain_loop(state, [](const double* x, const double* y) {
+    const double h1 = x[0] - x[-1];
+    const double h2 = x[1] - x[0];
+    const double a = h1 * h1;
+    const double b = h2 * h2;
+    return (a * y[1] - (a - b) * y[0] - b * y[-1]) / (h1 * b + h2 * a + 1e-20);
+  });
+}
+void PlainForwards(benchmark::State& state) {
+  plain_loop(state, [](const double* x, const double* y) {
+    return (y[1] - y[0]) / (x[1] - x[0] + 1e-20);
+  });
+}
+void PlainCentredSecond(benchmark::State& state) {
+  plain_loop(state, [](const double* x, const double* y) {
+    const double h1 = x[0] - x[-1];
+    const double h2 = x[1] - x[0];
+    const double s = h2 + h1;
+    return 2.0 * (h1 * y[1] - s * y[0] + h2 * y[-1]) / (s * (h1 * 12.0 * h2));
+  });
+}
+
+void sizes(benchmark::internal::Benchmark* bench) {
+  for (const std::int64_t n : {1'000, 10'000, 100'000, 1'000'000}) bench->Arg(n);
+}
+BENCHMARK(FirstDerivative)->Apply(sizes);
+BENCHMARK(PlainCentred)->Apply(sizes);
+BENCHMARK(FirstDerivativeForwards)->Apply(sizes);
+BENCHMARK(PlainForwards)->Apply(sizes);
+BENCHMARK(SecondDerivative)->Apply(sizes);
+BENCHMARK(PlainCentredSecond)->Apply(sizes);
 
 }  // namespace

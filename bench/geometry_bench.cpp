@@ -48,16 +48,16 @@ constexpr Point3D kLocal{100, 200, 300};
 constexpr double kHundredth = 0.0056;  // with what else of the cell is outside that box
 constexpr Point3D kField{490000, 6700000, 2500};
 
-// A million points around the box (2, 2, 1) to (48, 38, 7) of the cell, which has the share
+// Points around the box (2, 2, 1) to (48, 38, 7) of the cell, which has the share
 // `box_share` of their volume; all of it is inside.
 struct Points {
   std::vector<float> x, y, z;
-  Points(const Point3D& at, double box_share) {
+  Points(std::int64_t count, const Point3D& at, double box_share) {
     std::mt19937 random(7);
     std::uniform_real_distribution<float> share(0.0F, 1.0F);
     const auto spread = static_cast<float>(std::cbrt(1.0 / box_share));
     const float start = box_share < 1.0 ? (1.0F - spread) / 2 : 0.0F;
-    for (int i = 0; i < 1'000'000; ++i) {
+    for (std::int64_t i = 0; i < count; ++i) {
       x.push_back(at.X + 2 + 46 * (start + spread * share(random)));
       y.push_back(at.Y + 2 + 36 * (start + spread * share(random)));
       z.push_back(at.Z + 1 + 6 * (start + spread * share(random)));
@@ -66,7 +66,7 @@ struct Points {
 };
 
 void points_in_cell(benchmark::State& state, const Point3D& at, double inside) {
-  Points points(at, inside);
+  Points points(state.range(0), at, inside);
   Cell cell(at);
   const vqmath63::ztMathLib lib;
   Array1<float> x{std::span<float>(points.x)}, y{std::span<float>(points.y)},
@@ -79,7 +79,7 @@ void points_in_cell(benchmark::State& state, const Point3D& at, double inside) {
     lib.Points_In_CubeIndex(x, y, z, cell.top, cell.bottom, count, indices, flags, ok);
     benchmark::DoNotOptimize(ok);
   }
-  state.SetItemsProcessed(state.iterations() * 1'000'000);
+  state.SetItemsProcessed(state.iterations() * state.range(0));
   state.counters["inside"] = count;
 }
 
@@ -98,7 +98,7 @@ void FieldPointsAllInside(benchmark::State& state) {
 
 // The routine of one point that PointsInCube repeats, step by step.
 void StepByStepPointIn3DPolygon(benchmark::State& state) {
-  const Points points(kLocal, 1.0);
+  const Points points(1'000, kLocal, 1.0);
   const Cell cell(kLocal);
   Array1<vqmath63::Plane3D> planes;
   bool ok = false;
@@ -114,7 +114,7 @@ void StepByStepPointIn3DPolygon(benchmark::State& state) {
 
 // Six tetrahedra in double precision behind a bounding box, as grid libraries do it.
 void PlainTetrahedra(benchmark::State& state, double inside) {
-  const Points points(kLocal, inside);
+  const Points points(state.range(0), kLocal, inside);
   const Cell cell(kLocal);
   double c[8][3], low[3]{}, high[3]{};
   for (int k = 0; k < 8; ++k) {
@@ -152,7 +152,7 @@ void PlainTetrahedra(benchmark::State& state, double inside) {
     }
     benchmark::DoNotOptimize(count);
   }
-  state.SetItemsProcessed(state.iterations() * 1'000'000);
+  state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 void TetrahedraHundredthInside(benchmark::State& state) {
   PlainTetrahedra(state, kHundredth);
@@ -161,15 +161,15 @@ void TetrahedraAllInside(benchmark::State& state) {
   PlainTetrahedra(state, 1.0);
 }
 
-// A closed ring of 100 000 vertices: a circle, or one whose radius jumps about.
-constexpr std::int64_t kVertices = 100'000;
+// A closed ring of vertices: a circle, or one whose radius jumps about.
 struct Ring {
   std::vector<float> x, y;
-  explicit Ring(float roughness) {
+  Ring(std::int64_t vertices, float roughness) {
     std::mt19937 random(11);
     std::uniform_real_distribution<float> share(-1.0F, 1.0F);
-    for (std::int64_t i = 0; i + 1 < kVertices; ++i) {
-      const double angle = 6.283185307179586 * static_cast<double>(i) / (kVertices - 1);
+    for (std::int64_t i = 0; i + 1 < vertices; ++i) {
+      const double angle =
+          6.283185307179586 * static_cast<double>(i) / static_cast<double>(vertices - 1);
       const auto r = static_cast<double>(1000 + roughness * share(random));
       x.push_back(static_cast<float>(3000 + r * std::cos(angle)));
       y.push_back(static_cast<float>(4000 + r * std::sin(angle)));
@@ -181,7 +181,7 @@ struct Ring {
 constexpr float kRough = 900.0F;
 
 void point_in_polygon(benchmark::State& state, float roughness) {
-  Ring ring(roughness);
+  Ring ring(state.range(0), roughness);
   Array1<float> x{std::span<float>(ring.x)}, y{std::span<float>(ring.y)};
   const vqmath63::ztMathLib lib;
   float px = 3050.5F, py = 3990.25F;
@@ -189,7 +189,7 @@ void point_in_polygon(benchmark::State& state, float roughness) {
     benchmark::DoNotOptimize(lib.Point_In_Polygon(px, py, x, y));
     py = py < 4090 ? py + 1 : 3990.25F;
   }
-  state.SetItemsProcessed(state.iterations() * kVertices);
+  state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 void PointInCircle(benchmark::State& state) {
   point_in_polygon(state, 0.0F);
@@ -199,22 +199,22 @@ void PointInRoughRing(benchmark::State& state) {
 }
 
 void StepByStepPointInPolygon(benchmark::State& state) {
-  const Ring ring(kRough);
-  Array1<Point3D> polygon(1, static_cast<std::int32_t>(kVertices));
-  for (std::int32_t i = 1; i <= kVertices; ++i) {
+  const Ring ring(state.range(0), kRough);
+  Array1<Point3D> polygon(1, static_cast<std::int32_t>(state.range(0)));
+  for (std::int32_t i = 1; i <= state.range(0); ++i) {
     const auto k = static_cast<std::size_t>(i) - 1;
     polygon(i) = {ring.x[k], ring.y[k], 0.0F};
   }
   for (auto _ : state) {
     benchmark::DoNotOptimize(vqmath63::PointInPolygon({3050.5F, 3990.25F, 0.0F}, polygon));
   }
-  state.SetItemsProcessed(state.iterations() * kVertices);
+  state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
 #ifdef VQ_HAVE_GEOS
 // A question of its own, as Point_In_Polygon answers it: the ring is there, no index is made.
 void geos_location(benchmark::State& state, float roughness) {
-  const Ring ring(roughness);
+  const Ring ring(state.range(0), roughness);
   geos::geom::CoordinateArraySequence vertices;
   for (std::size_t i = 0; i < ring.x.size(); ++i) {
     vertices.add(
@@ -226,7 +226,7 @@ void geos_location(benchmark::State& state, float roughness) {
         geos::algorithm::PointLocation::locateInRing(geos::geom::Coordinate(3050.5, py), vertices));
     py = py < 4090 ? py + 1 : 3990.25;
   }
-  state.SetItemsProcessed(state.iterations() * kVertices);
+  state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 void GeosPointInCircle(benchmark::State& state) {
   geos_location(state, 0.0F);
@@ -236,19 +236,26 @@ void GeosPointInRoughRing(benchmark::State& state) {
 }
 #endif
 
-BENCHMARK(PointsOfWhichHundredthInside)->Unit(benchmark::kMillisecond);
-BENCHMARK(PointsAllInside)->Unit(benchmark::kMillisecond);
-BENCHMARK(FieldPointsOfWhichHundredthInside)->Unit(benchmark::kMillisecond);
-BENCHMARK(FieldPointsAllInside)->Unit(benchmark::kMillisecond);
+void points(benchmark::internal::Benchmark* bench) {
+  for (const std::int64_t n : {1'000, 10'000, 100'000, 1'000'000}) bench->Arg(n);
+}
+void vertices(benchmark::internal::Benchmark* bench) {
+  for (const std::int64_t n : {100, 1'000, 10'000, 100'000}) bench->Arg(n);
+}
+
+BENCHMARK(PointsOfWhichHundredthInside)->Apply(points);
+BENCHMARK(PointsAllInside)->Apply(points);
+BENCHMARK(FieldPointsOfWhichHundredthInside)->Apply(points);
+BENCHMARK(FieldPointsAllInside)->Apply(points);
 BENCHMARK(StepByStepPointIn3DPolygon);
-BENCHMARK(TetrahedraHundredthInside)->Unit(benchmark::kMillisecond);
-BENCHMARK(TetrahedraAllInside)->Unit(benchmark::kMillisecond);
-BENCHMARK(PointInCircle)->Unit(benchmark::kMicrosecond);
-BENCHMARK(PointInRoughRing)->Unit(benchmark::kMicrosecond);
-BENCHMARK(StepByStepPointInPolygon)->Unit(benchmark::kMicrosecond);
+BENCHMARK(TetrahedraHundredthInside)->Apply(points);
+BENCHMARK(TetrahedraAllInside)->Apply(points);
+BENCHMARK(PointInCircle)->Apply(vertices);
+BENCHMARK(PointInRoughRing)->Apply(vertices);
+BENCHMARK(StepByStepPointInPolygon)->Apply(vertices);
 #ifdef VQ_HAVE_GEOS
-BENCHMARK(GeosPointInCircle)->Unit(benchmark::kMicrosecond);
-BENCHMARK(GeosPointInRoughRing)->Unit(benchmark::kMicrosecond);
+BENCHMARK(GeosPointInCircle)->Apply(vertices);
+BENCHMARK(GeosPointInRoughRing)->Apply(vertices);
 #endif
 
 }  // namespace

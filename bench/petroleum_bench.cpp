@@ -1,5 +1,5 @@
-// A live-oil factor on a table of ten curves of ten points, and that nothing is allocated; beside
-// it the live-oil table of the Open Porous Media project.
+// A live-oil factor on tables of so many curves of as many points, and that nothing is allocated;
+// beside it the live-oil table of the Open Porous Media project.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
@@ -32,22 +32,22 @@ namespace {
 
 using vqmath63::Array1;
 
-constexpr std::int32_t kCurves = 10;
-constexpr std::int32_t kPoints = 10;
-
+// The same surface in each, over gas contents of 20 to 200 and 225 above the saturation pressure.
 struct LiveOil {
-  Array1<float> primary{1, kCurves};
-  Array1<std::int32_t> map{1, kCurves};
-  Array1<float> pressure{1, kCurves* kPoints};
-  Array1<float> factor{1, kCurves* kPoints};
+  std::int32_t n;
+  Array1<float> primary{1, n};
+  Array1<std::int32_t> map{1, n};
+  Array1<float> pressure{1, n* n};
+  Array1<float> factor{1, n* n};
 
-  LiveOil() {
-    for (std::int32_t p = 1; p <= kCurves; ++p) {
-      primary(p) = 20.0F * static_cast<float>(p);
-      map(p) = (p - 1) * kPoints + 1;
-      for (std::int32_t k = 0; k < kPoints; ++k) {
-        pressure(map(p) + k) = 50.0F * static_cast<float>(p) + 25.0F * static_cast<float>(k);
-        factor(map(p) + k) = 1.0F + 0.04F * static_cast<float>(p) - 0.004F * static_cast<float>(k);
+  explicit LiveOil(std::int64_t curves) : n(static_cast<std::int32_t>(curves)) {
+    for (std::int32_t p = 1; p <= n; ++p) {
+      primary(p) = 20.0F + 180.0F * static_cast<float>(p - 1) / static_cast<float>(n - 1);
+      map(p) = (p - 1) * n + 1;
+      for (std::int32_t k = 0; k < n; ++k) {
+        const float above = 225.0F * static_cast<float>(k) / static_cast<float>(n - 1);
+        pressure(map(p) + k) = 2.5F * primary(p) + above;
+        factor(map(p) + k) = 1.0F + 0.002F * primary(p) - 0.00016F * above;
       }
     }
   }
@@ -72,9 +72,8 @@ class DataPoints {
 };
 
 void live_factor(benchmark::State& state, DataPoints data) {
-  LiveOil oil;
-  std::int32_t curves = kCurves;
-  std::int32_t entries = kCurves * kPoints;
+  LiveOil oil(state.range(0));
+  std::int32_t entries = oil.n * oil.n;
   float null = 0.0F;
   float factor = 0.0F;
   bool ok = false;
@@ -83,7 +82,7 @@ void live_factor(benchmark::State& state, DataPoints data) {
     data.next();
     float primary = data.primary();
     float pressure = data.pressure();
-    petroleum.GetVolumeCorrectionLive(oil.primary, oil.map, curves, oil.pressure, oil.factor,
+    petroleum.GetVolumeCorrectionLive(oil.primary, oil.map, oil.n, oil.pressure, oil.factor,
                                       entries, primary, pressure, null, factor, ok);
     benchmark::DoNotOptimize(factor);
   };
@@ -104,22 +103,25 @@ void LiveSaturated(benchmark::State& state) {
   live_factor(state, DataPoints(-0.1F));
 }
 
+void curves(benchmark::internal::Benchmark* bench) {
+  for (const std::int64_t n : {5, 10, 20, 40}) bench->Arg(n);
+}
+
 #ifdef VQ_WITH_OPM
 // The same table; its undersaturated points only, and without a look at the saturation pressure.
-void OpmUndersaturated(benchmark::State& state) {
+void opm_factor(benchmark::State& state, DataPoints data) {
   using Pvt = Opm::LiveOilPvt<float>;
-  const LiveOil oil;
+  const LiveOil oil(state.range(0));
   Pvt::TabulatedTwoDFunction inverse(Pvt::TabulatedTwoDFunction::InterpolationPolicy::LeftExtreme);
-  for (std::int32_t p = 1; p <= kCurves; ++p) {
+  for (std::int32_t p = 1; p <= oil.n; ++p) {
     const std::size_t row = inverse.appendXPos(oil.primary(p));
-    for (std::int32_t k = oil.map(p); k < oil.map(p) + kPoints; ++k) {
+    for (std::int32_t k = oil.map(p); k < oil.map(p) + oil.n; ++k) {
       inverse.appendSamplePoint(row, oil.pressure(k), 1.0F / oil.factor(k));
     }
   }
   Pvt pvt;
   pvt.setNumRegions(1);
   pvt.setInverseOilFormationVolumeFactor(0, inverse);
-  DataPoints data(1.0F);
   for (auto _ : state) {
     data.next();
     const float reciprocal =
@@ -127,11 +129,18 @@ void OpmUndersaturated(benchmark::State& state) {
     benchmark::DoNotOptimize(1.0F / reciprocal);
   }
 }
-BENCHMARK(OpmUndersaturated);
+void OpmUndersaturated(benchmark::State& state) {
+  opm_factor(state, DataPoints(1.0F));
+}
+void OpmUndersaturatedPath(benchmark::State& state) {
+  opm_factor(state, DataPoints(1.0F, true));
+}
+BENCHMARK(OpmUndersaturated)->Apply(curves);
+BENCHMARK(OpmUndersaturatedPath)->Apply(curves);
 #endif
 
-BENCHMARK(LiveUndersaturated);
-BENCHMARK(LiveUndersaturatedPath);
-BENCHMARK(LiveSaturated);
+BENCHMARK(LiveUndersaturated)->Apply(curves);
+BENCHMARK(LiveUndersaturatedPath)->Apply(curves);
+BENCHMARK(LiveSaturated)->Apply(curves);
 
 }  // namespace
