@@ -23,19 +23,19 @@ HERE = pathlib.Path(__file__).parent
 PANDAS = """
 import sys, pandas as pd
 frame = pd.read_csv(sys.argv[1], parse_dates=["date"])
-frame["date"] = frame["date"].dt.to_period("Q").dt.start_time
+frame["date"] = frame["date"].dt.to_period(sys.argv[3][0].upper()).dt.start_time
 frame.groupby(["well", "date"])[["oil", "gas", "water"]].sum().to_csv(sys.argv[2])
 """
 
 
-def commands(vqhost, source, target):
+def commands(vqhost, source, target, period="quarter"):
     script = str(HERE / "beside_records.mjs")
     return {
         "vqhost": [vqhost, "accumulate", source, "--by", "well", "--volumes", "oil,gas,water",
-                   "--stamp", "begin", "--period", "quarter", "-o", target],
-        "pandas": [sys.executable, "-c", PANDAS, source, target],
-        "duckdb": ["node", script, "duckdb", source, target],
-        "polars": ["node", script, "polars", source, target],
+                   "--stamp", "begin", "--period", period, "-o", target],
+        "pandas": [sys.executable, "-c", PANDAS, source, target, period],
+        "duckdb": ["node", script, "duckdb", source, target, period],
+        "polars": ["node", script, "polars", source, target, period],
     }
 
 

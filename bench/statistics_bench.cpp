@@ -184,21 +184,45 @@ void Quartile(benchmark::State& state) {
   });
 }
 
-// The least that gives a median alone.
+// The least that gives a median alone, and a mode alone.
+float std_median(std::vector<float>& copy) {
+  const auto middle = copy.begin() + static_cast<std::ptrdiff_t>(copy.size() / 2);
+  std::nth_element(copy.begin(), middle, copy.end());
+  return *middle;
+}
+float std_mode(std::vector<float>& copy) {
+  std::sort(copy.begin(), copy.end());
+  float mode = copy[0];
+  std::size_t most = 0;
+  for (std::size_t i = 0; i < copy.size();) {
+    std::size_t run = 1;
+    while (i + run < copy.size() && copy[i + run] == copy[i]) ++run;
+    mode = run > most ? copy[i] : mode;
+    most = std::max(most, run);
+    i += run;
+  }
+  return mode;
+}
+
 void NthElementMedian(benchmark::State& state) {
   of_one(state, [](std::span<const float> values) {
     std::vector<float> copy(values.begin(), values.end());
-    const auto middle = copy.begin() + static_cast<std::ptrdiff_t>(copy.size() / 2);
-    std::nth_element(copy.begin(), middle, copy.end());
-    benchmark::DoNotOptimize(*middle);
+    benchmark::DoNotOptimize(std_median(copy));
   });
 }
 
-void StdSortedMedian(benchmark::State& state) {
+void StdSortedMode(benchmark::State& state) {
   of_one(state, [](std::span<const float> values) {
     std::vector<float> copy(values.begin(), values.end());
-    std::sort(copy.begin(), copy.end());
-    benchmark::DoNotOptimize(copy[copy.size() / 2]);
+    benchmark::DoNotOptimize(std_mode(copy));
+  });
+}
+
+void StdMedianAndMode(benchmark::State& state) {
+  of_one(state, [](std::span<const float> values) {
+    std::vector<float> copy(values.begin(), values.end());
+    benchmark::DoNotOptimize(std_median(copy));
+    benchmark::DoNotOptimize(std_mode(copy));
   });
 }
 
@@ -296,7 +320,8 @@ BENCHMARK(Median)->Apply(fewer);
 BENCHMARK(Mode)->Apply(fewer);
 BENCHMARK(Quartile)->Apply(fewer);
 BENCHMARK(NthElementMedian)->Apply(fewer);
-BENCHMARK(StdSortedMedian)->Apply(fewer);
+BENCHMARK(StdSortedMode)->Apply(fewer);
+BENCHMARK(StdMedianAndMode)->Apply(fewer);
 BENCHMARK(RemoveNullsXYZ)->Apply(sizes);
 BENCHMARK(BinVector)->Apply(sizes);
 #ifdef VQ_HAVE_GSL
