@@ -100,9 +100,11 @@ TEST_F(ManyCallsTest, what_cannot_be_called_is_refused_before_the_first_call) {
   for (const auto& row : rows) {
     const VqColumn& results = &row == std::end(rows) - 1 ? none : one;
     EXPECT_EQ(VqCallMany(row.object, row.id, DISPATCH_METHOD, row.calls, row.columns.data(),
-                         static_cast<UINT>(row.columns.size()), &results, nullptr),
+                         static_cast<UINT>(row.columns.size()), &results, &failures_),
               row.code)
         << row.what;
+    EXPECT_TRUE(failures_.count == 0 && failures_.first == -1) << row.what;
+    failures_ = {-5, -5};
     EXPECT_TRUE(x[0] == 1 && x[1] == 2) << row.what;
   }
 }
