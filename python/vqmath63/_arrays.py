@@ -97,6 +97,8 @@ def _numbers_of(value: Any) -> Any:
         return value.filled(numpy.nan) if value.dtype.kind == "f" else value.filled()
     if isinstance(value, numpy.ndarray):
         return value
+    if isinstance(value, array.array):
+        return numpy.asarray(value)
     dtype = getattr(value, "dtype", None)
     if dtype is not None and hasattr(dtype, "na_value") and hasattr(value, "to_numpy"):
         kind = getattr(dtype, "kind", "O")
