@@ -1,8 +1,9 @@
 """Packs a folder so that the same files give the same zip, byte for byte.
 
-usage: make_zip.py ZIP FOLDER EPOCH
+usage: make_zip.py ZIP FOLDER EPOCH [--inside]
 
-The folder's name stands before each file's; EPOCH, in seconds, is the time that every file bears.
+The folder's name stands before each file's, but with --inside; EPOCH, in seconds, is the time that
+every file bears.
 """
 
 import os
@@ -13,9 +14,9 @@ import zipfile
 EARLIEST = 315532800  # 1980-01-01: a zip knows no time before
 
 
-def main(path, folder, epoch):
+def main(path, folder, epoch, *inside):
     folder = os.path.abspath(folder)
-    above = os.path.dirname(folder)
+    above = folder if inside else os.path.dirname(folder)
     names = sorted(
         os.path.relpath(os.path.join(place, name), above).replace(os.sep, "/")
         for place, _, files in os.walk(folder)
@@ -32,6 +33,6 @@ def main(path, folder, epoch):
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 4:
+    if len(sys.argv) != 4 and sys.argv[4:] != ["--inside"]:
         sys.exit(__doc__)
     main(*sys.argv[1:])

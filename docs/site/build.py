@@ -22,7 +22,7 @@ CONTENTS = [
     ("Guide", ["guide/first_numbers", "guide/arrays", "guide/failures", "guide/accuracy",
                "guide/hosts_and_threads", "guide/large_data"]),
     ("Reference", ["reference", "reference/*"]),
-    ("Hosts", ["hosts", "windows", "python"]),
+    ("Hosts", ["hosts", "windows", "python", "spreadsheet"]),
     ("Behind it", None),  # all other pages
 ]
 
