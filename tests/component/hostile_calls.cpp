@@ -1,17 +1,25 @@
 // Calls every member with seeded random arguments, among them many that fail, through the vtable,
 // by name with typed and with untyped variables, and many at once: all must bring back the same.
 //
-// usage: hostile_calls [ROUNDS]       a line a member: calls, error lines, a hash of what came back
+// usage: hostile_calls [ROUNDS [SURROUNDINGS]]
+//                      a line a member: calls, error lines, a hash of what came back; in
+//                      surroundings as surroundings.hpp knows them
 //        hostile_calls CLASS MEMBER   each call of a member, to find a difference
 //
-// What is printed depends on no compiler, no optimisation and no quick way: builds are compared.
+// What is printed depends on no compiler, no optimisation, no quick way, no system, processor, time
+// zone and surroundings: builds are compared.
 #include <algorithm>
 #include <cfloat>
 #include <iostream>
 #include <optional>
 #include <random>
 
+#ifdef _WIN32
+#include "windows/system_hosts.hpp"
+#else
 #include "native_hosts.hpp"
+#endif
+#include "surroundings.hpp"
 
 namespace vqmath63::component::test {
 namespace {
@@ -204,7 +212,8 @@ void spoil(Argument& argument, const Type& type, const Theme& theme, Chance& cha
   if (argument.array) {
     spoil(*argument.array, theme, chance);
   } else if (type.vt == VT_BSTR) {
-    const OLECHAR* const words[] = {u"", u"DAY", u"weeks", u"year", u"+", u"- "};
+    const OLECHAR* const words[] = {VQ_OLESTR(""),     VQ_OLESTR("DAY"), VQ_OLESTR("weeks"),
+                                    VQ_OLESTR("year"), VQ_OLESTR("+"),   VQ_OLESTR("- ")};
     if (!chance.one_in(4)) return;
     SysFreeString(v.bstrVal);
     v.bstrVal = SysAllocString(chance.of(words));
@@ -216,19 +225,49 @@ void spoil(Argument& argument, const Type& type, const Theme& theme, Chance& cha
   }
 }
 
+// Without what follows the component's version: the date of its file.
+std::string undated(std::string text) {
+  const std::size_t date = text.find("v6.3.2436 ");
+  if (date == text.npos || text.ends_with("Close Down")) return text;
+  return text.replace(date + 9, text.find('"', date) - date - 9, "");
+}
+
 // As the table writes it, save the sign of a NaN, which compilers are free to choose.
 std::string text_of(const VARIANT& v) {
   std::string text = v.vt == VT_EMPTY ? "[]" : shown(v);
   for (std::size_t at = 0; (at = text.find("-nan", at)) != text.npos;) text.erase(at, 1);
-  return text;
+  return undated(text);
 }
+
+#ifdef _WIN32
+std::string words_of(const VtableHost& host) {
+  return host.told;
+}
+#else
+std::string words_of(const NativeHost& host) {
+  return automation::test::ascii(host.told);
+}
+#endif
+
+// A host in surroundings of its own.
+template <class Base>
+class Within : public Base {
+ public:
+  template <class... Words>
+  explicit Within(const Surroundings& around, Words... words) : Base(words...), around_(around) {}
+
+ private:
+  void about_to_enter() override { around_.enter(); }
+  void has_left() override { around_.leave(); }
+
+  const Surroundings& around_;
+};
 
 struct Row {
   std::string class_name, kind, name;
   std::vector<std::string> cells;
 };
 
-// The rows of all classes but the one that tells of files and clocks.
 std::vector<Row> read_rows() {
   std::vector<Row> rows;
   std::ifstream in(VQ_TEST_DATA "/calls.tsv");
@@ -238,7 +277,7 @@ std::vector<Row> read_rows() {
     if (fields.size() < 2) continue;
     if (fields[0] == "new") class_name = fields[1];
     const bool call = fields[0] == "call" || fields[0] == "get" || fields[0] == "let";
-    if (call && class_name != "ztAnalyseInfo")
+    if (call)
       rows.push_back({class_name, fields[0], fields[1], {fields.begin() + 3, fields.end()}});
   }
   return rows;
@@ -268,7 +307,8 @@ struct Call {
 };
 
 // What the last of the calls brings back.
-std::string outcome(NativeHost& host, bool untyped, const std::vector<Call>& calls) {
+template <class AnyHost>
+std::string outcome(AnyHost& host, bool untyped, const std::vector<Call>& calls) {
   host.create(calls.front().row->class_name, false);
   std::string text;
   for (const Call& call : calls) {
@@ -278,9 +318,9 @@ std::string outcome(NativeHost& host, bool untyped, const std::vector<Call>& cal
     host.lines.clear();
     const HRESULT code = host.call(call.row->kind, call.row->name, *call.member, sent, result.v);
     text = call.row->name + ' ' + std::to_string(code);
-    text += ' ' + (code == S_OK ? text_of(result.v) : automation::test::ascii(host.told));
+    text += ' ' + (code == S_OK ? text_of(result.v) : words_of(host));
     for (const Variable& v : sent) text += ' ' + text_of(v.v);
-    for (const std::string& line : host.lines) text += "\n  " + line;
+    for (const std::string& line : host.lines) text += "\n  " + undated(line);
   }
   return text;
 }
@@ -297,13 +337,16 @@ struct Seen {
 };
 
 // So many calls from each row of the table, of all members or of one.
-int run(std::size_t rounds, const std::string& only) {
+int run(std::size_t rounds, const std::string& only, const Surroundings& around) {
   const Interfaces interfaces(VQ_TEST_DATA "/interface.tsv");
   const std::vector<Row> rows = read_rows();
   std::map<std::string, Seen> seen;
-  VtableHost vtable;
-  NameHost typed(false), any(true);
-  ManyHost many;
+  Within<VtableHost> vtable(around);
+  Within<NameHost> typed(around, false);
+#ifndef _WIN32
+  Within<NameHost> any(around, true);
+  Within<ManyHost> many(around);
+#endif
   int differences = 0;
   const auto make = [&](std::size_t k, std::size_t round) {
     const std::string member = rows[k].class_name + ' ' + rows[k].name;
@@ -323,6 +366,7 @@ int run(std::size_t rounds, const std::string& only) {
       std::cerr << "through the vtable: " << text << "\n" << how << ": " << other << "\n";
     };
     compare("by name", outcome(typed, false, calls));
+#ifndef _WIN32
     // A result erased in a failing call leaves what an untyped variable held.
     if (!rows[k].name.starts_with("RemoveNulls")) {
       compare("by name, untyped", outcome(any, true, calls));
@@ -331,6 +375,7 @@ int run(std::size_t rounds, const std::string& only) {
     if (std::none_of(calls.back().arguments.begin(), calls.back().arguments.end(), is_array)) {
       compare("many at once", outcome(many, false, calls));
     }
+#endif
     seen[member].add(text);
     if (!only.empty()) std::cout << text << "\n";
   };
@@ -348,6 +393,13 @@ int run(std::size_t rounds, const std::string& only) {
 }  // namespace vqmath63::component::test
 
 int main(int count, char** words) {
-  const std::string member = count == 3 ? std::string(words[1]) + ' ' + words[2] : "";
-  return vqmath63::component::test::run(count == 2 ? std::stoul(words[1]) : 60, member);
+  using namespace vqmath63::component::test;
+  const std::vector<std::string> said(words + 1, words + count);
+  const bool rounds = said.empty() || std::isdigit(static_cast<unsigned char>(said[0][0])) != 0;
+#ifdef _WIN32
+  CoInitialize(nullptr);
+#endif
+  return run(said.empty() || !rounds ? 60 : std::stoul(said[0]),
+             rounds ? "" : said.at(0) + ' ' + said.at(1),
+             Surroundings(rounds && said.size() > 1 ? said[1] : ""));
 }

@@ -202,6 +202,13 @@ sed '$d; s/^/    /' <<<"$said"
 for way in by_name vtable type_info apartment_vtable apartment_by_name; do
   run_calls "generic host: $way" "$clients/generic_hosts.exe" "$way" "$calls" "$interfaces" calls.record
 done
+# The same bits as everywhere, whatever rounding the host has set.
+for surroundings in '' up flush; do
+  under_wine "$clients/hostile_calls.exe" 80 $surroundings 2>errors.txt | tr -d '\r' >same_bits.txt
+  differ=$(diff "$data/same_bits.txt" same_bits.txt | grep -c '^[<>]')
+  report "the same bits${surroundings:+, host rounds $surroundings}" "$(wc -l <"$data/same_bits.txt")" "$differ"
+  [ "$differ" -eq 0 ] || diff "$data/same_bits.txt" same_bits.txt | head -n 10 | sed 's/^/    /'
+done
 run "odd arguments" "$clients/odd_arguments.exe" "$interfaces"
 run "by_name.vbs" cscript //nologo "$scripts\\by_name.vbs"
 run "by_name.js" cscript //nologo "$scripts\\by_name.js"
