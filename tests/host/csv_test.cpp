@@ -86,7 +86,25 @@ const ReadRow kReadRows[] = {
     {"t,note,oil\n\n0,\"a\nb\",2\n1,c,2x\n", "", "f.csv:5: column 3 (oil): '2x' is not a number"},
     {"t,oil\n0,1\n1,2 3\n", "", "f.csv:3: column 2 (oil): '2 3' is not a number"},
     {"t,oil,gas\n0,1,2\n1,2\n", "", "f.csv:3: the row has 2 cells, the header has 3"},
-    {"t,oil\n0,1,\n", "", "f.csv:2: the row has 3 cells, the header has 2"},
+    {"t,oil\n0,1,, \n1,2,\n", "", "t: 0 1|oil: 1 2"},
+    {"t,oil\n0,1,2\n", "", "f.csv:2: the row has 3 cells, the header has 2"},
+    {"sep=;\nt;oil\n0;1\n", "", "t: 0|oil: 1"},
+    {"t,oil\r0,1\r1,2\r", "",
+     "f.csv: its lines end with a carriage return alone, tr '\\r' '\\n' mends it"},
+    // What is a decimal comma, and what parts thousands.
+    {"t;oil\n0;1,234\n1;2,5\n", "", "t: 0 1|oil: 1.234 2.5"},
+    {"t;oil\n0;1,234\n1;2.5\n", "", "t: 0 1|oil: 1234 2.5"},
+    {"t;oil\n0;1,234\n1;1,234,567\n", "", "t: 0 1|oil: 1234 1.23457e+06"},
+    {"t;oil\n0;1.234\n1;1.234.567\n", "", "t: 0 1|oil: 1234 1.23457e+06"},
+    {"t;oil\n0;1 234,5\n1;1\xC2\xA0\x32\x33\x34,5\n2;-2 345\n", "",
+     "t: 0 1 2|oil: 1234.5 1234.5 -2345"},
+    {"t,oil\n0,1\xE2\x80\xAF\x32\x33\x34.5\n1,(12.5)\n2,12.5-\n", "",
+     "t: 0 1 2|oil: 1234.5 -12.5 -12.5"},
+    {"t,oil\n0,()\n", "nn", "f.csv:2: column 2 (oil): '()' is not a number"},
+    // Rows of units: of words that are some, or of any where a date would stand.
+    {"t,oil\n-,sm3\n0,1\n", "", "t: 0|oil: 1"},
+    {"date,oil\nyyyy-mm-dd,kSm3\n2000-01-01,1\n", "t", "date: 36526|oil: 1"},
+    {"t,oil\n-,shut\n0,1\n", "nn", "f.csv:2: column 2 (oil): 'shut' is not a number"},
     {"t,oil\n0,1\n1,\n", "", "f.csv:3: column 2 (oil)" + kMissing},
     {"t,oil\n0,\n1,2\n", "", "f.csv:2: column 2 (oil)" + kMissing},
     {"t,oil\n0,1\n1,NaN\n", "", "f.csv:3: column 2 (oil)" + kMissing},
@@ -161,6 +179,9 @@ TEST(Moment, ReadsAndWritesIsoTexts) {
   const Row rows[] = {{"2000-01-01", 36526, "2000-01-01"},
                       {"2000-02-29 18:00", 36585.75, "2000-02-29 18:00"},
                       {"1899-12-29T06:00", -0.75, "1899-12-29 06:00"},
+                      {"2000-01-01T06:00:00.000Z", 36526.25, "2000-01-01 06:00"},
+                      {"2000-01-01 06:00+02:00", 36526.25, "2000-01-01 06:00"},
+                      {"2000-01-01 06:00-0330", 36526.25, "2000-01-01 06:00"},
                       {"0100-01-01", -657434, "0100-01-01"},
                       {"9999-12-31 23:59:59", 2958465.999988426, "9999-12-31 23:59:59"}};
   for (const Row& row : rows) {
@@ -175,7 +196,7 @@ TEST(Moment, ReadsAndWritesIsoTexts) {
   for (const char* text :
        {"", "2000", "2000-1-1", "2000-13-01", "2000-00-10", "2001-02-29", "2000-01-01 ",
         "2000-01-01 24:00", "2000-01-01 6:00", "2000-01-01 06:60", "2000-01-01 06:00:60",
-        "2000-01-01 06:00Z", "2000-01-01 06:00:00.", "01-01-2000"}) {
+        "2000-01-01 06:00Zz", "2000-01-01 06:00+1", "2000-01-01 06:00:00.", "01-01-2000"}) {
     EXPECT_FALSE(parse_moment(text)) << text;
   }
 }

@@ -91,6 +91,8 @@ const Writing kWritings[] = {
     {"UTF-16", "--stamp begin", [](const auto& text) { return encoded(text, 2, false); }},
     {"UTF-16, high byte first", "--stamp begin",
      [](const auto& text) { return encoded(text, 2, true); }},
+    {"UTF-16 without a mark", "--stamp begin",
+     [](const auto& text) { return encoded(text, 2, false).substr(2); }},
     {"a byte a letter", "--stamp begin", [](const auto& text) { return encoded(text, 1, false); }},
     {"no end of the last line", "--stamp begin",
      [](const auto& text) { return text.substr(0, text.size() - 1); }},

@@ -8,7 +8,6 @@
 #include "host/commands/accumulation.hpp"
 #include "host/commands/period_table.hpp"
 #include "host/commands/production.hpp"
-#include "host/data/moment.hpp"
 #include "host/data/output.hpp"
 #include "host/failure.hpp"
 #include "host/text.hpp"
@@ -70,17 +69,11 @@ struct Options {
   Output output;
 };
 
-std::optional<double> moment_option(const std::optional<std::string>& text, const char* option) {
-  if (!text) return std::nullopt;
-  const auto moment = parse_moment(*text);
-  if (moment) return moment;
-  throw UsageError(std::string(option) + ": " + why_no_moment(*text));
-}
-
 int run(Options options) {
   check_output(options.output, options.data.path);
-  options.data.start_data = moment_option(options.start_data, "--start-data");
-  const auto start = moment_option(options.start, "--start");
+  const auto format = options.records.dates();
+  options.data.start_data = moment_option(options.start_data, "--start-data", format);
+  const auto start = moment_option(options.start, "--start", format);
   if (!options.columns.empty()) options.data.columns = split(options.columns, ',');
   if (!options.cumulative.empty()) options.data.cumulative = split(options.cumulative, ',');
   if (options.records.any()) {

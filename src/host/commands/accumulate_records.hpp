@@ -6,46 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "host/command_line.hpp"
-#include "host/commands/accumulation.hpp"
+#include "host/commands/record_options.hpp"
 #include "host/data/output.hpp"
 #include "host/records/record_accumulation.hpp"
 
 namespace vqmath63::host {
-
-/// What the command line says of records.
-struct RecordOptions {
-  std::optional<std::string> by;
-  std::optional<std::string> date;
-  std::optional<std::string> volumes;
-  std::optional<std::string> stamp;
-  std::optional<std::string> gap;
-  std::optional<std::string> step;
-  std::optional<std::string> empty;
-  std::optional<std::string> twins;
-  std::optional<std::string> missing;
-  std::optional<std::string> date_format;
-  bool sort = false;
-  bool wide = false;
-  bool total = false;
-
-  /// Whether any of them is given.
-  bool any() const;
-};
-
-/// What records have in common with a table of one field.
-struct RecordWork {
-  std::string path;
-  std::vector<std::string> columns;
-  std::vector<std::string> cumulative;
-  std::optional<double> empty_as;
-  std::optional<double> start;
-  PeriodSettings periods;
-  Output output;
-};
-
-/// Makes of the options, and of the header that a file has, what its reader is to do.
-RecordPlan plan_records(const RecordOptions& options, const RecordWork& work, const CsvFile& head);
 
 /// Takes what a user has to know of a file.
 using TakeNote = std::function<void(const std::string& note)>;
@@ -54,8 +19,9 @@ using TakeNote = std::function<void(const std::string& note)>;
 std::vector<std::size_t> series_of_records(const RecordPlan& plan, const RecordReport& report,
                                            const CsvFile& head, const TakeNote& note);
 
-/// Declares the options of records.
-void declare_records(Command& command, RecordOptions& options);
+/// WorkError, with the remedy, where records come to no period.
+void refuse_nothing(const RecordSums& sums, const RecordReport& report,
+                    const std::optional<double>& start);
 
 /// Accumulates the records of a file and prints the table; tells the user what was found on the way
 /// that he has to know of.

@@ -34,27 +34,43 @@ void check_times(const CsvFile& file, const CsvTable& table, std::size_t from_ro
     throw WorkError(file.place(table.lines[i], 0) + text(times.values[i]) +
                     " lies before the time of the row above, " + text(times.values[i - 1]) +
                     (times.kind == CellKind::kDate
-                         ? "; --by COL takes wells apart that share a file, --sort brings rows "
-                           "into order"
+                         ? "; " + file.by_remedy() + ", --sort brings rows into order"
                          : ""));
   }
 }
 
-// Rows of several wells that share a file, day by day, do not step back in time: only the first of
-// each day has an interval.
-void note_twins(const CsvTable& table, Production& production) {
-  const std::vector<double>& times = table.columns[0].values;
+// The first row at the time of the row above, and how many there are: rows of several wells that
+// share a file, day by day, do not step back in time.
+struct Twins {
   std::size_t count = 0;
   std::size_t first = 0;
-  for (std::size_t i = 1; i < times.size(); ++i) {
-    if (times[i] == times[i - 1] && count++ == 0) first = i;
+
+  explicit Twins(const CsvTable& table) {
+    const std::vector<double>& times = table.columns[0].values;
+    for (std::size_t i = 1; i < times.size(); ++i) {
+      if (times[i] == times[i - 1] && count++ == 0) first = i;
+    }
   }
-  if (count == 0) return;
-  production.notes.push_back(
-      counted(count, "row") + " at the time of the row above, " + (count > 1 ? "the first " : "") +
-      "on line " + std::to_string(table.lines[first]) +
-      ": no interval, so rates there count for nothing (--by COL takes wells "
-      "apart that share a file)");
+};
+
+// Only the first of them has an interval.
+void note_twins(const CsvFile& file, const CsvTable& table, Production& production) {
+  const Twins twins(table);
+  if (twins.count == 0) return;
+  production.notes.push_back(counted(twins.count, "row") + " at the time of the row above, " +
+                             (twins.count > 1 ? "the first " : "") + "on line " +
+                             std::to_string(table.lines[twins.first]) +
+                             ": no interval, so rates there count for nothing (" +
+                             file.by_remedy() + ")");
+}
+
+// Several wells that share a file are more to know than an empty cell of one.
+void refuse_twins(const CsvFile& file, const CsvTable& table) {
+  if (table.columns[0].kind != CellKind::kDate) return;
+  const Twins twins(table);
+  if (twins.count == 0) return;
+  throw WorkError(file.place(table.lines[twins.first], 0) +
+                  "the row above has this date too: " + file.by_remedy());
 }
 
 // What a user has to know of rows with dates: gaps that the row behind them fills.
@@ -111,6 +127,7 @@ Production read_production(const ProductionChoice& choice) {
     reading.wants[c] = Want::kNumbers;
   }
   for (const std::size_t c : series) reading.wants[c] = Want::kNumbers;
+  reading.before_refusing_gap = [&](const CsvTable& table) { refuse_twins(file, table); };
   CsvTable table = read_rows(file, reading);
 
   Production production;
@@ -131,12 +148,9 @@ Production read_production(const ProductionChoice& choice) {
   }
   if (series.empty()) throw WorkError(file.path() + ": no column of numbers follows the time");
 
-  if (file.units_line() > 0) {
-    production.notes.push_back("line " + std::to_string(file.units_line()) +
-                               " is taken for a row of units");
-  }
+  production.notes = file.notes();
   if (production.dated) {
-    note_twins(table, production);
+    note_twins(file, table, production);
     note_gaps(table, production);
   }
   production.rows = table.lines.size();

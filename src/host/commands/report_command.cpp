@@ -8,7 +8,6 @@
 #include "host/commands/report_production.hpp"
 #include "host/commands/report_records.hpp"
 #include "host/data/columns.hpp"
-#include "host/data/moment.hpp"
 #include "host/data/output.hpp"
 #include "host/failure.hpp"
 #include "host/text.hpp"
@@ -54,22 +53,16 @@ struct Options {
   std::string output;
 };
 
-std::optional<double> moment_option(const std::optional<std::string>& text, const char* option) {
-  if (!text) return std::nullopt;
-  const auto moment = parse_moment(*text);
-  if (moment) return moment;
-  throw UsageError(std::string(option) + ": " + why_no_moment(*text));
-}
-
 std::vector<std::string> names_in(const std::string& list) {
   return list.empty() ? std::vector<std::string>{} : split(list, ',');
 }
 
 void take_texts(Options& options) {
-  options.report.data.start_data = moment_option(options.start_data, "--start-data");
-  options.report.start = moment_option(options.start, "--start");
-  options.decline.from = moment_option(options.decline_from, "--decline-from");
-  options.decline.to = moment_option(options.decline_to, "--decline-to");
+  const auto format = options.records.dates();
+  options.report.data.start_data = moment_option(options.start_data, "--start-data", format);
+  options.report.start = moment_option(options.start, "--start", format);
+  options.decline.from = moment_option(options.decline_from, "--decline-from", format);
+  options.decline.to = moment_option(options.decline_to, "--decline-to", format);
   options.report.data.columns = names_in(options.columns);
   options.report.data.cumulative = names_in(options.cumulative);
   options.report.stacked = names_in(options.stacked);

@@ -16,35 +16,39 @@ namespace {
 constexpr std::size_t kMostGroups = 12;
 constexpr float kUnknown = std::numeric_limits<float>::quiet_NaN();
 
-// One pass over the records.
+constexpr std::size_t kMostRows = 5'000'000;  // of which days are drawn
+
+// Records, read.
 struct Pass {
   RecordPlan plan;
   RecordReport report;
   RecordSums sums;
+  std::optional<RecordSums> days;
   std::vector<std::size_t> series;  // of the plan, those that hold numbers
   std::vector<std::string> notes;
 };
 
-Pass read(const ReportChoice& choice, const RecordOptions& options, const std::string& period,
-          std::int32_t frequency) {
-  RecordFile file(choice.data.path);
+Pass read(const ReportChoice& choice, const RecordOptions& options) {
+  RecordFile file(choice.data.path, static_cast<std::size_t>(options.header));
   RecordWork work;
   work.path = choice.data.path;
   work.columns = choice.data.columns;
   work.cumulative = choice.data.cumulative;
   work.empty_as = choice.data.empty_as;
   RecordPlan plan = plan_records(options, work, file.head());
-  PeriodCalendar calendar(period, frequency, choice.start.value_or(kCalendarPhase),
+  const auto calendar = [&](const std::string& period, std::int32_t frequency) {
+    return PeriodCalendar(period, frequency, choice.start.value_or(kCalendarPhase),
                           choice.start.has_value());
+  };
   RecordReport report;
-  RecordSums sums = file.accumulate(plan, std::move(calendar), report);
-  if (sums.last_period() < sums.first_period()) {
-    throw WorkError("no row has an interval: --step says how long they are");
-  }
+  auto [sums, days] = file.accumulate(plan, calendar(choice.period, choice.frequency),
+                                      calendar("day", 1), kMostRows, report);
   std::vector<std::string> notes;
   std::vector<std::size_t> series = series_of_records(
       plan, report, file.head(), [&](const std::string& note) { notes.push_back(note); });
-  return {std::move(plan), std::move(report), std::move(sums), std::move(series), std::move(notes)};
+  refuse_nothing(sums, report, choice.start);
+  return {std::move(plan), std::move(report), std::move(sums),
+          std::move(days), std::move(series), std::move(notes)};
 }
 
 std::string group_name(const Pass& pass, std::size_t group) {
@@ -55,9 +59,8 @@ std::string group_name(const Pass& pass, std::size_t group) {
 
 // What groups have of a series in each period: of rates and amounts the sums, of cumulative values
 // the last ones (of several groups their sum).
-std::vector<double> sums_of(const Pass& pass, const std::vector<std::size_t>& groups,
-                            std::size_t series) {
-  const RecordSums& sums = pass.sums;
+std::vector<double> sums_of(const Pass& pass, const RecordSums& sums,
+                            const std::vector<std::size_t>& groups, std::size_t series) {
   const bool cumulative = pass.plan.series[series].kind == SeriesKind::kCumulative;
   const auto periods = static_cast<std::size_t>(sums.last_period() - sums.first_period() + 1);
   std::vector<double> all(periods, 0.0);
@@ -120,8 +123,8 @@ std::vector<std::vector<std::size_t>> parted(const Pass& pass, std::size_t serie
   return parts;
 }
 
-ReportData data_of(const ReportChoice& choice, const Pass& periods, const std::optional<Pass>& days,
-                   std::size_t series) {
+ReportData data_of(const ReportChoice& choice, const Pass& periods, std::size_t series) {
+  const std::optional<RecordSums>& days = periods.days;
   const Series& column = periods.plan.series[series];
   ReportData data;
   data.path = choice.data.path;
@@ -129,7 +132,7 @@ ReportData data_of(const ReportChoice& choice, const Pass& periods, const std::o
   data.row_word = "day";
   data.rows = periods.report.rows;
   data.boundaries = edges_of(periods.sums);
-  data.moments = days ? edges_of(days->sums) : data.boundaries;
+  data.moments = days ? edges_of(*days) : data.boundaries;
   data.first_value = 1;
   const bool rate = column.kind != SeriesKind::kCumulative;
   for (const std::vector<std::size_t>& groups : parted(periods, series)) {
@@ -140,13 +143,14 @@ ReportData data_of(const ReportChoice& choice, const Pass& periods, const std::o
     each.name =
         groups.size() == 1 ? group_name(periods, groups.front()) : counted(groups.size(), "other");
     each.members = groups.size();
-    const std::vector<double> sums = sums_of(periods, groups, series);
+    const std::vector<double> sums = sums_of(periods, periods.sums, groups, series);
     data.numbers.push_back(singles_of(sums, data.boundaries, rate));
     each.periods = data.numbers.back();
     if (rate) each.volumes = sums;
     each.volume = rate ? std::accumulate(sums.begin(), sums.end(), 0.0) : 0.0;
     std::vector<float> values =
-        days ? singles_of(sums_of(*days, groups, series), data.moments, rate) : data.numbers.back();
+        days ? singles_of(sums_of(periods, *days, groups, series), data.moments, rate)
+             : data.numbers.back();
     values.insert(values.begin(), kUnknown);
     data.numbers.push_back(std::move(values));
     each.values = data.numbers.back();
@@ -158,7 +162,7 @@ ReportData data_of(const ReportChoice& choice, const Pass& periods, const std::o
   return data;
 }
 
-void tell_story(ReportData& data, const Pass& periods, bool with_days) {
+void tell_story(ReportData& data, const Pass& periods) {
   std::vector<std::string>& story = data.story;
   story.push_back(data.path + ": " + counted(periods.report.rows, "row") + " of " +
                   counted(periods.sums.groups(), "group") + ", from " +
@@ -175,7 +179,7 @@ void tell_story(ReportData& data, const Pass& periods, bool with_days) {
       })) {
     story.push_back("Units that the file does not tell are the file's own; --unit says them.");
   }
-  if (!with_days) story.push_back("The rows are too many to draw their days.");
+  if (!periods.days) story.push_back("The rows are too many to draw their days.");
   for (const std::string& note : periods.notes) story.push_back(sentence(note));
 }
 
@@ -183,22 +187,16 @@ void tell_story(ReportData& data, const Pass& periods, bool with_days) {
 
 std::vector<ReportData> read_report_records(const ReportChoice& choice,
                                             const RecordOptions& options) {
-  if (choice.data.path == "-") {
-    throw UsageError("records are read twice: a file is wanted, not the standard input");
-  }
   if (!choice.stacked.empty()) throw UsageError("--stack is not for records: groups are stacked");
-  const Pass periods = read(choice, options, choice.period, choice.frequency);
-  constexpr std::size_t kMostRows = 5'000'000;
-  std::optional<Pass> days;
-  if (periods.report.rows <= kMostRows) days = read(choice, options, "day", 1);
+  const Pass periods = read(choice, options);
   std::vector<ReportData> all;
   std::vector<ReportSeries*> series;
-  for (const std::size_t s : periods.series) all.push_back(data_of(choice, periods, days, s));
+  for (const std::size_t s : periods.series) all.push_back(data_of(choice, periods, s));
   for (ReportData& data : all) {
     for (ReportSeries& each : data.series) series.push_back(&each);
   }
   take_units(series, choice.units);
-  tell_story(all.back(), periods, days.has_value());
+  tell_story(all.back(), periods);
   return all;
 }
 

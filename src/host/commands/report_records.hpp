@@ -9,9 +9,8 @@
 
 namespace vqmath63::host {
 
-/// Reads the records twice, once for the periods and once for the days; files of more than five
-/// million rows once, without days. What was found on the way stands in the story of the last one.
-/// UsageError for the standard input.
+/// Reads the records once, onto the periods and, unless they have more than five million rows, onto
+/// days. What was found on the way stands in the story of the last one.
 std::vector<ReportData> read_report_records(const ReportChoice& choice,
                                             const RecordOptions& options);
 

@@ -150,6 +150,7 @@ std::vector<Series> read_series(const Options& options) {
   reading.empty_as = options.empty_as;
   reading.wants.assign(file.headers().size(), all ? Want::kNumbersIfAny : Want::kNothing);
   for (const std::size_t c : chosen) reading.wants[c] = Want::kNumbers;
+  tell_notes(file);
   CsvTable table = read_rows(file, reading);
   for (std::size_t c = 0; all && c < table.columns.size(); ++c) {
     if (!table.columns[c].values.empty()) {

@@ -21,6 +21,10 @@ CsvTable read_rows(const CsvFile& file, CsvReading reading) {
   return file.read(reading);
 }
 
+void tell_notes(const CsvFile& file) {
+  for (const std::string& note : file.notes()) std::cerr << "vqhost: " << note << '\n';
+}
+
 bool fits_single(double value) {
   return !(std::fabs(value) > std::numeric_limits<float>::max());
 }
@@ -105,6 +109,7 @@ Columns::Columns(CsvFile file, const std::vector<std::string>& names, bool dated
     reading.wants[c] = dated_first && chosen_.empty() ? Want::kNumbersOrDates : Want::kNumbers;
     chosen_.push_back(c);
   }
+  tell_notes(file_);
   table_ = read_rows(file_, reading);
 }
 

@@ -15,6 +15,9 @@ namespace vqmath63::host {
 /// Reads the rows of a file, telling of the progress where that takes long.
 CsvTable read_rows(const CsvFile& file, CsvReading reading);
 
+/// Tells what was made of a file's beginning that its user has to know of.
+void tell_notes(const CsvFile& file);
+
 /// Whether a number has a place in the range of Single; a NaN has.
 bool fits_single(double value);
 

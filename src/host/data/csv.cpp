@@ -26,21 +26,6 @@ std::string read_whole(const std::string& path) {
   return text;
 }
 
-// Whether a cell can be the unit of the numbers below it: in brackets, of several parts, or a word
-// that is one.
-bool looks_like_unit(std::string_view text) {
-  if (text.find_first_of("/()[]%*^") != std::string_view::npos) return true;
-  text.remove_prefix(text.rfind(' ') + 1);  // "1000 sm3"
-  for (const char* word :
-       {"m3",   "sm3", "rm3", "bbl",  "stb", "rb",   "scf",  "mscf", "mmscf", "kg",
-        "t",    "d",   "day", "days", "h",   "hr",   "hrs",  "s",    "bar",   "bara",
-        "barg", "pa",  "kpa", "mpa",  "psi", "psia", "psig", "degc", "degf",  "c",
-        "f",    "k",   "m",   "ft",   "mm",  "in",   "cp",   "md",   "date",  "yyyy-mm-dd"}) {
-    if (same_letters(text, word)) return true;
-  }
-  return false;
-}
-
 // Takes cells into the columns of a table.
 class CellTaker {
  public:
@@ -48,13 +33,14 @@ class CellTaker {
       : file_(file), reading_(reading), wants_(reading.wants), met_(columns) {
     wants_.resize(columns, Want::kNumbersIfAny);
     table_.columns.resize(columns);
-    plain_ = !file.form().decimal_comma && file.form().missing.empty();
+    plain_ = file.form().may_be_plain();
+    mark_ = file.form().mark();
   }
 
   void take(FieldScanner& scanner, std::size_t c) {
     CsvColumn& column = table_.columns[c];
     double number = 0.0;
-    if (column.kind == CellKind::kNumber && plain_ && scanner.take_plain_number(number)) {
+    if (column.kind == CellKind::kNumber && plain_ && scanner.take_plain_number(number, mark_)) {
       column.values.push_back(number);
       return;
     }
@@ -141,6 +127,7 @@ class CellTaker {
   }
 
   [[noreturn]] void refuse_gap(std::size_t c, std::size_t line) const {
+    if (reading_.before_refusing_gap) reading_.before_refusing_gap(table_);
     throw WorkError(file_.place(line, c) +
                     (wants_[c] == Want::kTimes
                          ? "the time is missing"
@@ -162,7 +149,8 @@ class CellTaker {
   const CsvReading& reading_;
   std::vector<Want> wants_;
   std::vector<Met> met_;
-  bool plain_;  // numbers may be read the quick way
+  bool plain_;  // numbers may be read the quick way, with this decimal mark
+  char mark_;
   CsvTable table_;
 };
 
@@ -171,87 +159,12 @@ class CellTaker {
 CsvFile::CsvFile(const std::string& path)
     : CsvFile(path == "-" ? "standard input" : path, read_whole(path)) {}
 
-CsvFile::CsvFile(std::string path, std::string text)
+CsvFile::CsvFile(std::string path, std::string text, std::size_t header_line)
     : path_(std::move(path)), text_(std::move(text)) {
   // Empty lines at the end are no rows.
   const auto last = text_.find_last_not_of(" \t\r\n");
   text_.resize(last == std::string::npos ? 0 : std::min(text_.size(), text_.find('\n', last)));
-  read_header();
-}
-
-void CsvFile::read_header() {
-  if (text_.starts_with("\xEF\xBB\xBF")) rows_at_ = 3;
-  if (text_.size() == rows_at_) throw WorkError(path_ + ": the file is empty");
-  if (text_.find('\0') != std::string::npos) throw WorkError(path_ + ": this is no text file");
-  const std::string_view text = std::string_view(text_).substr(rows_at_);
-  FieldScanner scanner(text, 1, ',');
-  while (!scanner.at_end() && scanner.skip_no_row()) continue;
-  if (scanner.at_end()) throw WorkError(path_ + ": there is nothing but comments");
-  form_.delimiter = delimiter_of(text.substr(scanner.offset()));
-  const std::size_t line = scanner.line();
-  rows_at_ += scanner.offset();
-  scanner = FieldScanner(text.substr(scanner.offset()), line, form_.delimiter);
-  try {
-    do {
-      std::string name(scanner.take(headers_.size()));
-      if (name.empty()) name = "column " + std::to_string(headers_.size() + 1);
-      headers_.push_back(std::move(name));
-    } while (scanner.next_field());
-  } catch (const CellFault& fault) {
-    throw WorkError(place(fault.line, fault.column) + fault.problem);
-  }
-  rows_at_ += scanner.offset();
-  rows_on_line_ = scanner.line();
-
-  const std::string at = path_ + ":" + std::to_string(line) + ": ";
-  if (parse_number(headers_[0]) || parse_moment(headers_[0])) {
-    throw WorkError(at + "the first line must name the columns, but it begins with " +
-                    in_quotes(headers_[0]));
-  }
-  for (std::size_t i = 1; i < headers_.size(); ++i) {
-    for (std::size_t k = 0; k < i; ++k) {
-      if (headers_[i] != headers_[k]) continue;
-      throw WorkError(at + "columns " + std::to_string(k + 1) + " and " + std::to_string(i + 1) +
-                      " have the same name " + in_quotes(headers_[i]));
-    }
-  }
-  constexpr std::size_t kTelling = std::size_t{1} << 16;
-  form_.decimal_comma =
-      has_decimal_comma(std::string_view(text_).substr(rows_at_, kTelling), form_.delimiter);
-  pass_units();
-}
-
-// A row of units has no number, and units over the numbers of the row below it.
-void CsvFile::pass_units() {
-  FieldScanner scanner(std::string_view(text_).substr(rows_at_), rows_on_line_, form_.delimiter);
-  const auto cells = [&] {
-    std::vector<std::string> row;
-    while (!scanner.at_end() && scanner.skip_no_row()) continue;
-    if (scanner.at_end()) return row;
-    do row.emplace_back(scanner.take(row.size()));
-    while (scanner.next_field());
-    return row;
-  };
-  try {
-    const std::vector<std::string> units = cells();
-    const std::size_t line = scanner.line();
-    const std::size_t at = scanner.offset();
-    const std::vector<std::string> row = cells();
-    if (units.size() != headers_.size() || row.size() != units.size()) return;
-    bool any = false;
-    for (std::size_t c = 0; c < row.size(); ++c) {
-      if (cell_number(units[c], form_) || parse_moment(units[c])) return;
-      if (is_missing(row[c], form_) || !cell_number(row[c], form_)) continue;
-      if (!units[c].empty() && units[c] != "-" && !looks_like_unit(units[c])) return;
-      any = any || looks_like_unit(units[c]);
-    }
-    if (!any) return;
-    units_line_ = line - 1;
-    rows_at_ += at;
-    rows_on_line_ = line;
-  } catch (const CellFault&) {
-    // It is told when the rows are read.
-  }
+  read_header(header_line);
 }
 
 std::size_t CsvFile::column(std::string_view name_or_number) const {
@@ -273,6 +186,20 @@ std::size_t CsvFile::column(std::string_view name_or_number) const {
                   " (columns: " + names + ")");
 }
 
+std::string CsvFile::by_remedy() const {
+  std::string column = "COL";
+  for (const char* word : {"api", "uwi", "bore", "well"}) {  // the last is the surest
+    for (const std::string& name : headers_) {
+      std::string lower = name;
+      for (char& c : lower) c = lower_case(c);
+      if (lower.find(word) == std::string::npos) continue;
+      column = name.find_first_of(" ,") == std::string::npos ? name : "'" + name + "'";
+      break;
+    }
+  }
+  return "--by " + column + " takes wells apart that share a file";
+}
+
 std::string CsvFile::place(std::size_t line, std::size_t column) const {
   std::string text = path_ + ":" + std::to_string(line) + ": column " + std::to_string(column + 1);
   if (column < headers_.size()) text += " (" + headers_[column] + ")";
@@ -286,15 +213,16 @@ void CsvFile::walk(const TakeCell& take, const EndRow& end_row) const {
   if (scanner.at_end()) throw WorkError(path_ + ": the file has a header and no rows");
   const auto take_row = [&](std::size_t line) {
     std::size_t count = 0;
+    bool beyond = false;  // a cell without a header that is not empty
     do {
       if (count < columns) {
         take(scanner, count);
-      } else {
-        scanner.take(count);
+      } else if (!scanner.take(count).empty()) {
+        beyond = true;
       }
       ++count;
     } while (scanner.next_field());
-    if (count == columns) return;
+    if (count >= columns && !beyond) return;
     throw WorkError(path_ + ":" + std::to_string(line) + ": the row has " + counted(count, "cell") +
                     ", the header has " + std::to_string(columns));
   };
@@ -344,11 +272,14 @@ std::optional<double> parse_number(std::string_view text) {
   return number;
 }
 
-void add_csv_field(std::string& line, std::string_view text) {
-  const auto wants_quotes = [](char c) {
+bool wants_quotes(std::string_view text) {
+  return std::any_of(text.begin(), text.end(), [](char c) {
     return c == ',' || c == ';' || c == '"' || c == '\t' || c == '\r' || c == '\n';
-  };
-  if (std::none_of(text.begin(), text.end(), wants_quotes)) {
+  });
+}
+
+void add_csv_field(std::string& line, std::string_view text) {
+  if (!wants_quotes(text)) {
     line += text;
     return;
   }

@@ -38,6 +38,8 @@ struct CsvTable {
 struct CsvReading {
   std::vector<Want> wants;         ///< per column; missing entries are kNumbersIfAny
   std::optional<double> empty_as;  ///< value of a cell that is empty or says NaN; none: an error
+  /// Asked before an empty cell is refused: it may throw what a user should know first.
+  std::function<void(const CsvTable& table)> before_refusing_gap{};
   /// Told now and then of rows read, bytes done and bytes in all.
   std::function<void(std::size_t, std::size_t, std::size_t)> progress;
 };
@@ -53,8 +55,9 @@ class CsvFile {
  public:
   /// Reads the file; `path` "-" is the standard input.
   explicit CsvFile(const std::string& path);
-  /// The same over a text in memory, which `path` names in messages.
-  CsvFile(std::string path, std::string text);
+  /// The same over a text in memory, which `path` names in messages; nothing is read of the lines
+  /// before the header's.
+  CsvFile(std::string path, std::string text, std::size_t header_line = 1);
 
   const std::string& path() const { return path_; }
   const std::vector<std::string>& headers() const { return headers_; }
@@ -63,8 +66,8 @@ class CsvFile {
   /// Where the rows begin: offset in the text, and line.
   std::size_t rows_at() const { return rows_at_; }
   std::size_t rows_on_line() const { return rows_on_line_; }
-  /// The line of the row of units; 0 where there is none.
-  std::size_t units_line() const { return units_line_; }
+  /// What was made of the lines at the beginning that a user has to know of.
+  std::vector<std::string> notes() const;
 
   /// Index from 0 of a column given by its header (letter case matters only where two differ by
   /// nothing else) or by its number from 1.
@@ -75,11 +78,13 @@ class CsvFile {
   /// Hands over the texts of each row's cells, row after row; they live until the next one.
   void each_row(const std::function<void(const std::vector<std::string>&)>& take) const;
 
+  /// "--by COL takes wells apart that share a file", with the column that is likely to name them.
+  std::string by_remedy() const;
   /// "wells.csv:17: column 3 (oil): ", the beginning of every message on a cell.
   std::string place(std::size_t line, std::size_t column) const;
 
  private:
-  void read_header();
+  void read_header(std::size_t header_line);
   void pass_units();
   // Calls take(scanner, column) for each cell of a column, and end_row(line, scanner).
   template <class TakeCell, class EndRow>
@@ -98,7 +103,8 @@ class CsvFile {
 /// when it is none. Too small a number is 0, too large a one infinite.
 std::optional<double> parse_number(std::string_view text);
 
-/// Adds a field to a line as a CSV file holds it, quoted where it must be.
+/// Whether a CSV file holds a field in quotes; and adds one to a line as such a file holds it.
+bool wants_quotes(std::string_view text);
 void add_csv_field(std::string& line, std::string_view text);
 
 }  // namespace vqmath63::host

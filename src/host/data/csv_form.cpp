@@ -36,17 +36,36 @@ std::optional<std::string> without_separators(std::string_view text, std::string
   return digits.append(text.substr(at));
 }
 
-// Looks through cells for the comma of a number. In one like 1,234 it can stand for thousands too.
+// With an ordinary blank for each that breaks no line.
+std::string with_plain_blanks(std::string_view text) {
+  std::string plain(text);
+  for (const std::string_view blank : {"\xC2\xA0", "\xE2\x80\xAF"}) {
+    for (auto at = plain.find(blank); at != std::string::npos; at = plain.find(blank, at)) {
+      plain.replace(at, blank.size(), " ");
+    }
+  }
+  return plain;
+}
+
+// Looks through cells for what the comma or the point of a number is. In one like 1,234 it can part
+// thousands too.
 struct Commas {
   std::size_t decimal = 0;
   std::size_t either = 0;
   std::size_t points = 0;
+  std::size_t either_point = 0;
 
   void look(std::string_view cell) {
     const auto comma = cell.find(',');
     const auto point = cell.find('.');
     if (comma == std::string_view::npos) {
-      points += point != std::string_view::npos && parse_number(cell) ? 1U : 0U;
+      if (point == std::string_view::npos) return;
+      const bool thousands = without_separators(cell, ".") && cell.front() != '0';
+      if (parse_number(cell)) {
+        ++(thousands ? either_point : points);
+      } else if (thousands) {
+        ++decimal;  // 1.234.567
+      }
       return;
     }
     if (point != std::string_view::npos) {
@@ -54,11 +73,15 @@ struct Commas {
       if (plain) ++(point < comma ? decimal : points);
       return;
     }
-    std::string number(cell);
-    number[comma] = '.';
-    if (!parse_number(number)) return;
-    const bool thousands = without_separators(cell, ",") && cell.front() != '0';
-    ++(thousands ? either : decimal);
+    const auto thousands = without_separators(cell, ",");
+    std::string number = with_plain_blanks(cell);
+    if (const auto plain = without_separators(number, " ")) number = *plain;
+    number[number.find(',')] = '.';
+    if (parse_number(number)) {
+      ++(thousands && cell.front() != '0' ? either : decimal);
+    } else if (thousands && parse_number(*thousands)) {
+      ++points;  // 1,234,567
+    }
   }
 };
 
@@ -77,21 +100,36 @@ char delimiter_of(std::string_view header) {
   return kDelimiters[static_cast<std::size_t>(std::max_element(counts, counts + 4) - counts)];
 }
 
-bool has_decimal_comma(std::string_view rows, char delimiter) {
+void find_decimal_mark(std::string_view rows, CsvForm& form) {
+  constexpr std::size_t kTelling = std::size_t{1} << 16;
   Commas commas;
   bool quoted = false;
   std::size_t begin = 0;
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    const char c = rows[i];
+  for (std::size_t i = 0; i <= rows.size(); ++i) {
+    const char c = i < rows.size() ? rows[i] : '\n';
     if (c == '"') quoted = !quoted;
-    if (quoted || (c != delimiter && c != '\n')) continue;
+    if (quoted || (c != form.delimiter && c != '\n')) continue;
     std::string_view cell = trimmed(rows.substr(begin, i - begin));
     if (cell.size() > 1 && cell.front() == '"') cell = trimmed(cell.substr(1, cell.size() - 2));
     commas.look(cell);
     begin = i + 1;
+    if (i > kTelling && (form.delimiter == ',' || commas.points + commas.decimal > 0)) break;
   }
-  if (commas.points > 0) return false;
-  return commas.decimal > 0 || (commas.either > 0 && delimiter != ',');
+  const bool sure = commas.points + commas.decimal > 0 || form.delimiter == ',';
+  const bool by_delimiter = commas.either > 0 && commas.either_point == 0 && form.delimiter != ',';
+  form.decimal_comma = commas.points == 0 && (commas.decimal > 0 || by_delimiter);
+  const std::size_t doubtful = commas.either + (form.delimiter == ';' ? commas.either_point : 0);
+  form.mark_is_from = sure           ? MarkIsFrom::kCells
+                      : doubtful > 0 ? MarkIsFrom::kDelimiter
+                                     : MarkIsFrom::kNothing;
+}
+
+std::string doubtful_mark(const CsvForm& form) {
+  if (form.mark_is_from != MarkIsFrom::kDelimiter) return {};
+  return form.decimal_comma ? "the commas in numbers are taken for decimal ones: cells like 1,234 "
+                              "alone do not tell"
+                            : "the points in numbers are taken for decimal ones: cells like 1.234 "
+                              "alone do not tell";
 }
 
 bool is_missing(std::string_view text, const CsvForm& form) {
@@ -109,15 +147,31 @@ bool is_missing(std::string_view text, const CsvForm& form) {
 std::optional<double> cell_number(std::string_view text, const CsvForm& form) {
   if (!form.decimal_comma) {
     if (const auto number = parse_number(text)) return number;
-    const auto plain = without_separators(text, ",");
-    return plain ? parse_number(*plain) : std::nullopt;
   }
-  std::string number(text);
-  if (const auto plain = without_separators(text, ". ")) number = *plain;
-  if (number.find('.') != std::string::npos) return std::nullopt;
-  const auto comma = number.find(',');
-  if (comma != std::string::npos) number[comma] = '.';
+  std::string number = with_plain_blanks(text);
+  if (number.size() > 2 && number.front() == '(' && number.back() == ')') {
+    number = "-" + number.substr(1, number.size() - 2);
+  } else if (number.size() > 1 && number.back() == '-' && number.front() != '-') {
+    number = "-" + number.substr(0, number.size() - 1);
+  }
+  const bool open = form.mark_is_from == MarkIsFrom::kNothing;
+  const char* const separators = form.decimal_comma ? ". " : open ? " " : ", ";
+  if (const auto plain = without_separators(number, separators)) number = *plain;
+  if (form.decimal_comma) {
+    if (number.find('.') != std::string::npos) return std::nullopt;
+    const auto comma = number.find(',');
+    if (comma != std::string::npos) number[comma] = '.';
+  }
   return parse_number(number);
+}
+
+std::string decimal_remedy(std::string_view text, const CsvForm& form) {
+  const auto reads = [&](bool comma) {
+    return cell_number(text, {.delimiter = form.delimiter, .decimal_comma = comma}).has_value();
+  };
+  if (reads(true) && reads(false)) return " (--decimal point or comma says what its comma is)";
+  if (reads(true)) return " (--decimal comma reads it)";
+  return reads(false) ? " (--decimal point reads it)" : "";
 }
 
 }  // namespace vqmath63::host

@@ -41,8 +41,7 @@ class FieldScanner {
   bool skip_no_row() {
     if (*at_ == '#' || *at_ == '-') {
       if (!is_comment({at_, static_cast<std::size_t>(end_ - at_)}, delimiter_)) return false;
-      while (!at_end() && *at_ != '\n') ++at_;
-      end_row();
+      skip_line();
       return true;
     }
     if (*at_ > ' ' || *at_ == delimiter_) return false;
@@ -54,10 +53,17 @@ class FieldScanner {
     return true;
   }
 
-  /// A plain number that fills its field: the common case, without looking at the field twice.
-  bool take_plain_number(double& number) {
-    const char* stop = take_decimal(at_, number);
+  void skip_line() {
+    while (!at_end() && *at_ != '\n') ++at_;
+    end_row();
+  }
+
+  /// A plain number that fills its field: the common case, without looking at the field twice. The
+  /// decimal mark must be no delimiter.
+  bool take_plain_number(double& number, char mark = '.') {
+    const char* stop = take_decimal(at_, number, mark);
     if (stop == nullptr || *stop == 'e' || *stop == 'E') {
+      if (mark != '.') return false;
       const auto [behind, error] = std::from_chars(at_, end_, number);
       if (error != std::errc{} || !std::isfinite(number)) return false;
       stop = behind;

@@ -8,10 +8,11 @@
 namespace vqmath63::host {
 
 /// Reads dates by a pattern: YYYY or YY (70 to 99 are of the last century), MM or M, MMM (an
-/// English month's first three letters), DD or D, hh, mm, ss; anything else stands for itself. One
-/// digit may stand where two are meant. Without DD it is the first of the month. Behind the day a
-/// text may go on with the time of day whether the pattern does or not; a pattern's time may be
-/// missing. The word "serial" is a spreadsheet's number of days since 1899-12-30.
+/// English month's first three letters), MMMM (all of them), DD or D, hh, mm, ss; anything else
+/// stands for itself. One digit may stand where two are meant. Without DD it is the first of the
+/// month. Behind the day a text may go on with the time of day, with AM or PM too, whether the
+/// pattern does or not; a pattern's time may be missing. The word "serial" is a spreadsheet's
+/// number of days since 1899-12-30.
 class DateFormat {
  public:
   /// UsageError where the pattern says no year and month.
@@ -28,6 +29,11 @@ class DateFormat {
   std::string date_;  // the pattern up to its time of day
   bool serial_;
 };
+
+/// The moment that an option of the command line has, as ISO or as a file's dates are written;
+/// UsageError where it is none.
+std::optional<double> moment_option(const std::optional<std::string>& text, const char* option,
+                                    const std::optional<DateFormat>& format);
 
 /// Patterns that read a text, as a user would write them for --date-format: "DD/MM/YYYY or
 /// MM/DD/YYYY"; empty where none of the usual ones does.

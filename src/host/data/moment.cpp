@@ -36,6 +36,19 @@ bool take_char(std::string_view& text, char wanted) {
 
 enum class Fault { kNone, kForm, kDay, kTime };
 
+// Takes a Z, or an offset such as +02:00 or +0200, off the front: a clock's time is what it shows.
+void pass_zone(std::string_view& text) {
+  if (take_char(text, 'Z') || text.empty() || (text.front() != '+' && text.front() != '-')) return;
+  std::string_view offset = text.substr(1);
+  int number = 0;
+  if (!take_number(offset, 2, number)) return;
+  if (!offset.empty()) {
+    take_char(offset, ':');
+    if (!take_number(offset, 2, number)) return;
+  }
+  text = offset;
+}
+
 // Reads the part behind a date, a fraction of a day.
 Fault read_time_of_day(std::string_view text, double& days) {
   int hour = 0;
@@ -50,13 +63,13 @@ Fault read_time_of_day(std::string_view text, double& days) {
     if (take_char(text, '.')) {
       if (text.empty()) return Fault::kForm;
       double scale = 1.0;
-      for (int digit = 0; !text.empty();) {
-        if (!take_number(text, 1, digit)) return Fault::kForm;
+      for (int digit = 0; take_number(text, 1, digit);) {
         scale /= 10.0;
         fraction += digit * scale;
       }
     }
   }
+  pass_zone(text);
   if (!text.empty()) return Fault::kForm;
   if (hour > 23 || minute > 59 || second > 59) return Fault::kTime;
   days = ((hour * 60 + minute) * 60 + second + fraction) / kSecondsPerDay;

@@ -10,8 +10,9 @@ namespace vqmath63::host {
 /// A moment is a count of days since 1899-12-30, with the time of day as its fraction; there is no
 /// time zone.
 
-/// Reads YYYY-MM-DD, optionally with a blank or a T and hh:mm, hh:mm:ss or hh:mm:ss.fff. Nothing
-/// for any other text and for a day or time that does not exist.
+/// Reads YYYY-MM-DD, optionally with a blank or a T and hh:mm, hh:mm:ss or hh:mm:ss.fff; a Z or an
+/// offset behind these is passed over, and the time is the one that is written. Nothing for any
+/// other text and for a day or time that does not exist.
 std::optional<double> parse_moment(std::string_view text);
 
 /// Whether a text has the form of a moment, even if there is no such day or time.

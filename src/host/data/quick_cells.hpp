@@ -10,10 +10,10 @@ namespace vqmath63::host {
 /// Bytes that must be readable behind a text handed to these functions.
 inline constexpr std::size_t kCellPadding = 16;
 
-/// Reads digits with at most one point and a sign, and returns what follows them; null where the
-/// text begins with nothing of the kind, or where its value is not sure to be the nearest double: a
-/// whole number below 2^53 over a power of ten up to 10^22, both exact, divides to that.
-inline const char* take_decimal(const char* at, double& number) {
+/// Reads digits with at most one decimal mark and a sign, and returns what follows them; null where
+/// the text begins with nothing of the kind, or where its value is not sure to be the nearest
+/// double: a whole number below 2^53 over a power of ten up to 10^22, both exact, divides to that.
+inline const char* take_decimal(const char* at, double& number, char mark = '.') {
   constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
                                 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
   constexpr std::uint64_t kExact = std::uint64_t{1} << 53;
@@ -26,7 +26,7 @@ inline const char* take_decimal(const char* at, double& number) {
   for (; digit() < 10; ++at) value = value * 10 + digit();
   std::ptrdiff_t digits = at - begin;
   std::ptrdiff_t decimals = 0;
-  if (*at == '.') {
+  if (*at == mark) {
     const char* const point = ++at;
     for (; digit() < 10; ++at) value = value * 10 + digit();
     decimals = at - point;

@@ -114,6 +114,12 @@ void TextSource::find_mark(std::string& text, std::size_t from) {
   } else if (begin.starts_with("\xFF\xFE") || begin.starts_with("\xFE\xFF")) {
     encoding_ = begin[0] == '\xFF' ? Encoding::kUtf16Little : Encoding::kUtf16Big;
     text.erase(from, 2);
+  } else if (begin.size() > 3) {
+    // Two letters of ASCII, of two bytes each.
+    const bool low[] = {begin[0] == '\0', begin[1] == '\0', begin[2] == '\0', begin[3] == '\0'};
+    if (low[0] == low[2] && low[1] == low[3] && low[0] != low[1]) {
+      encoding_ = low[1] ? Encoding::kUtf16Little : Encoding::kUtf16Big;
+    }
   }
 }
 

@@ -8,10 +8,10 @@
 
 namespace vqmath63::host {
 
-/// Reads a text from its beginning to its end. A byte order mark is passed over; with one for it
-/// the text is UTF-16. Without, it is UTF-8, or where it begins with other bytes than those, one
-/// byte a character, as Windows writes them in western countries. Errors are WorkErrors that name
-/// the file.
+/// Reads a text from its beginning to its end. A byte order mark is passed over; with one for it,
+/// or where every other byte at the beginning is 0, the text is UTF-16. Else it is UTF-8, or where
+/// it begins with other bytes than those, one byte a character, as Windows writes them in western
+/// countries. Errors are WorkErrors that name the file.
 class TextSource {
  public:
   /// `path` "-" is the standard input.

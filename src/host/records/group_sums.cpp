@@ -158,12 +158,11 @@ void GroupSums::take(std::uint32_t group, double time, std::size_t line, const d
     if (time == own.stamp) return take_twin(group, line, values);
     if (time < own.stamp) {
       const std::string& name = names_[group];
-      throw CellFault{
-          line, plan_.date,
-          exact_moment_text(time) + " lies before " + exact_moment_text(own.stamp) + ", the row" +
-              of_group(name) + " on line " + std::to_string(own.line) +
-              (plan_.by.empty() ? "; --by COL takes wells apart that share a file," : ";") +
-              " --sort brings rows into order"};
+      throw CellFault{line, plan_.date,
+                      exact_moment_text(time) + " lies before " + exact_moment_text(own.stamp) +
+                          ", the row" + of_group(name) + " on line " + std::to_string(own.line) +
+                          (plan_.by.empty() ? "; " + plan_.by_remedy + "," : ";") +
+                          " --sort brings rows into order"};
     }
     close_row(group, time);
   }
@@ -178,8 +177,9 @@ void GroupSums::take_twin(std::uint32_t group, std::size_t line, const double* v
   if (plan_.twins == TwinRule::kError) {
     throw CellFault{line, plan_.date,
                     "there is a row" + of_group(names_[group]) + " of this date already, on line " +
-                        std::to_string(own.line) +
-                        " (--twins sum adds such rows, --twins last takes the last of them)"};
+                        std::to_string(own.line) + " (" +
+                        (plan_.by.empty() ? plan_.by_remedy + "; " : "") +
+                        "--twins sum adds such rows, --twins last takes the last of them)"};
   }
   findings_.twins.note({.group = names_[group], .line = line});
   for (std::size_t s = 0; s < series_; ++s) {

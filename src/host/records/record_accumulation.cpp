@@ -1,6 +1,7 @@
 #include "host/records/record_accumulation.hpp"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 #include <numeric>
 #include <unordered_map>
@@ -14,23 +15,33 @@ namespace {
 
 constexpr std::size_t kBlock = std::size_t{1} << 21;  // of a thread
 
+constexpr std::size_t kAnyRows = std::numeric_limits<std::size_t>::max();
+
+}  // namespace
+
 // Reads pieces on all threads, each a part of it, and then sums them on all threads, each its share
 // of the groups: so the rows of a group are taken in the file's order whatever the machine.
-class Reading {
+class RecordFile::Reading {
  public:
-  Reading(const CsvFile& head, RecordPlan& plan, PeriodCalendar& calendar, RecordReport& report)
+  Reading(const CsvFile& head, RecordPlan& plan, RecordReport& report)
       : head_(head),
         plan_(plan),
-        calendar_(calendar),
         report_(report),
         lines_(head.rows_on_line()),
         step_is_known_(plan.step.has_value() || plan.sort) {
     report_.counts.assign(plan.series.size(), {});
-    for (std::size_t i = 0; i < worker_count(); ++i) shards_.emplace_back(plan_, calendar_);
+  }
+
+  /// Has rows summed onto a calendar, unless they are more than so many. What is found on the way
+  /// is that of the first one.
+  void add_calendar(PeriodCalendar& calendar, std::size_t most_rows) {
+    Onto& onto = ontos_.emplace_back(Onto{calendar, most_rows, {}});
+    for (std::size_t i = 0; i < worker_count(); ++i) onto.shards.emplace_back(plan_, calendar);
   }
 
   void take(const TextPiece& piece, std::string_view text) {
-    const std::vector<std::size_t> ends = row_ends(text, shards_.size());
+    std::vector<std::size_t> ends = row_ends(text, worker_count());
+    ends.back() = text.size();  // with a row whose quotes nothing closes
     std::vector<Part> parts = step_is_known_ ? std::move(free_) : std::vector<Part>();
     parts.resize(ends.size());
     in_parallel(ends.size(), [&](std::size_t i) {
@@ -38,6 +49,10 @@ class Reading {
       parts[i].rows.read(piece, text.substr(from, ends[i] - from), plan_);
     });
     for (Part& part : parts) judge(part);
+    if (!piece.is_whole) {
+      throw WorkError(head_.path() + ":" + std::to_string(lines_) + ": the row is too long");
+    }
+    std::erase_if(ontos_, [&](const Onto& onto) { return onto.most_rows < report_.rows; });
     if (step_is_known_) {
       add(parts);
       free_ = std::move(parts);
@@ -53,22 +68,27 @@ class Reading {
     if (steps_.seen() >= kEnoughSteps || waiting_bytes_ >= kEnoughBytes) add_waiting();
   }
 
-  std::vector<GroupSums> finish() {
+  /// The sums of each calendar that has been kept.
+  std::vector<RecordSums> finish() {
     if (!step_is_known_) add_waiting();
-    if (plan_.sort) {
-      for (GroupSums& shard : shards_) shard.sort_rows(steps_);
-      if (!plan_.step) plan_.step = steps_.usual();
+    for (Onto& onto : ontos_) {
+      StepFinder seen;
+      for (GroupSums& shard : onto.shards) {
+        if (plan_.sort) shard.sort_rows(seen);
+      }
+      if (plan_.sort && !plan_.step) plan_.step = seen.usual();
     }
-    if (report_.rows > 0) {
-      // A step before the first row, and one behind the last.
-      constexpr double kYear = 366.0;
-      const double reach = plan_.step ? std::max(kYear, plan_.step->days) : kYear;
-      calendar_.cover(first_time_ - reach, last_time_ + reach);
+    std::vector<RecordSums> sums;
+    for (Onto& onto : ontos_) {
+      cover(onto.calendar);
+      each_shard(onto, [](GroupSums& shard) { shard.finish(); });
+      if (sums.empty()) {
+        for (const GroupSums& shard : onto.shards) report_.findings.add(shard.findings());
+      }
+      sums.emplace_back(std::move(onto.shards), std::move(onto.calendar.get()));
     }
-    each_shard([](GroupSums& shard) { shard.finish(); });
     report_.step = plan_.step;
-    for (const GroupSums& shard : shards_) report_.findings.add(shard.findings());
-    return std::move(shards_);
+    return sums;
   }
 
   std::size_t rows() const { return report_.rows; }
@@ -77,6 +97,13 @@ class Reading {
   struct Part {
     RecordBatch rows;
     std::size_t line = 0;  // the file's line of its first one
+  };
+
+  // A calendar, and what hands make of it, each with its share of the groups.
+  struct Onto {
+    std::reference_wrapper<PeriodCalendar> calendar;
+    std::size_t most_rows;
+    std::vector<GroupSums> shards;
   };
 
   [[noreturn]] void refuse(const CellFault& fault, std::size_t from_line) const {
@@ -118,29 +145,36 @@ class Reading {
     waiting_.clear();
   }
 
-  void add(const std::vector<Part>& parts) {
+  // A step before the first row, and one behind the last.
+  void cover(PeriodCalendar& calendar) const {
     if (!(first_time_ <= last_time_)) return;
     constexpr double kYear = 366.0;
     const double reach = plan_.step ? std::max(kYear, plan_.step->days) : kYear;
-    if (!plan_.sort) calendar_.cover(first_time_ - reach, last_time_ + reach);
-    each_shard([&](GroupSums& shard) {
-      const auto own = static_cast<std::size_t>(&shard - shards_.data());
-      for (const Part& part : parts) {
-        for (std::size_t i = 0; i < part.rows.rows(); ++i) {
-          if (part.rows[i].key.hand_of(shards_.size()) != own) continue;
-          shard.add(part.rows, i, part.line + part.rows[i].line);
+    calendar.cover(first_time_ - reach, last_time_ + reach);
+  }
+
+  void add(const std::vector<Part>& parts) {
+    for (Onto& onto : ontos_) {
+      if (!plan_.sort) cover(onto.calendar);
+      each_shard(onto, [&](GroupSums& shard) {
+        const auto own = static_cast<std::size_t>(&shard - onto.shards.data());
+        for (const Part& part : parts) {
+          for (std::size_t i = 0; i < part.rows.rows(); ++i) {
+            if (part.rows[i].key.hand_of(onto.shards.size()) != own) continue;
+            shard.add(part.rows, i, part.line + part.rows[i].line);
+          }
         }
-      }
-    });
+      });
+    }
   }
 
   // Of the shards' faults the one first in the file is told.
   template <class Work>
-  void each_shard(const Work& work) {
-    std::vector<std::optional<CellFault>> faults(shards_.size());
-    in_parallel(shards_.size(), [&](std::size_t i) {
+  void each_shard(Onto& onto, const Work& work) const {
+    std::vector<std::optional<CellFault>> faults(onto.shards.size());
+    in_parallel(onto.shards.size(), [&](std::size_t i) {
       try {
-        work(shards_[i]);
+        work(onto.shards[i]);
       } catch (const CellFault& fault) {
         faults[i] = fault;
       }
@@ -154,10 +188,9 @@ class Reading {
 
   const CsvFile& head_;
   RecordPlan& plan_;
-  PeriodCalendar& calendar_;
   RecordReport& report_;
   std::size_t lines_;
-  std::vector<GroupSums> shards_;
+  std::vector<Onto> ontos_;
   double first_time_ = std::numeric_limits<double>::infinity();
   double last_time_ = -std::numeric_limits<double>::infinity();
   std::vector<Part> free_;  // kept for their memory
@@ -169,19 +202,16 @@ class Reading {
   StepFinder steps_;
 };
 
-}  // namespace
-
-RecordFile::RecordFile(const std::string& path)
+RecordFile::RecordFile(const std::string& path, std::size_t header_line)
     : blocks_(path, worker_count() * kBlock), first_(blocks_.next()) {
   constexpr std::size_t kHead = std::size_t{1} << 16;
   std::string_view head = first_.text;
   if (head.size() > kHead) head = head.substr(0, row_ends(head.substr(0, kHead), 1).back());
   if (head.empty()) head = first_.text;
-  head_.emplace(path == "-" ? "standard input" : path, std::string(head));
+  head_.emplace(path == "-" ? "standard input" : path, std::string(head), header_line);
 }
 
-RecordSums RecordFile::accumulate(RecordPlan& plan, PeriodCalendar calendar, RecordReport& report) {
-  Reading reading(*head_, plan, calendar, report);
+void RecordFile::read_all(Reading& reading) {
   ReadingProgress progress(head_->path());
   std::string_view text = first_.text.substr(head_->rows_at());
   for (TextPiece piece = std::move(first_); !piece.text.empty();) {
@@ -191,8 +221,25 @@ RecordSums RecordFile::accumulate(RecordPlan& plan, PeriodCalendar calendar, Rec
     text = piece.text;
   }
   if (reading.rows() == 0) throw WorkError(head_->path() + ": the file has a header and no rows");
-  std::vector<GroupSums> shards = reading.finish();
-  return RecordSums(std::move(shards), std::move(calendar));
+}
+
+RecordSums RecordFile::accumulate(RecordPlan& plan, PeriodCalendar calendar, RecordReport& report) {
+  Reading reading(*head_, plan, report);
+  reading.add_calendar(calendar, kAnyRows);
+  read_all(reading);
+  return std::move(reading.finish().front());
+}
+
+RecordFile::BothSums RecordFile::accumulate(RecordPlan& plan, PeriodCalendar calendar,
+                                            PeriodCalendar finer, std::size_t most_rows,
+                                            RecordReport& report) {
+  Reading reading(*head_, plan, report);
+  reading.add_calendar(calendar, kAnyRows);
+  reading.add_calendar(finer, most_rows);
+  read_all(reading);
+  std::vector<RecordSums> sums = reading.finish();
+  if (sums.size() == 1) return {std::move(sums[0]), std::nullopt};
+  return {std::move(sums[0]), std::move(sums[1])};
 }
 
 RecordSums::RecordSums(std::vector<GroupSums> shards, PeriodCalendar calendar)

@@ -60,8 +60,9 @@ struct RecordReport {
 /// A file of records, its beginning read.
 class RecordFile {
  public:
-  /// `path` "-" is the standard input.
-  explicit RecordFile(const std::string& path);
+  /// `path` "-" is the standard input; the header stands on this line, or on the next that is no
+  /// comment.
+  explicit RecordFile(const std::string& path, std::size_t header_line = 1);
 
   /// The header, and as many rows as tell how numbers are written.
   const CsvFile& head() const { return *head_; }
@@ -70,7 +71,19 @@ class RecordFile {
   /// out to be texts are told by the report's counts. WorkError where something is wrong.
   RecordSums accumulate(RecordPlan& plan, PeriodCalendar calendar, RecordReport& report);
 
+  struct BothSums {
+    RecordSums sums;
+    std::optional<RecordSums> finer;
+  };
+  /// The same in one pass onto a second calendar too, which is given up where there are more rows
+  /// than so many.
+  BothSums accumulate(RecordPlan& plan, PeriodCalendar calendar, PeriodCalendar finer,
+                      std::size_t most_rows, RecordReport& report);
+
  private:
+  class Reading;
+  void read_all(Reading& reading);
+
   TextBlocks blocks_;
   TextPiece first_;
   std::optional<CsvFile> head_;

@@ -20,6 +20,7 @@ constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 constexpr int kPass = -1;
 constexpr int kDate = -2;
 constexpr int kKey = -3;
+constexpr int kDatePart = -4;
 
 std::vector<int> roles_of(const RecordPlan& plan) {
   std::vector<int> roles(plan.columns, kPass);
@@ -28,6 +29,7 @@ std::vector<int> roles_of(const RecordPlan& plan) {
   }
   for (const std::size_t column : plan.by) roles[column] = kKey;
   roles[plan.date] = kDate;
+  for (const std::size_t column : plan.date_parts) roles[column] = kDatePart;
   return roles;
 }
 
@@ -40,7 +42,8 @@ std::string why_no_date(std::string_view text, const RecordPlan& plan) {
   const std::string formats = date_formats_of(text);
   if (formats.empty() && cell_number(text, plan.form)) {
     return in_quotes(text) +
-           " is a number and not a date (--date-format serial: days as spreadsheets count them)";
+           " is a number and not a date (--date-format serial: days as spreadsheets count them; "
+           "--date YEAR,MONTH: columns that make one together)";
   }
   return why_no_moment(text) + (formats.empty() ? "" : "; --date-format " + formats + " reads it");
 }
@@ -89,6 +92,9 @@ void RecordBatch::read(const TextPiece& piece, std::string_view text, const Reco
   counts_.assign(series_, {});
   fault_.reset();
   parts_.resize(plan.by.size());
+  date_parts_.resize(plan.date_parts.size());
+  is_plain_ = plan.form.may_be_plain();
+  mark_ = plan.form.mark();
   first_time_ = std::numeric_limits<double>::infinity();
   last_time_ = -first_time_;
   FieldScanner scanner(text, 0, plan.form.delimiter);
@@ -110,6 +116,7 @@ void RecordBatch::read_rows(FieldScanner& scanner, const RecordPlan& plan) {
     if (count_ == rows_.size()) make_room();
     rows_[count_].gaps = false;
     std::size_t c = 0;
+    bool beyond = false;  // a cell without a header that is not empty
     do {
       const int role = c < columns ? roles[c] : kPass;
       if (role >= 0) {
@@ -118,16 +125,21 @@ void RecordBatch::read_rows(FieldScanner& scanner, const RecordPlan& plan) {
         take_time(scanner, plan);
       } else if (role == kKey) {
         take_key(scanner, plan, c);
-      } else {
-        scanner.take(c);
+      } else if (role == kDatePart) {
+        for (std::size_t i = 0; i < date_parts_.size(); ++i) {
+          if (plan.date_parts[i] == c) date_parts_[i].assign(scanner.take(c));
+        }
+      } else if (!scanner.take(c).empty() && c >= columns) {
+        beyond = true;
       }
       ++c;
     } while (scanner.next_field());
-    if (c != columns) {
+    if (c < columns || beyond) {
       throw CellFault{
           line, columns,
           "the row has " + counted(c, "cell") + ", the header has " + std::to_string(columns)};
     }
+    if (!date_parts_.empty()) join_time(line, plan);
     end_row(line);
   }
 }
@@ -167,8 +179,28 @@ void RecordBatch::take_time(FieldScanner& scanner, const RecordPlan& plan) {
     if (!moment) throw CellFault{line, plan.date, why_no_date(text, plan)};
     days = *moment;
   }
-  if (plan.stamp == Stamp::kLast) days = std::floor(days) + 1.0;
-  rows_[count_].time = days;
+  set_time(days, plan);
+}
+
+// A year, a month and a day each in a column of its own; a day and a time of day; or what the
+// user's format has of them with a blank between each two.
+void RecordBatch::join_time(std::size_t line, const RecordPlan& plan) {
+  std::string text = date_parts_[0];
+  for (std::size_t i = 1; i < date_parts_.size(); ++i) (text += ' ') += date_parts_[i];
+  std::optional<double> moment;
+  if (plan.date_format) {
+    moment = plan.date_format->read(text);
+  } else if (!(moment = parse_moment(text))) {
+    static const DateFormat days("YYYY M D");
+    static const DateFormat months("YYYY M");
+    moment = (date_parts_.size() == 2 ? months : days).read(text);
+  }
+  if (!moment) throw CellFault{line, plan.date, why_no_date(text, plan)};
+  set_time(*moment, plan);
+}
+
+void RecordBatch::set_time(double days, const RecordPlan& plan) {
+  rows_[count_].time = plan.stamp == Stamp::kLast ? std::floor(days) + 1.0 : days;
 }
 
 void RecordBatch::take_key(FieldScanner& scanner, const RecordPlan& plan, std::size_t column) {
@@ -185,8 +217,7 @@ void RecordBatch::take_key(FieldScanner& scanner, const RecordPlan& plan, std::s
 void RecordBatch::take_value(FieldScanner& scanner, const RecordPlan& plan, std::size_t series) {
   double& value = values_[count_ * series_ + series];
   CellCounts& counts = counts_[series];
-  const bool plain = !plan.form.decimal_comma && plan.form.missing.empty();
-  if (plain && scanner.take_plain_number(value)) return;
+  if (is_plain_ && scanner.take_plain_number(value, mark_)) return;
   value = kNone;
   const std::size_t line = scanner.line();
   const Series& about = plan.series[series];
@@ -205,9 +236,12 @@ void RecordBatch::take_value(FieldScanner& scanner, const RecordPlan& plan, std:
     return;
   }
   if (about.wanted) {
-    throw CellFault{line, about.column,
-                    in_quotes(text) + " is not a number (--missing " + std::string(text) +
-                        " takes it for an empty cell)"};
+    const std::string remedy = decimal_remedy(text, plan.form);
+    throw CellFault{
+        line, about.column,
+        in_quotes(text) + " is not a number" +
+            (remedy.empty() ? " (--missing " + std::string(text) + " takes it for an empty cell)"
+                            : remedy)};
   }
   value = 0.0;  // the column is judged when all of it is known
   if (counts.texts++ == 0) {

@@ -90,6 +90,8 @@ class RecordBatch {
  private:
   void read_rows(FieldScanner& scanner, const RecordPlan& plan);
   void take_time(FieldScanner& scanner, const RecordPlan& plan);
+  void join_time(std::size_t line, const RecordPlan& plan);
+  void set_time(double days, const RecordPlan& plan);
   void take_value(FieldScanner& scanner, const RecordPlan& plan, std::size_t series);
   void take_key(FieldScanner& scanner, const RecordPlan& plan, std::size_t column);
   std::string_view made_key(std::string text);
@@ -103,11 +105,14 @@ class RecordBatch {
   std::size_t count_ = 0;
   std::vector<CellCounts> counts_;
   std::size_t series_ = 0;
+  bool is_plain_ = true;  // whether numbers may be read the quick way, with this decimal mark
+  char mark_ = '.';
   std::size_t line_count_ = 0;
   double first_time_ = 0.0;
   double last_time_ = 0.0;
   std::optional<CellFault> fault_;
-  std::vector<std::string> parts_;  // of the key of the row at hand
+  std::vector<std::string> parts_;       // of the key of the row at hand
+  std::vector<std::string> date_parts_;  // of its date
 };
 
 }  // namespace vqmath63::host

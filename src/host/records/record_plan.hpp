@@ -49,8 +49,11 @@ struct Series {
 struct RecordPlan {
   CsvForm form{};
   std::size_t columns = 0;
-  std::size_t date = 0;           ///< column
+  std::size_t date = 0;  ///< column
+  std::vector<std::size_t>
+      date_parts{};               ///< columns that make a date together; none: the one above
   std::vector<std::size_t> by{};  ///< columns; none: one group
+  std::string by_remedy{};        ///< where there are none: what takes groups apart
   std::vector<Series> series{};
   std::optional<DateFormat> date_format{};
   Stamp stamp = Stamp::kEnd;

@@ -32,6 +32,7 @@ class CsvCells {
   }
   // The same of a text that may want quotes.
   void name(std::string_view cell) {
+    if (!wants_quotes(cell)) return text(cell);
     std::string field;
     add_csv_field(field, cell);
     text(field);
@@ -182,7 +183,7 @@ void RecordTable::add_group_rows(std::size_t group, Cells& cells) const {
   for (std::size_t i = 0; i < sums_.entries(group); ++i) {
     const PeriodEntry entry = sums_.entry(group, i);
     each_part(sums_.name(group), shape_.by.size(),
-              [&](std::string_view part) { cells.text(part); });
+              [&](std::string_view part) { cells.name(part); });
     cells.text(starts_[at(entry.period)]);
     cells.text(ends_[at(entry.period)]);
     cells.number(tidy(entry.days));

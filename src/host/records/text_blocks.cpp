@@ -10,6 +10,7 @@ namespace {
 
 // Room before a chunk for the row that the chunk before it has left.
 constexpr std::size_t kRoom = std::size_t{1} << 16;
+constexpr std::size_t kLongestRow = std::size_t{1} << 24;
 
 // Whether a quote at a place opens a field: before it stands what ends one, and blanks.
 bool opens(std::string_view text, std::size_t at) {
@@ -85,12 +86,14 @@ TextPiece TextBlocks::next() {
     }
     if (ended_ && text.size() > begin && text.back() != '\n') text += '\n';
     std::string_view piece = std::string_view(text).substr(begin);
-    const std::size_t end = ended_ ? piece.size() : row_ends(piece, 1).back();
+    std::size_t end = ended_ ? piece.size() : row_ends(piece, 1).back();
+    const bool is_whole = end > 0 || piece.size() < kLongestRow;
+    if (!is_whole) end = piece.size();
     rest_.assign(piece.substr(end));
     if (end == 0 && !ended_) continue;
     text.reserve(text.size() + kCellPadding);
     piece = std::string_view(text).substr(begin, end);
-    return {chunk.text, piece};
+    return {chunk.text, piece, is_whole};
   }
   return {};
 }

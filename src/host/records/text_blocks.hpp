@@ -16,10 +16,12 @@ namespace vqmath63::host {
 struct TextPiece {
   std::shared_ptr<const std::string> memory;  ///< that `text` lies in
   std::string_view text;
+  bool is_whole = true;  ///< false where the last row is cut: it is too long to be one
 };
 
 /// Hands out a text as pieces of whole rows: each ends with a line's end that stands in no quotes;
-/// the last line is given one where it has none.
+/// the last line is given one where it has none. A row of more than 16 MB, which has a quote that
+/// nothing closes, is handed out as far as it is known.
 class TextBlocks {
  public:
   /// `path` "-" is the standard input; a piece has some `size` bytes, or as many as its one row.
