@@ -59,17 +59,17 @@ def gamma_q(a, x):
 
 # function, how to work it out, interval's name, low, high, logarithmic spacing
 ONE_ARGUMENT = [
+    ("Gamma", mp.gamma, "(6e-309, 0.001)", 6e-309, 0.001, True),
     ("Gamma", mp.gamma, "(0.001, 1)", 0.001, 1, True),
     ("Gamma", mp.gamma, "(1, 2)", 1, 2, False),
     ("Gamma", mp.gamma, "(2, 12)", 2, 12, False),
     ("Gamma", mp.gamma, "(12, 171.6)", 12, 171.6, False),
-    ("Gamma", mp.gamma, "(1e-300, 0.001)", 1e-300, 0.001, True),
-    ("LoGamma", mp.loggamma, "(1e-300, 0.5)", 1e-300, 0.5, True),
+    ("LoGamma", mp.loggamma, "(5e-324, 0.5)", 5e-324, 0.5, True),
     ("LoGamma", mp.loggamma, "(0.5, 3)", 0.5, 3, False),
     ("LoGamma", mp.loggamma, "(3, 12)", 3, 12, False),
     ("LoGamma", mp.loggamma, "(12, 1e5)", 12, 1e5, True),
     ("LoGamma", mp.loggamma, "(1e5, 2.5e305)", 1e5, 2.5e305, True),
-    ("Erf", mp.erf, "(1e-300, 0.46875)", 1e-300, 0.46875, True),
+    ("Erf", mp.erf, "(1e-307, 0.46875)", 1e-307, 0.46875, True),
     ("Erf", mp.erf, "(0.46875, 4)", 0.46875, 4, False),
     ("Erf", mp.erf, "(4, 8)", 4, 8, False),
 ]
@@ -82,9 +82,50 @@ LIMITS = [
 ]
 
 
-def negative_gamma(generator):
-    """Arguments at least 1/16 from every whole number."""
-    return -(generator.randrange(0, 20) + exact(1 / 16, 15 / 16, generator))
+def either_end(low, high, generator):
+    """A number of (low, high), in one case of three as near to an end as 2^-40 of the interval."""
+    near = (high - low) * 2.0 ** -generator.uniform(0, 40)
+    return generator.choice([low + near, high - near, exact(low, high, generator)])
+
+
+def negative_gamma(away, generator):
+    """An argument in (-170, 0), so far away from every whole number and, if that is close, no farther
+    than 1/16."""
+    distance = exact(away, 1 - away, generator) if away == 1 / 16 else exact(away, 1 / 16, generator, True)
+    return -(generator.randrange(0, 170) + generator.choice([distance, 1 - distance]))
+
+
+# Of A, or of A and B, and of X, with logarithmic spacing each.
+INCOMPLETE_BETA = [
+    ("A, B in (0.05, 2)", 0.05, 2), ("A, B in (2, 50)", 2, 50), ("A, B in (50, 1e4)", 50, 1e4),
+    ("A, B in (1e-300, 0.05)", 1e-300, 0.05)]
+INCOMPLETE_GAMMA = [
+    ("A in (0.05, 2), X above 1e-3", 0.05, 2, 1e-3), ("A in (0.05, 2), X to 1e-3", 0.05, 2, 1e-300),
+    ("A in (2, 50), X above A / 100", 2, 50, None), ("A in (2, 50), X to A / 100", 2, 50, 1e-100),
+    ("A in (50, 1e4)", 50, 1e4, None), ("A in (1e-300, 0.05)", 1e-300, 0.05, 1e-300)]
+SMALLEST_VALUE = 1e-290
+
+
+def incomplete_beta(low, high, k, generator):
+    """Shapes, and X around the mean, or anywhere, or close to 0 or 1."""
+    a, b = (exact(low, high, generator, high / low > 50) for _ in range(2))
+    mean = a / (a + b)
+    reach = 3 * math.sqrt(mean * (1 - mean) / (a + b + 1))
+    if low == 50 or (k % 3 == 0 and low > 1e-3):
+        # Around the mean, where the function is used.
+        return a, b, min(max(exact(max(mean - reach, 0), min(mean + reach, 1), generator), 2**-10), 1 - 2**-10)
+    if k % 3 == 1:
+        return a, b, exact(1e-300, 1, generator, True)
+    return a, b, either_end(0, 1, generator)
+
+
+def incomplete_gamma(low, high, least, k, generator):
+    """Shape, and X around it, or in decades below."""
+    a = exact(low, high, generator, high / low > 50)
+    reach = 3 * math.sqrt(a)
+    if least is None or (k % 2 == 0 and least == 1e-3):
+        return a, max(exact(a - reach, a + (reach if k % 3 else 3 * reach), generator), a / 100)
+    return a, exact(least, {2: 1e-3, 50: a / 100, 0.05: 2.0}[high] if least != 1e-3 else 4 * a, generator, True)
 
 
 def special(points):
@@ -98,34 +139,37 @@ def special(points):
             for x in (math.nextafter(limit, 0), limit, math.nextafter(limit, math.inf)):
                 yield name, "limits", 0, 0, x, function(mpf(x))
     for _ in range(points):
-        x = negative_gamma(generator)
-        yield "Gamma", "(-20, 0)", 0, 0, x, mp.gamma(mpf(x))
-    for _ in range(points):
-        a, b = (exact(0.25, 80, generator) for _ in range(2))
-        yield "beta", "A, B in (0.25, 80)", a, b, 0, mp.beta(mpf(a), mpf(b))
+        x = negative_gamma(1 / 16, generator)
+        yield "Gamma", "(-170, 0), 1/16 from whole numbers", 0, 0, x, mp.gamma(mpf(x))
+        x = negative_gamma(2.0**-20, generator)
+        yield "Gamma", "(-170, 0), 2^-20 to 1/16 from one", 0, 0, x, mp.gamma(mpf(x))
+    for interval, low, high in (("A, B in (0.25, 80)", 0.25, 80), ("A, B in (1e-150, 0.25)", 1e-150, 0.25)):
+        for _ in range(points):
+            a, b = (exact(low, high, generator, low < 0.25) for _ in range(2))
+            yield "beta", interval, a, b, 0, mp.beta(mpf(a), mpf(b))
     # Beyond 1e4 the fraction ends before it converges.
-    for interval, low, high in (("A, B in (0.05, 2)", 0.05, 2), ("A, B in (2, 50)", 2, 50),
-                                ("A, B in (50, 1e4)", 50, 1e4)):
-        for k in range(points):
-            a, b = (exact(low, high, generator, low == 50) for _ in range(2))
-            mean = a / (a + b)
-            spread = math.sqrt(mean * (1 - mean) / (a + b + 1))
-            # Around the mean, where the function is used, and anywhere that the value is a number.
-            reach = 3 if k % 2 == 0 else 12
-            x = exact(0, 1, generator) if reach == 12 and low < 50 else min(
-                max(exact(max(mean - reach * spread, 0), min(mean + reach * spread, 1), generator),
-                    2**-10), 1 - 2**-10)
-            yield "BetaI", interval, a, b, x, beta_i(mpf(a), mpf(b), mpf(x))
-    for interval, low, high in (("A in (0.05, 2)", 0.05, 2), ("A in (2, 50)", 2, 50)):
-        for k in range(points):
-            a = exact(low, high, generator)
-            x = exact(0, 4 * a, generator) if k % 2 else max(
-                exact(a - 3 * math.sqrt(a), a + 3 * math.sqrt(a), generator), 2**-10)
-            yield "Gamma_P", interval, a, 0, x, gamma_p(mpf(a), mpf(x))
+    for interval, low, high in INCOMPLETE_BETA:
+        k = found = 0
+        while found < points:
+            a, b, x = incomplete_beta(low, high, k, generator)
+            k += 1
+            value = beta_i(mpf(a), mpf(b), mpf(x)) if 0 < x < 1 else 0
+            if value > SMALLEST_VALUE:
+                found += 1
+                yield "BetaI", interval, a, b, x, value
+    for interval, low, high, least in INCOMPLETE_GAMMA:
+        k = found = 0
+        while found < points:
+            a, x = incomplete_gamma(low, high, least, k, generator)
+            k += 1
+            value = gamma_p(mpf(a), mpf(x))
+            if value > SMALLEST_VALUE:
+                found += 1
+                yield "Gamma_P", interval, a, 0, x, value
     for _ in range(points):
         a = exact(0.25, 50, generator)
-        x = a + 1 + exact(0.25, 60, generator)
-        yield "Gamma_CF", "X in (A + 1, A + 61)", a, 0, x, gamma_q(mpf(a), mpf(x))
+        x = a + 1 + exact(2**-20, 400, generator, True)
+        yield "Gamma_CF", "X in (A + 1, A + 401)", a, 0, x, gamma_q(mpf(a), mpf(x))
     for n in (0, 1, 2, 23, 170):
         yield "Factorial", "0 to 170", n, 0, 0, mpf(math.factorial(n))
     for n, k in ((5, 2), (1, 1), (52, 5), (170, 85), (170, 170)):
@@ -244,4 +288,5 @@ def main():
     target.write_text("\n".join(lines) + "\n", encoding="utf-8")
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -1,11 +1,14 @@
 """Looks into the 32-bit component's file for what a host there cannot see until it crashes.
 
-usage: check_x86.py OBJDUMP COMPONENT EXPORT_LIST INTERFACE_TABLE
+usage: check_x86.py OBJDUMP COMPONENT EXPORT_LIST INTERFACE_TABLE LIBRARY...
 
 - Exports bear their plain names: those of the module-definition file EXPORT_LIST, and no others.
 - Each function of the classes' tables takes from the stack what its caller has put there. On 32-bit
   Windows the called function does that (stdcall: `ret N`), so that a wrong count of bytes leaves the
   caller with a stack that is off. N follows from the arguments in INTERFACE_TABLE.
+- No function of the static libraries that the component is made of reckons with the x87 registers, whose
+  steps round otherwise than those of every other processor. It may load and store with them, as results
+  are handed over.
 
 The tables are found in the file itself: rows of addresses that the loader has to relocate, which begin
 with the seven functions of IUnknown and IDispatch, told by the bytes that those take.
@@ -131,7 +134,25 @@ def exports(objdump, path):
     return set(re.findall(r"\[ *\d+\] (\S+)$", table, re.M))
 
 
-def check(objdump, path, export_list, table):
+# Steps of the x87 that compute; what loads, stores, compares, or keeps its state is not among them.
+X87_ARITHMETIC = re.compile(r"f(i?(add|sub|mul|div)r?p?|sqrt|prem1?|rndint|scale|xtract|2xm1|yl2xp?1?|yl2x|p?tan|"
+                            r"patan|sin|cos|sincos)$")
+
+
+def x87_arithmetic(objdump, library):
+    """How many functions a static library has, and the x87 steps in them: function and instruction."""
+    functions, steps, name = 0, [], ""
+    for line in run(objdump, "-d", "-C", "-Mintel", "--no-show-raw-insn", library).splitlines():
+        head = re.match(r"[0-9a-f]+ <(.*)>:$", line)
+        if head:
+            functions, name = functions + 1, head[1]
+        words = line.split("\t")[-1].split()
+        if words and line[:1] == " " and X87_ARITHMETIC.match(words[0]):
+            steps.append((name, " ".join(words)))
+    return functions, steps
+
+
+def check(objdump, path, export_list, table, *libraries):
     with open(export_list, encoding="utf-8") as file:
         wanted = set(re.findall(r"^  (\w+)", file.read(), re.M))
     names = exports(objdump, path)
@@ -164,12 +185,20 @@ def check(objdump, path, export_list, table):
     if len(tables) != len(classes):
         problems.append(f"{len(tables)} tables of functions, but {len(classes)} classes")
     print(f"{len(names)} exports and {functions} functions of {len(tables)} tables")
-    print(f"x86: {len(names) + functions} checks, {len(problems)} failures")
+    checks = len(names) + functions
+    for library in libraries:
+        searched, steps = x87_arithmetic(objdump, library)
+        problems += [f"{name}: {step}" for name, step in steps[:20]]
+        if searched == 0:
+            problems.append(f"{library}: no functions")
+        checks += searched
+        print(f"{searched} functions of {library.split('/')[-1]} without x87 arithmetic")
+    print(f"x86: {checks} checks, {len(problems)} failures")
     return problems
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 5:
+    if len(sys.argv) < 6:
         sys.exit(__doc__)
     found = check(*sys.argv[1:])
     sys.exit("\n".join(found) if found else 0)

@@ -136,7 +136,7 @@ struct Argument {
   Variable sent(bool untyped) const {
     Variable made;
     if (array) array->make(made, untyped);
-    if (!array) VariantCopy(&made.v, &scalar.v);
+    if (!array) VariantCopy(&made.v, const_cast<VARIANT*>(&scalar.v));
     return made;
   }
 };
