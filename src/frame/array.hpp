@@ -107,6 +107,9 @@ class BoundedArray {
   /// its own now.
   bool was_resized() const { return resized_; }
 
+  /// True when its lender holds the array fixed: to re-dimension it is fault 10.
+  bool fixed() const { return resizing_ == Resizing::kRefused; }
+
   /// Number of elements in all; 0 when unallocated.
   std::size_t size() const { return size_; }
   T* data() { return data_; }
@@ -173,7 +176,7 @@ class BoundedArray {
     allocated_ = resized_ = true;
   }
   void refuse_if_fixed() const {
-    if (resizing_ == Resizing::kRefused) raise_fault(ErrorNumber::kArrayLocked);
+    if (fixed()) raise_fault(ErrorNumber::kArrayLocked);
   }
 
  private:

@@ -4,6 +4,10 @@
 #include <cstring>
 #include <limits>
 
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
+
 #include "frame/fault.hpp"
 
 namespace vqmath63 {
@@ -41,6 +45,19 @@ void expect_memory(std::uint64_t bytes) {
   if (bytes >= kLarge && bytes > available() / 2) raise_fault(ErrorNumber::kOutOfMemory);
 }
 
+void prefer_large_pages([[maybe_unused]] void* block, [[maybe_unused]] std::size_t bytes) noexcept {
+#ifdef MADV_HUGEPAGE
+  constexpr std::uintptr_t kPage = 4096;
+  constexpr std::size_t kWorthIt = std::size_t{1} << 22;
+  if (block == nullptr || bytes < kWorthIt) return;
+  // Whole pages only; what comes of the advice does not matter.
+  const std::uintptr_t first =
+      (reinterpret_cast<std::uintptr_t>(block) + kPage - 1) / kPage * kPage;
+  const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(block) + bytes) / kPage * kPage;
+  static_cast<void>(madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE));
+#endif
+}
+
 void detail::expect_elements(std::size_t count, std::size_t size) {
   const std::uint64_t bytes = std::uint64_t{count} * size;
   if (bytes >= kMostBytes) raise_fault(ErrorNumber::kOutOfMemory);
@@ -52,6 +69,7 @@ void* detail::take_memory(std::size_t count, std::size_t size, bool zero) {
   count = std::max<std::size_t>(count, 1);  // no elements have an address too
   void* const block = zero ? std::calloc(count, size) : std::malloc(count * size);
   if (block == nullptr) raise_fault(ErrorNumber::kOutOfMemory);
+  prefer_large_pages(block, count * size);
   return block;
 }
 

@@ -17,6 +17,10 @@ namespace vqmath63 {
 /// handed out on trust, to find out by writing ends the process.
 void expect_memory(std::uint64_t bytes);
 
+/// Asks the system for large pages below a block that was just allocated, where it has them and the
+/// block is large: to get its memory page by page takes longer than most of what is done with it.
+void prefer_large_pages(void* block, std::size_t bytes) noexcept;
+
 namespace detail {
 
 /// Fault 7 for elements that no array can have, of 4 GiB or more in all, and as expect_memory. It

@@ -12,6 +12,8 @@
 #include <numeric>
 #include <utility>
 
+#include "frame/memory.hpp"
+
 namespace vqmath63 {
 namespace {
 
@@ -90,6 +92,7 @@ void distribute(const From* from, To* to, std::size_t n, const DigitCounts& coun
 bool radix_sort(float* values, std::size_t n) noexcept {
   const std::unique_ptr<Key[]> scratch(new (std::nothrow) Key[n]);
   if (!scratch) return false;
+  prefer_large_pages(scratch.get(), n * sizeof(Key));
 
   std::array<DigitCounts, kDigits> counts{};
   for (std::size_t i = 0; i < n; ++i) {

@@ -1,9 +1,15 @@
 // Null removal and masking of ztStatistics: the rows of parallel arrays stay or go together.
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <initializer_list>
 #include <span>
+#include <type_traits>
+#include <typeinfo>
 #include <utility>
 
+#include "frame/array_tools.hpp"
+#include "frame/steps_only.hpp"
 #include "frame/trap.hpp"
 #include "statistics/statistics.hpp"
 
@@ -48,6 +54,64 @@ bool remove_null_rows(float& null, std::span<Samples* const> columns, std::int32
   return true;
 }
 
+template <std::size_t kColumns>
+using Columns = std::array<const float*, kColumns>;
+
+// Whether row i has no null; `null` is not a NaN, or else NaN is what counts.
+template <std::size_t kColumns>
+bool stays(const Columns<kColumns>& columns, std::size_t i, float null, bool null_is_nan) {
+  bool kept = true;
+  for (const float* column : columns) {
+    kept &= null_is_nan ? !std::isnan(column[i]) : column[i] != null;
+  }
+  return kept;
+}
+
+// The rows without a null of columns that all have elements 1 to n, in one pass to count and one to
+// write: what column after column comes to by the built-in array companion. False, and nothing
+// done, where that is another one, or where a step could fail half way.
+template <std::size_t kColumns>
+bool remove_in_one_pass(float null, const std::array<const ReadSamples*, kColumns>& given,
+                        const std::array<Samples*, kColumns>& results, std::int32_t& rows) {
+  const auto& tools = common_globals().ArrayTools;
+  if (kStepsOnly || !tools || typeid(*tools) != typeid(BuiltInArrayTools)) return false;
+  const std::int32_t n = rows;
+  Columns<kColumns> from;
+  for (std::size_t c = 0; c < kColumns; ++c) {
+    if (n < 1 || !given[c]->covers(1, n) || results[c]->fixed()) return false;
+    if (std::count(results.begin(), results.end(), results[c]) > 1) return false;
+    from[c] = &(*given[c])(1);
+  }
+  const auto write = [&](auto null_is_nan) {
+    std::int32_t kept = 0;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(n); ++i) {
+      kept += stays(from, i, null, null_is_nan) ? 1 : 0;
+    }
+    std::array<Samples, kColumns> fresh;
+    std::array<float*, kColumns> to;
+    for (std::size_t c = 0; c < kColumns; ++c) {
+      // Elements below 1 stay too, unless nothing does.
+      const std::int32_t lower = kept == 0 ? 1 : given[c]->lower();
+      fresh[c].redim(lower, std::max(kept, 1));
+      if (kept > 0) std::copy_n(given[c]->data(), 1 - lower, fresh[c].data());
+      to[c] = &fresh[c](1);
+    }
+    std::size_t done = 0;
+    for (std::size_t i = 0; done < static_cast<std::size_t>(kept); ++i) {
+      for (std::size_t c = 0; c < kColumns; ++c) to[c][done] = from[c][i];
+      done += stays(from, i, null, null_is_nan) ? std::size_t{1} : 0;
+    }
+    for (std::size_t c = 0; c < kColumns; ++c) *results[c] = std::move(fresh[c]);
+    rows = kept;
+  };
+  if (std::isnan(null)) {
+    write(std::true_type());
+  } else {
+    write(std::false_type());
+  }
+  return true;
+}
+
 }  // namespace
 
 void ztStatistics::RemoveNulls(float& xNull, const ReadSamples& xA, Samples& xANew,
@@ -70,6 +134,8 @@ void ztStatistics::RemoveNullsXY(float& xNull, const ReadSamples& xA, const Read
     qOK = false;
     NewLength = xA.upper();
     if (NewLength != xB.upper()) return;
+    qOK = remove_in_one_pass<2>(xNull, {&xA, &xB}, {&xANew, &xBNew}, NewLength);
+    if (qOK) return;
     Samples a(xA), b(xB);  // both read before the first is written: either may be one of the new
     xANew = std::move(a);
     xBNew = std::move(b);
@@ -84,6 +150,8 @@ void ztStatistics::RemoveNullsXYZ(float& xNull, const ReadSamples& xA, const Rea
     qOK = false;
     NewLength = xA.upper();
     if (NewLength != xB.upper() || NewLength != xC.upper()) return;
+    qOK = remove_in_one_pass<3>(xNull, {&xA, &xB, &xC}, {&xANew, &xBNew, &xCNew}, NewLength);
+    if (qOK) return;
     Samples a(xA), b(xB), c(xC);  // all read before the first is written: any may be one of the new
     xANew = std::move(a);
     xBNew = std::move(b);

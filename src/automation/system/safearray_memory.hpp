@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "automation/system/types.hpp"
+#include "frame/memory.hpp"
 
 namespace vqmath63::automation::system {
 
@@ -48,7 +49,9 @@ inline std::size_t elements_of(const SAFEARRAY& array) {
 
 /// A block is never of size zero, so that an array without elements has an address too.
 inline void* allocate(std::size_t bytes) {
-  return std::calloc(bytes == 0 ? 1 : bytes, 1);
+  void* const block = std::calloc(bytes == 0 ? 1 : bytes, 1);
+  prefer_large_pages(block, bytes);
+  return block;
 }
 
 inline SAFEARRAY* allocate_descriptor(UINT dims) {
