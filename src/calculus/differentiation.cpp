@@ -7,6 +7,7 @@
 
 #include "frame/speculate.hpp"
 #include "frame/trap.hpp"
+#include "frame/wide_registers.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -158,13 +159,16 @@ template <class Formula>
 void write_run(bool quick, const Samples& x, const Samples& y, const Points& points,
                double* scratch, Derivatives& d) {
   const Derived derived = speculate(quick, [&](auto mode) {
-    return derive<Formula>(mode, x, y, points, [&](std::int64_t i, double derivative) {
-      if constexpr (std::is_same_v<decltype(mode), PlainMode>) {
-        scratch[i - points.first] = derivative;
-      } else {
-        d(i) = derivative;
-      }
-    });
+    if constexpr (std::is_same_v<decltype(mode), PlainMode>) {
+      return in_wide_registers([&] {
+        return derive<Formula>(mode, x, y, points, [&](std::int64_t i, double derivative) {
+          scratch[i - points.first] = derivative;
+        });
+      });
+    } else {
+      return derive<Formula>(mode, x, y, points,
+                             [&](std::int64_t i, double derivative) { d(i) = derivative; });
+    }
   });
   if (derived.in_scratch) {
     std::copy_n(scratch, points.last - points.first + 1, &d(points.first));
