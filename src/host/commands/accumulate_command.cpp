@@ -95,9 +95,9 @@ int run(Options options) {
     throw UsageError("--time " + word + ": the first column of " + options.data.path +
                      " holds dates, which need no period word");
   }
-  for (const std::string& column : production.left_out) std::cerr << "vqhost: " << column << '\n';
-  for (const std::string& note : production.notes) std::cerr << "vqhost: " << note << '\n';
-  warn_of_names(production.names, production.rates);
+  for (const auto* notes : {&production.left_out, &production.doubts, &production.notes}) {
+    for (const std::string& note : *notes) std::cerr << "vqhost: " << note << '\n';
+  }
   const MessageSink sink;
   options.periods.start = start.value_or(production.start_data);
   const Accumulated accumulated = accumulate(production, options.periods);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <unordered_map>
 
 #include "host/client/message_sink.hpp"
 #include "host/data/moment.hpp"
@@ -135,6 +136,36 @@ bool has_one(std::string name, std::initializer_list<const char*> words) {
                      [&](const char* word) { return name.find(word) != std::string::npos; });
 }
 
+// Tells of a group that has no name, and of two whose names differ by letters' case or blanks
+// alone.
+void note_groups(const RecordPlan& plan, const RecordSums& sums, const CsvFile& head,
+                 const TakeNote& note) {
+  std::unordered_map<std::string, std::size_t> known;  // what a name comes to: its group
+  std::string alike;
+  std::size_t count = 0;
+  const auto place = [&](std::size_t group) {
+    std::string name = sums.name(group);
+    std::replace(name.begin(), name.end(), kKeySeparator, ' ');
+    return in_quotes(name) + " (line " + std::to_string(sums.first_line(group)) + ")";
+  };
+  for (std::size_t group = 0; !plan.by.empty() && group < sums.groups(); ++group) {
+    std::string name;
+    for (const char c : sums.name(group)) {
+      if (c != ' ') name += lower_case(c);
+    }
+    if (name.find_first_not_of(kKeySeparator) == std::string::npos) {
+      note("rows without a " + in_quotes(head.headers()[plan.by.front()]) +
+           " are a group of their own, the first on line " +
+           std::to_string(sums.first_line(group)));
+    }
+    const auto [other, is_new] = known.try_emplace(std::move(name), group);
+    if (!is_new && count++ == 0) alike = place(other->second) + " and " + place(group);
+  }
+  if (count == 0) return;
+  note(alike + (count > 1 ? ", and " + std::to_string(count - 1) + " more," : "") +
+       " are taken for different groups, though their names are alike");
+}
+
 std::string joined(const std::vector<std::string>& names) {
   std::string text;
   for (const std::string& name : names) text += (text.empty() ? "" : ",") + name;
@@ -144,10 +175,19 @@ std::string joined(const std::vector<std::string>& names) {
 }  // namespace
 
 std::vector<std::size_t> series_of_records(const RecordPlan& plan, const RecordReport& report,
-                                           const CsvFile& head, const TakeNote& note) {
+                                           const RecordSums& sums, const CsvFile& head,
+                                           const TakeNote& note) {
   Teller teller(plan, report, head, note);
   std::vector<std::size_t> series = teller.series();
   teller.tell();
+  note_groups(plan, sums, head, note);
+  std::vector<std::string> names;
+  std::vector<SeriesKind> kinds;
+  for (const std::size_t s : series) {
+    names.push_back(plan.series[s].name);
+    kinds.push_back(plan.series[s].kind);
+  }
+  for (const std::string& each : notes_of_names(names, kinds)) note(each);
   return series;
 }
 
@@ -161,16 +201,9 @@ void accumulate_records(const RecordOptions& options, const RecordWork& work) {
   const RecordSums sums = file.accumulate(plan, std::move(calendar), report);
 
   RecordTableShape shape;
-  shape.series = series_of_records(plan, report, file.head(), [](const std::string& note) {
+  shape.series = series_of_records(plan, report, sums, file.head(), [](const std::string& note) {
     std::cerr << "vqhost: " << note << '\n';
   });
-  std::vector<std::string> names;
-  std::vector<bool> rates;
-  for (const std::size_t s : shape.series) {
-    names.push_back(plan.series[s].name);
-    rates.push_back(plan.series[s].kind == SeriesKind::kRate);
-  }
-  warn_of_names(names, rates);
   refuse_nothing(sums, report, work.start);
   for (const std::size_t column : plan.by) shape.by.push_back(file.head().headers()[column]);
   shape.wide = options.wide;
@@ -191,25 +224,36 @@ void refuse_nothing(const RecordSums& sums, const RecordReport& report,
   throw WorkError("no row has an interval: --step says how long they are");
 }
 
-void warn_of_names(const std::vector<std::string>& names, const std::vector<bool>& rates) {
+std::vector<std::string> notes_of_names(const std::vector<std::string>& names,
+                                        const std::vector<SeriesKind>& kinds) {
   std::vector<std::string> amounts;
   std::vector<std::string> cumulative;
+  std::vector<std::string> rates;
   for (std::size_t i = 0; i < names.size(); ++i) {
-    if (!rates[i]) continue;
-    if (has_one(names[i], {"cum"})) {
+    const bool is_rate = kinds[i] == SeriesKind::kRate;
+    if (is_rate && has_one(names[i], {"cum"})) {
       cumulative.push_back(names[i]);
-    } else if (has_one(names[i], {"vol", "amount", "produced", "quantity"})) {
+    } else if (is_rate && has_one(names[i], {"vol", "amount", "produced", "quantity"})) {
       amounts.push_back(names[i]);
+    } else if (kinds[i] == SeriesKind::kAmount &&
+               has_one(names[i], {"rate", "/d", "per day", "bopd", "bwpd", "scfd"})) {
+      rates.push_back(names[i]);
     }
   }
+  std::vector<std::string> notes;
   if (!amounts.empty()) {
-    std::cerr << "vqhost: taken for rates, though the names say amounts: " << joined(amounts)
-              << " (--volumes " << joined(amounts) << " --stamp begin or end has their sums)\n";
+    notes.push_back("taken for rates, though the names say amounts: " + joined(amounts) +
+                    " (--volumes " + joined(amounts) + " --stamp begin or end has their sums)");
   }
   if (!cumulative.empty()) {
-    std::cerr << "vqhost: taken for rates, though the names say cumulative: " << joined(cumulative)
-              << " (--cumulative " << joined(cumulative) << ")\n";
+    notes.push_back("taken for rates, though the names say cumulative: " + joined(cumulative) +
+                    " (--cumulative " + joined(cumulative) + ")");
   }
+  if (!rates.empty()) {
+    notes.push_back("taken for amounts, though the names say rates: " + joined(rates) +
+                    " (--columns " + joined(rates) + " has their means)");
+  }
+  return notes;
 }
 
 }  // namespace vqmath63::host

@@ -17,7 +17,8 @@ using TakeNote = std::function<void(const std::string& note)>;
 
 /// The series of the plan that hold numbers, and notes of what was found while they were read.
 std::vector<std::size_t> series_of_records(const RecordPlan& plan, const RecordReport& report,
-                                           const CsvFile& head, const TakeNote& note);
+                                           const RecordSums& sums, const CsvFile& head,
+                                           const TakeNote& note);
 
 /// WorkError, with the remedy, where records come to no period.
 void refuse_nothing(const RecordSums& sums, const RecordReport& report,
@@ -27,8 +28,9 @@ void refuse_nothing(const RecordSums& sums, const RecordReport& report,
 /// that he has to know of.
 void accumulate_records(const RecordOptions& options, const RecordWork& work);
 
-/// Tells of series that are taken for rates although their names say that they are amounts, or
-/// cumulative.
-void warn_of_names(const std::vector<std::string>& names, const std::vector<bool>& rates);
+/// What there is to tell of series whose names say that they are something else than they are
+/// taken for.
+std::vector<std::string> notes_of_names(const std::vector<std::string>& names,
+                                        const std::vector<SeriesKind>& kinds);
 
 }  // namespace vqmath63::host

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/commands/accumulate_records.hpp"
 #include "host/data/columns.hpp"
 #include "host/data/moment.hpp"
 #include "host/data/values.hpp"
@@ -127,7 +128,10 @@ Production read_production(const ProductionChoice& choice) {
     reading.wants[c] = Want::kNumbers;
   }
   for (const std::size_t c : series) reading.wants[c] = Want::kNumbers;
-  reading.before_refusing_gap = [&](const CsvTable& table) { refuse_twins(file, table); };
+  reading.before_refusing_gap = [&](const CsvTable& table) {
+    check_times(file, table, choice.from_row);
+    refuse_twins(file, table);
+  };
   CsvTable table = read_rows(file, reading);
 
   Production production;
@@ -148,7 +152,7 @@ Production read_production(const ProductionChoice& choice) {
   }
   if (series.empty()) throw WorkError(file.path() + ": no column of numbers follows the time");
 
-  production.notes = file.notes();
+  production.doubts = file.notes();
   if (production.dated) {
     note_twins(file, table, production);
     note_gaps(table, production);
@@ -173,6 +177,13 @@ Production read_production(const ProductionChoice& choice) {
                                cumulative.end());
   }
   note_first_row(choice, production);
+  std::vector<SeriesKind> kinds;
+  for (const bool rate : production.rates) {
+    kinds.push_back(rate ? SeriesKind::kRate : SeriesKind::kCumulative);
+  }
+  for (std::string& note : notes_of_names(production.names, kinds)) {
+    production.doubts.push_back(std::move(note));
+  }
   return production;
 }
 

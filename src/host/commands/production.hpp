@@ -30,7 +30,8 @@ struct Production {
   double first_time = 0.0;            ///< time of the first row used
   double last_time = 0.0;             ///< of the last one
   std::vector<std::string> left_out;  ///< columns without numbers: "column 'x' ... is left out"
-  std::vector<std::string> notes;     ///< what else a user has to know of the file
+  std::vector<std::string> doubts;    ///< what cells and names were taken for
+  std::vector<std::string> notes;     ///< what else a user has to know: gaps, rows without interval
 };
 
 /// Reads the file. Dates in the first column become days since `start_data`, by default since the

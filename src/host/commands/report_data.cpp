@@ -146,6 +146,7 @@ void tell_of_values(const ReportData& data, const ReportChoice& choice,
                     (negatives == 1 ? " is" : " are") + " below 0 and taken as written.");
   }
   for (const std::string& column : data.production.left_out) story.push_back("The " + column + ".");
+  for (const std::string& doubt : data.production.doubts) story.push_back(sentence(doubt));
 }
 
 void tell_story(ReportData& data, const ReportChoice& choice) {

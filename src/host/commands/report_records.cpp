@@ -45,7 +45,7 @@ Pass read(const ReportChoice& choice, const RecordOptions& options) {
                                       calendar("day", 1), kMostRows, report);
   std::vector<std::string> notes;
   std::vector<std::size_t> series = series_of_records(
-      plan, report, file.head(), [&](const std::string& note) { notes.push_back(note); });
+      plan, report, sums, file.head(), [&](const std::string& note) { notes.push_back(note); });
   refuse_nothing(sums, report, choice.start);
   return {std::move(plan), std::move(report), std::move(sums),
           std::move(days), std::move(series), std::move(notes)};

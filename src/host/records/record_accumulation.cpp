@@ -6,6 +6,7 @@
 #include <numeric>
 #include <unordered_map>
 
+#include "host/data/moment.hpp"
 #include "host/data/progress.hpp"
 #include "host/failure.hpp"
 #include "host/records/parallel.hpp"
@@ -125,8 +126,23 @@ class RecordFile::Reading {
       counts.empty_line += part.line;
       report_.counts[s].add(counts);
     }
+    refuse_far_dates(part);
     first_time_ = std::min(first_time_, part.rows.first_time());
     last_time_ = std::max(last_time_, part.rows.last_time());
+  }
+
+  // Dates that no row can mean, 9999-12-31 for instance: the calendar goes on beyond the rows.
+  void refuse_far_dates(const Part& part) const {
+    constexpr double kFirst = kCalendarPhase + 366.0;
+    constexpr double kLast = 2921575.0;  // 9898-12-31
+    if (part.rows.first_time() >= kFirst && part.rows.last_time() <= kLast) return;
+    for (std::size_t i = 0; i < part.rows.rows(); ++i) {
+      const double time = part.rows[i].time;
+      if (time >= kFirst && time <= kLast) continue;
+      refuse({part.rows[i].line, plan_.date,
+              exact_moment_text(time) + " lies outside the years 301 to 9898"},
+             part.line);
+    }
   }
 
   void watch_steps(const RecordBatch& rows) {
@@ -283,6 +299,10 @@ RecordSums::RecordSums(std::vector<GroupSums> shards, PeriodCalendar calendar)
 
 const std::string& RecordSums::name(std::size_t group) const {
   return shards_[groups_[group].shard].name(groups_[group].group);
+}
+
+std::size_t RecordSums::first_line(std::size_t group) const {
+  return shards_[groups_[group].shard].first_line(groups_[group].group);
 }
 
 std::size_t RecordSums::entries(std::size_t group) const {

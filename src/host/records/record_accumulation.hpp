@@ -24,6 +24,7 @@ class RecordSums {
   PeriodEntry entry(std::size_t group, std::size_t i) const;
   const double* values(std::size_t group, std::size_t i) const;
   std::size_t all_entries() const;
+  std::size_t first_line(std::size_t group) const;
 
   /// The periods that have an entry, from the first to the last; none where there is no entry.
   std::int32_t first_period() const { return first_period_; }
