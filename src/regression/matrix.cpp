@@ -1,5 +1,7 @@
 #include "regression/matrix.hpp"
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -9,6 +11,7 @@
 
 #include "frame/speculate.hpp"
 #include "frame/trap.hpp"
+#include "frame/wide_registers.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -18,13 +21,24 @@ constexpr Location kMatrixEquation{"ztAnalyse - matrix", "MatrixEquation"};
 // A pivot column without a larger magnitude makes the system singular.
 constexpr float kLeastPivot = 2.22e-16F;
 
-// The working copy of one system: n rows of n coefficients and the right-hand side, and the order
-// in which the elimination takes the rows. Rows are never moved.
+// Rows are taken in groups of so many numbers.
+constexpr std::size_t kGroup = 8;
+
+// The least order at which wide registers gain more than they cost.
+constexpr std::size_t kWorthWide = 24;
+
+// The working copy of one system: n rows of n coefficients, the right-hand side and, where rows are
+// taken in groups, zeros up to a whole one, and the order in which the elimination takes the rows.
+// Rows are never moved.
 class WorkingSystem {
  public:
-  explicit WorkingSystem(std::size_t n) : n_(n), numbers_(small_numbers_), rows_(small_rows_) {
+  explicit WorkingSystem(std::size_t n)
+      : n_(n),
+        width_(n < kFewest ? n + 1 : n / kGroup * kGroup + kGroup),
+        numbers_(small_numbers_),
+        rows_(small_rows_) {
     if (n <= kSmall) return;
-    large_numbers_ = std::make_unique_for_overwrite<float[]>(n * (n + 1));
+    large_numbers_ = std::make_unique_for_overwrite<float[]>(n * width_);
     large_rows_ = std::make_unique_for_overwrite<float*[]>(n);
     numbers_ = large_numbers_.get();
     rows_ = large_rows_.get();
@@ -33,6 +47,7 @@ class WorkingSystem {
   WorkingSystem& operator=(const WorkingSystem&) = delete;
 
   std::size_t size() const { return n_; }
+  std::size_t width() const { return width_; }
   /// Row i of the order: coefficients 0 to n-1, then the right-hand side.
   float* row(std::size_t i) { return rows_[i]; }
   float& right_side(std::size_t i) { return rows_[i][n_]; }
@@ -44,9 +59,10 @@ class WorkingSystem {
     const float* right = &b(1);
     const auto stride = static_cast<std::size_t>(A.rows().count());
     for (std::size_t i = 0; i < n_; ++i) {
-      float* to = numbers_ + i * (n_ + 1);
+      float* to = numbers_ + i * width_;
       for (std::size_t j = 0; j < n_; ++j) to[j] = from[j * stride + i];
       to[n_] = right[i];
+      std::fill(to + n_ + 1, to + width_, 0.0F);
       rows_[i] = to;
     }
   }
@@ -55,52 +71,69 @@ class WorkingSystem {
   /// most doubles the largest magnitude, but for its roundings. False where there is a NaN, and
   /// for orders at which that is not worth a look or cannot be said.
   bool cannot_overflow() const {
-    if (n_ <= kSmall || n_ >= 100) return false;
-    double sum = 0.0;  // no less than the largest
-    for (std::size_t i = 0; i < n_; ++i) {
-      const float* row = numbers_ + i * (n_ + 1);
-      double even = 0.0, odd = 0.0;  // two that do not wait for each other
-      for (std::size_t j = 0; j < n_; j += 2) {
-        even += std::fabs(static_cast<double>(row[j]));
-        odd += std::fabs(static_cast<double>(row[j + 1]));  // the right-hand side at the end
-      }
-      sum += even + odd;
+    if (n_ < kFewest || n_ > kMost) return false;
+    std::array<float, kGroup> sums{};  // in all no less than the largest, but for roundings
+    for (std::size_t at = 0; at < n_ * width_; at += kGroup) {
+      for (std::size_t j = 0; j < kGroup; ++j) sums[j] += std::fabs(numbers_[at + j]);
     }
-    return sum < std::ldexp(1.0, 120 - static_cast<int>(n_));
+    float sum = 0.0F;
+    for (const float part : sums) sum += part;
+    return sum < std::ldexp(1.0F, 119 - static_cast<int>(n_));
   }
 
   bool all_finite() const {
     // A finite number less itself is +0; anything else leaves bits behind.
     std::uint32_t trace = 0;
-    for (std::size_t i = 0; i < n_ * (n_ + 1); ++i) {
+    for (std::size_t i = 0; i < n_ * width_; ++i) {
       trace |= std::bit_cast<std::uint32_t>(numbers_[i] - numbers_[i]);
     }
     return trace == 0;
   }
+  bool right_sides_are_finite() const {
+    bool finite = true;
+    for (std::size_t i = 0; i < n_; ++i) finite &= std::isfinite(rows_[i][n_]);
+    return finite;
+  }
+
+  static constexpr std::size_t kMost = 99;  // of which it can be said that nothing overflows
 
  private:
+  static constexpr std::size_t kFewest = 9;
   static constexpr std::size_t kSmall = 16;
 
   std::size_t n_;
+  std::size_t width_;
   float* numbers_;
   float** rows_;
-  float small_numbers_[kSmall * (kSmall + 1)];
+  float small_numbers_[kSmall * (kSmall + kGroup)];
   float* small_rows_[kSmall];
   std::unique_ptr<float[]> large_numbers_;
   std::unique_ptr<float*[]> large_rows_;
 };
 
-// Position of the pivot of column k; n when the column has none.
-std::size_t find_pivot(WorkingSystem& system, std::size_t k) {
-  float best = 0.0F;
-  std::size_t position = k;
-  for (std::size_t i = k; i < system.size(); ++i) {
-    const float magnitude = std::fabs(system.row(i)[k]);
-    const bool as_large = magnitude >= best;  // the last of equals is the pivot
-    best = as_large ? magnitude : best;
-    position = as_large ? i : position;
+// The pivot of a column: of rows that are shown in their order, the last with the largest
+// magnitude.
+class Pivot {
+ public:
+  explicit Pivot(std::size_t first) : position_(first) {}
+  void look_at(float coefficient, std::size_t i) {
+    const float magnitude = std::fabs(coefficient);
+    const bool as_large = magnitude >= best_;
+    best_ = as_large ? magnitude : best_;
+    position_ = as_large ? i : position_;
   }
-  return best < kLeastPivot ? system.size() : position;
+  bool there() const { return !(best_ < kLeastPivot); }
+  std::size_t position() const { return position_; }
+
+ private:
+  float best_ = 0.0F;
+  std::size_t position_;
+};
+
+Pivot find_pivot(WorkingSystem& system, std::size_t k) {
+  Pivot pivot(k);
+  for (std::size_t i = k; i < system.size(); ++i) pivot.look_at(system.row(i)[k], i);
+  return pivot;
 }
 
 // row -= m * pivot_row, the right-hand side included.
@@ -113,32 +146,57 @@ void subtract_multiple(typename Mode::Single m, const float* __restrict pivot_ro
   }
 }
 
-// Leaves the solution in the right-hand sides; false for a singular system.
+// Takes column by column out of the rows below; false for a singular system.
 template <class Mode>
-bool solve(WorkingSystem& system) {
+bool eliminate(WorkingSystem& system) {
   using Single = typename Mode::Single;
   const std::size_t n = system.size();
-  // What is left in columns already eliminated is of no use to the solution, but can overflow too.
-  const bool all_columns = !std::is_same_v<Mode, PlainMode> || !system.cannot_overflow();
   for (std::size_t k = 0; k < n; ++k) {
-    const std::size_t pivot = find_pivot(system, k);
-    if (pivot == n) return false;
-    system.exchange(k, pivot);
-    const std::size_t first = all_columns ? 0 : k + 1;
+    const Pivot pivot = find_pivot(system, k);
+    if (!pivot.there()) return false;
+    system.exchange(k, pivot.position());
     const float* pivot_row = system.row(k);
     for (std::size_t i = k + 1; i < n; ++i) {
       float* row = system.row(i);
       const Single m = Single(row[k]) / Single(pivot_row[k]);
-      subtract_multiple<Mode>(m, pivot_row + first, row + first, n + 1 - first);
+      subtract_multiple<Mode>(m, pivot_row, row, n + 1);
     }
   }
-  for (std::size_t i = n; i-- > 0;) {
-    const float* row = system.row(i);
-    Single value = system.right_side(i);
-    for (std::size_t j = i + 1; j < n; ++j) {
-      value = value - Single(row[j]) * Single(system.right_side(j));
+  return true;
+}
+
+// row -= m * pivot_row, on the Doubles that Singles are widened to.
+void subtract_groups(double m, const double* __restrict pivot_row, float* __restrict row,
+                     std::size_t groups) {
+  for (std::size_t j = 0; j < groups * kGroup; ++j) {
+    row[j] = static_cast<float>(static_cast<double>(row[j]) - m * pivot_row[j]);
+  }
+}
+
+// The same on plain numbers where nothing overflows: then what is left in columns that are
+// eliminated already is of no use, and only groups with other columns in them are looked at.
+bool eliminate_in_groups(WorkingSystem& system) {
+  const std::size_t n = system.size();
+  const std::size_t width = system.width();
+  double pivot_row[WorkingSystem::kMost + kGroup];
+  Pivot next = find_pivot(system, 0);
+  for (std::size_t k = 0; k < n; ++k) {
+    if (!next.there()) return false;
+    system.exchange(k, next.position());
+    next = Pivot(k + 1);
+    const std::size_t first = (k + 1) / kGroup * kGroup;
+    const std::size_t groups = (width - first) / kGroup;
+    const float* singles = system.row(k);
+    for (std::size_t j = 0; j < groups * kGroup; ++j) {
+      pivot_row[j] = static_cast<double>(singles[first + j]);
     }
-    system.right_side(i) = Single(value / Single(row[i])).value();
+    const auto divisor = static_cast<double>(singles[k]);
+    for (std::size_t i = k + 1; i < n; ++i) {
+      float* row = system.row(i);
+      const auto m = static_cast<double>(static_cast<float>(static_cast<double>(row[k]) / divisor));
+      subtract_groups(m, pivot_row, row + first, groups);
+      next.look_at(row[k + 1], i);
+    }
   }
   return true;
 }
@@ -147,11 +205,41 @@ bool solve(WorkingSystem& system) {
 // where it was stored, so one look at the end is enough.
 struct Elimination {
   WorkingSystem& system;
+  bool bounded;  // no coefficient can be lost
   bool solved;
 
   const Elimination& value() const { return *this; }
-  bool all_finite() const { return system.all_finite(); }
+  bool all_finite() const {
+    return bounded ? system.right_sides_are_finite() : system.all_finite();
+  }
 };
+
+template <class Mode>
+bool eliminate_by(WorkingSystem& system, bool bounded) {
+  const auto work = [&] { return bounded ? eliminate_in_groups(system) : eliminate<Mode>(system); };
+  if constexpr (std::is_same_v<Mode, PlainMode>) {
+    if (system.size() >= kWorthWide) return in_wide_registers(work);
+  }
+  return work();
+}
+
+// Leaves the solution in the right-hand sides.
+template <class Mode>
+Elimination solve(WorkingSystem& system) {
+  using Single = typename Mode::Single;
+  const bool bounded = std::is_same_v<Mode, PlainMode> && system.cannot_overflow();
+  if (!eliminate_by<Mode>(system, bounded)) return {system, bounded, false};
+  const std::size_t n = system.size();
+  for (std::size_t i = n; i-- > 0;) {
+    const float* row = system.row(i);
+    Single value = system.right_side(i);
+    for (std::size_t j = i + 1; j < n; ++j) {
+      value = value - Single(row[j]) * Single(system.right_side(j));
+    }
+    system.right_side(i) = Single(value / Single(row[i])).value();
+  }
+  return {system, bounded, true};
+}
 
 }  // namespace
 
@@ -169,7 +257,7 @@ void MatrixEquation(const Array2<const float>& A, const Array1<const float>& b, 
     WorkingSystem system(static_cast<std::size_t>(n));
     const Elimination done = speculate(true, [&](auto mode) {
       system.load(A, b);
-      return Elimination{system, solve<decltype(mode)>(system)};
+      return solve<decltype(mode)>(system);
     });
     if (!done.solved) {
       singular = true;
