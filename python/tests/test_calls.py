@@ -155,7 +155,9 @@ def test_every_worked_call(vq, many, tmp_path, monkeypatch):
 def test_every_member_is_there_with_signature_and_words(vq):
     import inspect
     members = 0
+    assert {"accumulate", "MathLib", "errors"} <= set(dir(vq))
     for name, of in vq._classes.items():
+        assert set(inspect.signature(of).parameters) == of._settable
         for member in of._class.members:
             attribute = inspect.getattr_static(of, member.name)
             members += 1
@@ -167,6 +169,12 @@ def test_every_member_is_there_with_signature_and_words(vq):
             assert named == [a.name for a in member.arguments if a.direction != "out"]
     assert members == 2 * 175
     assert vq.MathLib is vq.ztMathLib
+
+
+def test_an_argument_left_out_comes_back_with_what_the_component_made_of_it(vq):
+    info = vq.AnalyseInfo()
+    assert not info.DLLVersion(qLogToFile=False).qLogToFile
+    assert info.DLLVersion()[1:] == ("vqmath63.txt", True)
 
 
 def test_enumerations_are_those_that_programs_are_compiled_against(vq):

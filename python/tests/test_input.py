@@ -2,6 +2,7 @@
 
 import array
 import datetime
+import decimal
 import os
 import pickle
 import resource
@@ -50,6 +51,10 @@ REFUSED = [
     (lambda v: stats(v).Statistics([1], qOK=True), TypeError, "qOK comes back"),
     (lambda v: v.errors("rise"), ValueError, "did you mean 'raise'"),
     (lambda v: v.conversions("loud"), ValueError, "silent"),
+    (lambda v: maths(v).Erf(x=1), TypeError, "no argument 'x'; it takes (xValue)"),
+    (lambda v: v.Object(), TypeError, "make one of them"),
+    (lambda v: v.MathLib.Erf(0.5), TypeError, "wants an object: MathLib().Erf(xValue)"),
+    (lambda v: v.MathLib.Erf(stats(v), 0.5), TypeError, "wants an object"),
     # numbers of arguments
     (lambda v: maths(v).Erf(), TypeError, "takes (xValue); xValue is missing"),
     (lambda v: maths(v).Erf(1, 2), TypeError, "takes (xValue), not 2"),
@@ -59,15 +64,21 @@ REFUSED = [
     (lambda v: maths(v).Erf("1"), TypeError, "xValue has to be a number, not a str"),
     (lambda v: maths(v).Erf(None), TypeError, "has to be a number, not None"),
     (lambda v: maths(v).Erf(1j), TypeError, "has to be a number, not a complex"),
+    (lambda v: maths(v).Erf(np.complex64(1j)), TypeError, "has to be a number, not a complex64"),
+    (lambda v: maths(v).Erf(np.timedelta64(1, "ns")), TypeError, "not a timedelta64"),
+    (lambda v: maths(v).Erf(np.array("1")), TypeError, "has to be a number, not a ndarray"),
+    (lambda v: maths(v).Erf(decimal.Decimal("1e400")), OverflowError, "range of a Double"),
     (lambda v: maths(v).Erf(10**400), OverflowError, "beyond the range of a Double"),
     (lambda v: maths(v).Factorial(2.5), TypeError, "n has to be a whole number, not 2.5"),
     (lambda v: maths(v).Factorial(2**31), OverflowError, "beyond the range of a Long"),
     (lambda v: maths(v).Factorial(float("nan")), TypeError, "whole number"),
     (lambda v: maths(v).ArithmeticDiff(1e39, 1), OverflowError, "beyond the range of a Single"),
-    (put(curve, "IntegrationRule", "Simson"), TypeError, "did you mean 'Simpson'"),
+    (put(curve, "IntegrationRule", "Simson"), TypeError, "did you mean 'IntegrationRule.Simpson'"),
     (lambda v: put(curve, "IntegrationRule", v.Quartile.LowerQuartile)(v), TypeError,
      "one of vqIntegrationRule, not of vqQuartile"),
     (put(profile, "Silent", "no"), TypeError, "True or False"),
+    (put(profile, "Silent", [True]), TypeError, "True or False, not a list"),
+    (put(profile, "Frequency", np.array([3])), TypeError, "has to be a number, not a ndarray"),
     (put(profile, "Period", "quater"), ValueError, "did you mean 'quarter'"),
     (put(profile, "Period", 3), TypeError, "has to be a text"),
     (put(profile, "StartDate", "2023-01-01"), TypeError, "has to be a date"),
@@ -75,12 +86,17 @@ REFUSED = [
     (put(profile, "StartDate", NaT), ValueError, "NaT"),
     (put(profile, "StartDate", np.datetime64("NaT")), ValueError, "NaT"),
     (put(profile, "StartDate", datetime.date(99, 1, 1)), ValueError, "year 100"),
+    (put(profile, "StartDate", np.datetime64("20000")), ValueError, "years 100 to 9999"),
     (put(profile, "StartDate", datetime.datetime(2023, 1, 1, tzinfo=ZONE)), ValueError, "zone"),
     # arrays
     (lambda v: stats(v).Median("123"), TypeError, "xA has texts"),
     (lambda v: stats(v).Median(1.0), ValueError, "array of 1 dimension, not of shape ()"),
     (lambda v: stats(v).Median([[1, 2], [3]]), TypeError, "rows of several lengths"),
-    (lambda v: stats(v).Median(np.array([1, "a"], object)), TypeError, "object array"),
+    (lambda v: stats(v).Median(np.array([1, "a"], object)), TypeError, "[1] is a str"),
+    (lambda v: stats(v).Median([1, None]), TypeError, "[1] is None"),
+    (lambda v: stats(v).Median(np.array([1, 2], object)), TypeError, "object array"),
+    (lambda v: stats(v).Median(pd.array([True, None])), TypeError, "missing values among"),
+    (put(profile, "RateArray", True), ValueError, "array of 1 dimension, not of shape ()"),
     (lambda v: stats(v).Median([1j]), TypeError, "complex"),
     (lambda v: stats(v).Median([True, False]), TypeError, "truths"),
     (lambda v: stats(v).Median(np.array(["2023"], "M8[D]")), TypeError, "dates"),
@@ -113,7 +129,7 @@ TAKEN = [
     np.array([3, 1, 2], "f4"), np.array([3, 1, 2], ">f8"), np.array([3, 1, 2], "u1"),
     np.array([3, 9, 1, 9, 2, 9], "f4")[::2], np.array([2, 1, 3], "f4")[::-1],
     pd.Series([3, 1, 2]), pd.Series([3, 1, 2], dtype="Int64"), pd.Index([3, 1, 2]),
-    np.ma.array([3.0, 1.0, 2.0])]
+    np.ma.array([3.0, 1.0, 2.0]), np.array([3, 1e-300, 2])]
 
 
 @pytest.mark.parametrize("samples", TAKEN, ids=lambda s: type(s).__name__)
@@ -121,7 +137,8 @@ def test_arrays_of_any_make_are_taken_and_kept(vq, samples):
     before = list(samples)
     if isinstance(samples, np.ndarray):
         samples.flags.writeable = False
-    assert vq.Statistics().Median(samples) == 2
+    with np.errstate(all="raise"):
+        assert vq.Statistics().Median(samples) == 2
     assert list(samples) == before
 
 
@@ -182,6 +199,14 @@ def test_dates(vq, date, serial):
     assert np.datetime64(profile.StartData) == np.datetime64(date)
 
 
+def test_the_last_moment_of_a_day_stays_in_it(vq):
+    from vqmath63 import _values
+    for day in (datetime.date(100, 1, 1), datetime.date(9999, 12, 31)):
+        last = datetime.datetime.combine(day, datetime.time.max)
+        assert int(_values.to_date(last)) == _values.to_date(day)
+    assert vq.Accumulate(StartData=last).StartData == last.replace(microsecond=999_000)
+
+
 SHAPES = [((3,), (3,)), ((3, 1), (4,)), ((), (2, 3)), ((1,), (5,)), ((0,), (1,)), ((2, 2), (2, 2))]
 
 
@@ -224,6 +249,8 @@ def test_errors_are_told_as_chosen(vq):
         maths.Squared([1, 1e200, 3, 1e300])
     assert (told.value.failed, told.value.first_failed) == (2, 1)
     assert told.value.result.tolist() == [1, 0, 9, 0]
+    with pytest.raises(vq.Error, match=r"1 of 4 elements failed, the first is \[1, 0\]"):
+        maths.Squared(np.array([[1, 2], [1e200, 4]], order="F"))
     with pytest.raises(vq.Error, match="Overflow"):
         maths.RTD(1e308)
     # What comes back goes to another process too.
@@ -252,6 +279,9 @@ def test_an_object_belongs_to_its_thread(vq):
     maths = vq.MathLib()
     assert "belongs to the thread" in str(in_thread(lambda: maths.Erf(0.5)))
     assert in_thread(lambda: vq.MathLib().Erf(0.5)) == maths.Erf(0.5)
+    for _ in range(50):  # also where a later thread has the number of the one that ended
+        orphan = in_thread(vq.MathLib)
+        assert isinstance(in_thread(lambda: orphan.Squared(1e200)), RuntimeError)
     with vq.errors("list"):  # of this thread alone
         assert isinstance(in_thread(lambda: vq.MathLib().Squared(1e200)), vq.Error)
 
@@ -283,7 +313,8 @@ WITHOUT_NUMPY = """
 import sys
 sys.modules["numpy"] = None
 import array, vqmath63 as vq
-stats, maths = vq.Statistics(), vq.MathLib()
+from vqmath63 import *
+stats, maths = vq.Statistics(), MathLib()
 assert stats.Median([3, 1, 2]) == stats.Median(array.array("f", [3, 1, 2])) == 2.0
 assert stats.RemoveNulls(0, [1, 0, 2]) == ([1.0, 2.0], 2, True)
 assert maths.Max([1, 5], 3) == [3.0, 5.0]

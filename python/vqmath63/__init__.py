@@ -15,9 +15,11 @@ such as `IntegrationRule.Simpson`.
 `errors` chooses how errors are told, `conversions` whether an array that has to be converted is.
 """
 
+from importlib.util import find_spec as _find_spec
 from typing import Any as _Any
 
 from ._arrays import ConversionWarning, conversions
+from ._arrays import numpy as _numpy
 from ._enumerations import all_made as _all_made
 from ._messages import Error, ErrorWarning, Line, errors, lines
 from ._objects import Object
@@ -33,17 +35,28 @@ _FRAMES = {"accumulate": "_accumulation", "statistics": "_tables", "fit": "_tabl
            "inside": "_tables"}
 
 __all__ = ["ConversionWarning", "Error", "ErrorWarning", "Line", "Object", "conversions", "errors",
-           "lines", *_FRAMES, *_classes, *_numbers]
+           "lines", *(_FRAMES if _numpy and _find_spec("pandas") else ()), *_classes, *_numbers]
+
+
+def __dir__() -> list[str]:
+    return sorted({*globals(), *__all__, "__version__"})
 
 
 def __getattr__(name: str) -> _Any:
+    import importlib
+    import importlib.metadata
+
     from ._names import nearest
+    if name == "__version__":
+        try:
+            return importlib.metadata.version(__package__)
+        except importlib.metadata.PackageNotFoundError:
+            raise AttributeError("vqmath63 is not installed, and so has no version") from None
     if name in _FRAMES:
-        import importlib
         try:
             module = importlib.import_module("." + _FRAMES[name], __package__)
         except ModuleNotFoundError as error:
             raise ImportError(f"{name} works on frames and needs {error.name}, which is not "
                               "installed: pip install numpy pandas") from None
         return getattr(module, name)
-    raise AttributeError(f"vqmath63 has no '{name}'" + nearest(name, __all__))
+    raise AttributeError(f"vqmath63 has no '{name}'" + nearest(name, [*__all__, *_FRAMES]))

@@ -15,7 +15,7 @@ from typing import Any
 
 from . import _library as lib
 from ._description import Type
-from ._values import FORMAT, TO, VARIANT_TYPE
+from ._values import FORMAT, TO, VARIANT_TYPE, kind_of
 
 
 def _numpy_if_there() -> Any:
@@ -73,20 +73,37 @@ def is_arraylike(value: Any) -> bool:
     return bool(hasattr(value, "__array__") and getattr(value, "ndim", 0) > 0)
 
 
-def _refuse_kind(kind: str, dtype: object, wanted: str) -> None:
-    words = {"O": "has elements of no number type (an object array); .astype(float) makes numbers",
-             "U": "has texts as elements", "S": "has texts as elements", "c": "has complex numbers",
+def _no_number(given: Any) -> str:
+    """What is wrong with an array of objects: its first element that is no number."""
+    for at, element in numpy.ndenumerate(given):
+        if not isinstance(element, (int, float, numpy.bool_, numpy.number)):
+            where = f"has an element that is no number: {_place(at)} " if at else ""
+            return f"{where}is {kind_of(element)}"
+    return "is an object array; .astype(float) makes numbers of its elements"
+
+
+def _refuse_kind(given: Any, wanted: str) -> None:
+    kind, dtype = given.dtype.kind, given.dtype
+    words = {"U": "has texts as elements", "S": "has texts as elements", "c": "has complex numbers",
              "M": "has dates as elements", "m": "has lengths of time as elements",
              "b": "has truths as elements, not numbers", "V": "is an array of records",
              "f": f"has elements of type {dtype}"}
     noun = {"Boolean": "an array of bool", "Long": "an array of whole numbers"}
-    raise TypeError(f"{words.get(kind, f'has elements of type {dtype}')}; "
-                    f"it has to be {noun.get(wanted, 'an array of numbers')}")
+    told = _no_number(given) if kind == "O" else words.get(kind, f"has elements of type {dtype}")
+    raise TypeError(f"{told}; it has to be {noun.get(wanted, 'an array of numbers')}")
+
+
+def _place(at: Any) -> str:
+    return f"[{', '.join(map(str, at))}]"
+
+
+def place_in(shape: tuple[int, ...], count: int) -> str:
+    """Where element `count` of an array is, as it is written in an index."""
+    return _place(numpy.unravel_index(count, shape) if len(shape) > 1 else (count,))
 
 
 def _first(where: Any) -> str:
-    at = tuple(int(k) for k in numpy.argwhere(where)[0])
-    return f"[{', '.join(map(str, at))}]"
+    return _place(numpy.argwhere(where)[0])
 
 
 def _numbers_of(value: Any) -> Any:
@@ -102,6 +119,8 @@ def _numbers_of(value: Any) -> Any:
     dtype = getattr(value, "dtype", None)
     if dtype is not None and hasattr(dtype, "na_value") and hasattr(value, "to_numpy"):
         kind = getattr(dtype, "kind", "O")
+        if kind == "b" and value.isna().any():
+            raise TypeError("has missing values among truths")
         if kind in "iuf" and value.isna().any():  # pandas' own types with missing values
             return value.to_numpy(dtype="f8", na_value=numpy.nan)
         return value.to_numpy(dtype=getattr(dtype, "numpy_dtype", None))
@@ -124,11 +143,11 @@ def converted(value: Any, wanted: str, argument: str) -> Any:
         return numpy.zeros(given.shape, dtype)  # an empty list has no type
     if wanted == "Boolean":
         if kind not in "biu":
-            _refuse_kind(kind, given.dtype, wanted)
-        made = (given != 0).astype(dtype)
+            _refuse_kind(given, wanted)
+        made = numpy.array(given != 0, dtype)
         numpy.negative(made, out=made)
     elif kind not in "fiu":
-        _refuse_kind(kind, given.dtype, wanted)
+        _refuse_kind(given, wanted)
     elif wanted == "Long":
         if kind == "f":
             bad = ~(given == numpy.trunc(given)) | numpy.isinf(given)
@@ -141,13 +160,13 @@ def converted(value: Any, wanted: str, argument: str) -> Any:
                                 f"{given[bad][0]}")
         made = given.astype(dtype)
     else:
-        with numpy.errstate(over="ignore", invalid="ignore"):
+        with numpy.errstate(all="ignore"):
             made = given.astype(dtype)
-        if wanted == "Single":
+        if kind == "f" and dtype.itemsize < given.dtype.itemsize:
             bad = numpy.isinf(made) & ~numpy.isinf(given)
             if bad.any():
-                raise OverflowError(f"has an element beyond the range of a Single: {_first(bad)} "
-                                    f"is {given[bad][0].item()!r}")
+                raise OverflowError(f"has an element beyond the range of a {wanted}: "
+                                    f"{_first(bad)} is {given[bad][0].item()!r}")
     if isinstance(value, numpy.ndarray) or hasattr(value, "dtype"):
         _tell(f"{given.size} elements of {given.dtype} converted to {wanted}", argument)
     return made

@@ -35,6 +35,8 @@ class Call:
             a, k, member.numbers.get(a.name))) for k, a in places if a.is_input]
         self.scalars = [index for index, (_, _, s) in enumerate(self.loads)
                         if s is not None and s.type != "String"]
+        # Optional inputs that come back, so that there is something to write to.
+        self.come_back = [k for k, a in enumerate(self.inputs) if a.optional and a.is_output]
         self.texts = [CELL * k for k, a in places
                       if a.type.name == "String" and a.type.rank == 0]
         self.empty = [CELL * k for k, a in places if a.direction == "out"] + self.texts
@@ -62,7 +64,8 @@ class Call:
         for name, value in named.items():
             if name not in self.names:
                 output = any(a.name == name for a in self.member.outputs)
-                words = _signature.comes_back(self.member) if output else nearest(name, self.names)
+                words = _signature.comes_back(self.member) if output else (
+                    nearest(name, self.names) or f"; it takes {_signature.takes(self.member)}")
                 raise TypeError(f"{self.name} has no argument '{name}'" + words)
             k = self.names.index(name)
             if bound[k] is not MISSING:
@@ -73,6 +76,9 @@ class Call:
         if missing:
             raise TypeError(f"{self.name} takes {_signature.takes(self.member)}; {listed(missing)} "
                             f"{'is' if len(missing) == 1 else 'are'} missing")
+        for k in self.come_back:
+            if bound[k] is MISSING:
+                bound[k] = self.inputs[k].default
         return bound
 
     def refusal(self, argument: Argument, error: Exception) -> Exception:
@@ -121,7 +127,7 @@ class Call:
                 frame.set_column(k, frame.base + CELL * k, 0)
             self.frames.append(frame)
         if heard:
-            _messages.tell(heard, self.name, result, None, 1)
+            _messages.tell(heard, self.name, result)
         return result
 
     def load(self, frame: Frame, bound: list[Any], left_out: list[int], owned: list[int],

@@ -35,8 +35,10 @@ def number_of(numbers: type[IntEnum]) -> Callable[[Any], int]:
     """Converts to a Long a value that may be one of an enumeration, but of no other."""
     def convert(value: Any) -> int:
         if isinstance(value, str):
+            of = plain(numbers.__name__)
+            near = nearest(f"{of}.{value}", [f"{of}.{name}" for name in numbers.__members__])
             raise TypeError(f"has to be a number or one of {numbers.__name__}, not a "
-                            f"str{nearest(value, numbers.__members__)}: {listed(told(numbers))}")
+                            f"str{near}: {listed(told(numbers))}")
         if isinstance(value, enum.Enum) and not isinstance(value, numbers):
             raise TypeError(f"has to be one of {numbers.__name__}, not of "
                             f"{value.__class__.__name__}: {listed(told(numbers))}")

@@ -58,7 +58,7 @@ def _load() -> ctypes.CDLL:
     try:
         return _open(path)
     except OSError as error:
-        raise ImportError(f"the library of vqmath63 cannot be loaded: {error}. It belongs into the "
+        raise ImportError(f"the library of vqmath63 cannot be loaded: {error}. It belongs in the "
                           "package's folder; VQMATH63_LIBRARY names another place.") from None
 
 

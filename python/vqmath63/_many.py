@@ -91,7 +91,7 @@ def _over_arrays(plan: Call, bound: list[Any], pointer: int, heard: list[str]) -
     code, failures = room.call(bound, arrays, pointer, calls)
     values = [_labelled(out != 0 if type.name == "Boolean" else out, labels, shape)
               for out, (_, type, _) in zip(outputs, plan.back)]
-    return _finish(plan, code, heard, values, failures, calls)
+    return _finish(plan, code, heard, values, failures, shape)
 
 
 def _spread(room: _Columns, place: int, a: Any, shape: tuple[int, ...],
@@ -133,11 +133,11 @@ def _over_lists(plan: Call, bound: list[Any], pointer: int, heard: list[str]) ->
     code, failures = room.call(bound, blocks, pointer, calls)
     values = [[x != 0 for x in out] if type.name == "Boolean" else list(out)
               for out, (_, type, _) in zip(outputs, plan.back)]
-    return _finish(plan, code, heard, values, failures, calls)
+    return _finish(plan, code, heard, values, failures, (calls,))
 
 
 def _finish(plan: Call, code: int, heard: list[str], values: list[Any], failures: lib.Failures,
-            calls: int) -> Any:
+            shape: tuple[int, ...]) -> Any:
     """What comes back, and tells of what failed."""
     result = plan.row(*values) if plan.row is not None else values[0]
     if code < 0:
@@ -148,7 +148,8 @@ def _finish(plan: Call, code: int, heard: list[str], values: list[Any], failures
         heard.insert(0, f"Error:{error.text} (No.{error.number}) "
                         f"In [{plan.member.class_name} (Code) ({plan.member.name})] ")
     if heard:
-        _messages.tell(heard, plan.name, result, failures, calls)
+        _messages.tell(heard, plan.name, result, failures, math.prod(shape),
+                       _arrays.place_in(shape, failures.first))
     return result
 
 

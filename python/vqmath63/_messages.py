@@ -35,8 +35,8 @@ class Line:
 class Error(ArithmeticError):
     """The component reported an error. `number`, `text`, `module` and `routine` are those of the
     first line, `lines` has all of them, `result` what the call returned all the same, and of a call
-    over arrays `failed` the number of elements without a result and `first_failed` the index of the
-    first."""
+    over arrays `failed` the number of elements without a result and `first_failed` the place of the
+    first, row after row (`result.flat[error.first_failed]`)."""
 
     def __init__(self, words: str, lines: list[Line], result: Any = None, failed: int = 1,
                  first_failed: int = 0) -> None:
@@ -149,16 +149,17 @@ def parsed(line: str) -> Line:
     return Line(line, int(found["number"]), found["text"], found["module"], found["routine"])
 
 
-def tell(heard: list[str], name: str, result: Any, failures: lib.Failures | None,
-         calls: int) -> None:
-    """Tells the user of the lines of a call, as chosen."""
+def tell(heard: list[str], name: str, result: Any, failures: lib.Failures | None = None,
+         calls: int = 1, where: str = "") -> None:
+    """Tells the user of the lines of a call, or of many of which the first that failed is at
+    `where`, as chosen."""
     all_lines = [parsed(line) for line in heard]
     heard.clear()
     words = f"{name}: {all_lines[0]}"
     failed, first = 1, 0
     if failures is not None:
         failed, first = failures.count, failures.first
-        words += f"; {failed} of {calls} elements failed, the first is [{first}]"
+        words += f"; {failed} of {calls} elements failed, the first is {where}"
     tell_lines(words, all_lines, result, failed, first)
 
 

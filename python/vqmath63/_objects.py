@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-import threading
+import inspect
 from collections.abc import Callable
 from typing import TYPE_CHECKING, Any
 
@@ -16,22 +16,23 @@ from ._names import listed, nearest
 class Object:
     """An object of the component. It belongs to the thread that makes it."""
 
-    __slots__ = ("_pointer", "_heard", "_thread", "__weakref__")
+    __slots__ = ("_pointer", "_heard", "__weakref__")
     _pointer: int
-    _heard: list[str]
-    _thread: int
+    _heard: list[str]  # by which its thread is known: a number of threads comes again
     _class: Class
     _readable: frozenset[str]
     _settable: frozenset[str]
 
     def __init__(self, *given: Any, **properties: Any) -> None:
+        if not hasattr(type(self), "_class"):
+            raise TypeError("Object is what the classes have in common; make one of them, such as "
+                            "MathLib()")
         if given:
             raise TypeError(f"{self._class.name} takes properties by their names alone"
                             + (f": {listed(sorted(self._settable))}" if self._settable else
                                "; it has none to set"))
         set_own = object.__setattr__
         set_own(self, "_pointer", 0)
-        set_own(self, "_thread", threading.get_ident())
         set_own(self, "_heard", _messages.heard_lines())
         set_own(self, "_pointer", lib.create(self._class.class_id))
         for name, value in properties.items():
@@ -47,7 +48,7 @@ class Object:
                 _messages.log_heard(heard)
 
     def _use(self) -> tuple[int, list[str]]:
-        if threading.get_ident() != self._thread:
+        if _messages.heard_lines() is not self._heard:
             raise RuntimeError(f"this {self._class.name} belongs to the thread that made it; make "
                                "one in each thread that needs one")
         return self._pointer, self._heard
@@ -55,6 +56,8 @@ class Object:
     if not TYPE_CHECKING:  # what is misspelt is for a type checker to see
 
         def __getattr__(self, name: str) -> Any:
+            if name.startswith("_"):
+                raise AttributeError(f"a {type(self).__name__} has no '{name}'")
             if name in self._settable:
                 raise AttributeError(f"{self._class.name}.{name} can be set, but not read")
             known = self._readable | self._settable
@@ -77,8 +80,12 @@ class Object:
         return f"<{self._class.name} of vqmath63>"
 
 
-def _method(call: Call) -> Callable[..., Any]:
+def _method(call: Call, of: Class) -> Callable[..., Any]:
     def method(self: Object, /, *given: Any, **named: Any) -> Any:
+        # The number of a member may be another's in another class.
+        if getattr(self, "_class", None) is not of:
+            raise TypeError(f"{call.name} wants an object: {of.name.removeprefix('zt')}()."
+                            f"{call.member.name}{_signature.takes(call.member)}")
         pointer, heard = self._use()
         return call(pointer, heard, given, named)
 
@@ -116,9 +123,9 @@ def make_class(described: Class) -> type[Object]:
     lets = {m.name: Call(m) for m in described.members if m.kind == "let"}
     for member in described.members:
         if member.kind == "method":
-            body[member.name] = _method(Call(member))
+            body[member.name] = _method(Call(member), described)
         elif member.name in gets and gets[member.name].inputs:  # a property with arguments
-            body[member.name] = _method(gets[member.name])
+            body[member.name] = _method(gets[member.name], described)
         else:
             name = member.name
             get = _getter(gets[name]) if name in gets else _unreadable(name)
@@ -127,6 +134,8 @@ def make_class(described: Class) -> type[Object]:
             body[name] = property(get, put, None, text)
     body["_readable"] = frozenset(m.name for m in described.members if m.kind != "let")
     body["_settable"] = frozenset(lets)
+    body["__signature__"] = inspect.Signature(
+        [inspect.Parameter(name, inspect.Parameter.KEYWORD_ONLY) for name in lets])
     body["__doc__"] = (f"{described.help} ({described.programmatic_id})\n\n"
                        "Properties may be set as it is made, by their names. Belongs to the thread "
                        "that makes it.")

@@ -36,6 +36,7 @@ from ._tables import inside as inside
 from ._tables import statistics as statistics
 from ._tables import volume_factor as volume_factor
 
+__version__: str
 Many = NDArray[Any] | Sequence[float]
 
 '''

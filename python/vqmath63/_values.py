@@ -12,6 +12,7 @@ from . import _library as lib
 
 _EPOCH = datetime.datetime(1899, 12, 30)
 _FIRST_YEAR = 100  # of automation dates
+_LAST_DAY = 2958465  # 9999-12-31, on which dates end here and there
 _LARGEST_LONG = 2**31 - 1
 _LARGEST_SINGLE = math.ldexp(1 - 2.0**-25, 128)  # from here on a Single would be infinite
 
@@ -21,20 +22,29 @@ VARIANT_TYPE = {"Single": lib.R4, "Double": lib.R8, "Long": lib.I4, "Boolean": l
                 "Date": lib.DATE, "String": lib.BSTR}
 
 
-def _kind(value: object) -> str:
-    kind = type(value)
-    return "None" if value is None else f"a {kind.__qualname__}"
+def kind_of(value: object) -> str:
+    name = type(value).__qualname__
+    return "None" if value is None else f"{'an' if name[0] in 'aeiouAEIOU' else 'a'} {name}"
 
 
 def to_double(value: Any) -> float:
-    if isinstance(value, (str, bytes, bytearray, complex, datetime.date)):
-        raise TypeError(f"has to be a number, not {_kind(value)}")
-    try:
+    if isinstance(value, float):
         return float(value)
+    # NumPy makes a float of its texts, lengths of time and complex numbers too.
+    if type(value) is not int and (
+            isinstance(value, (str, bytes, bytearray, complex, datetime.date))
+            or getattr(value, "ndim", 0) != 0
+            or getattr(getattr(value, "dtype", None), "kind", "f") not in "biuf"):
+        raise TypeError(f"has to be a number, not {kind_of(value)}")
+    try:
+        number = float(value)
     except OverflowError:
-        raise OverflowError("is beyond the range of a Double") from None
+        number = math.inf
     except (TypeError, ValueError):
-        raise TypeError(f"has to be a number, not {_kind(value)}") from None
+        raise TypeError(f"has to be a number, not {kind_of(value)}") from None
+    if math.isinf(number) and value != number:
+        raise OverflowError("is beyond the range of a Double")
+    return number
 
 
 def to_single(value: Any) -> float:
@@ -60,14 +70,15 @@ def to_long(value: Any) -> int:
 def to_boolean(value: Any) -> int:
     if isinstance(value, bool):
         return -1 if value else 0
-    if isinstance(value, (str, bytes)) or value is None:
-        raise TypeError(f"has to be True or False, not {_kind(value)}")
-    return -1 if to_double(value) != 0 else 0
+    try:
+        return -1 if to_double(value) != 0 else 0
+    except TypeError:
+        raise TypeError(f"has to be True or False, not {kind_of(value)}") from None
 
 
 def to_text(value: Any) -> str:
     if not isinstance(value, str):
-        raise TypeError(f"has to be a text, not {_kind(value)}")
+        raise TypeError(f"has to be a text, not {kind_of(value)}")
     return value
 
 
@@ -78,8 +89,10 @@ def to_date(value: Any) -> float:
         value = value.astype("datetime64[us]").item()
         if value is None:
             raise ValueError("is NaT, no date")
+        if isinstance(value, int):
+            raise ValueError(f"is not in the years {_FIRST_YEAR} to 9999, which dates have here")
     if not isinstance(value, datetime.date):
-        raise TypeError(f"has to be a date (datetime, datetime64, Timestamp), not {_kind(value)}")
+        raise TypeError(f"has to be a date (datetime, datetime64, Timestamp), not {kind_of(value)}")
     if value != value:
         raise ValueError("is NaT, no date")
     if not isinstance(value, datetime.datetime):
@@ -91,13 +104,17 @@ def to_date(value: Any) -> float:
         raise ValueError(f"is before the year {_FIRST_YEAR}, with which dates begin here")
     since = value - _EPOCH
     fraction = (since.seconds + since.microseconds / 1e6) / 86400
-    return since.days + fraction if since.days >= 0 else since.days - fraction
+    serial = since.days + fraction if since.days >= 0 else since.days - fraction
+    # The last microseconds of a day are not to become another.
+    return serial if math.trunc(serial) == since.days else math.nextafter(serial, 0.0)
 
 
 def from_date(value: float) -> datetime.datetime:
     """The date of an automation date, to the millisecond."""
     whole = math.trunc(value)
     thousandths = round(abs(value - whole) * 86400e3)
+    if whole == _LAST_DAY:
+        thousandths = min(thousandths, 86_399_999)
     return _EPOCH + datetime.timedelta(days=whole, milliseconds=thousandths)
 
 
