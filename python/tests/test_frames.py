@@ -63,6 +63,9 @@ def test_many_wells_are_the_same_to_the_last_bit_however_they_are_spread(vq, job
 def test_each_of_many_wells_is_as_it_is_alone(vq):
     rows = wells()
     alone = vq.accumulate(rows, "quarter", by="well", date="date")
+    levels = rows.set_index(["well", "date"])
+    by_levels = vq.accumulate(levels, "quarter", by="well", date="date")
+    pd.testing.assert_frame_equal(by_levels, alone, check_exact=True)
     for name, own in rows.groupby("well"):
         one = vq.accumulate(own.set_index("date")[["oil", "water"]], "quarter")
         pd.testing.assert_frame_equal(alone.loc[name], one, check_exact=True)
@@ -105,9 +108,12 @@ REFUSED = [
     (lambda v: v.accumulate(FRAME, by="wel"), KeyError, "no column 'wel'"),
     (lambda v: v.accumulate(FRAME, cumulative="oli"), KeyError, "did you mean 'oil'"),
     (lambda v: v.accumulate(FRAME, by=["oil"]), TypeError, "one column is wanted"),
-    (lambda v: v.accumulate(FRAME.reset_index()), TypeError, "date='index' takes those of a column"),
+    (lambda v: v.accumulate(FRAME.reset_index()), TypeError, "date='index' takes those of a column or a level"),
     (lambda v: v.accumulate(FRAME, comulative="oil"), TypeError, "did you mean 'cumulative'"),
     (lambda v: v.accumulate(FRAME, frequency=0), ValueError, "frequency has to be 1 or more"),
+    (lambda v: v.accumulate(FRAME, frequency="2"), TypeError, "frequency has to be a number"),
+    (lambda v: v.accumulate(FRAME.rename_axis("at"), cumulative="at"), ValueError, "no column of"),
+    (lambda v: v.accumulate(FRAME, by=FRAME["oil"]), TypeError, "by its name, not a Series"),
     (lambda v: v.accumulate(FRAME, start="soon"), ValueError, "start has to be a date, not 'soon'"),
     (lambda v: v.accumulate(FRAME, start=pd.Timestamp(0, tz="UTC")), ValueError, "time zone"),
     (lambda v: v.accumulate(FRAME, start="2030-01-01"), ValueError, "no time is covered"),
@@ -116,15 +122,30 @@ REFUSED = [
     (lambda v: v.fit(FRAME, "oil", "water", "exponental"), ValueError, "mean 'exponential'"),
     (lambda v: v.fit(-FRAME, "oil", "water", "power"), ValueError, "no logarithm"),
     (lambda v: v.fit(FRAME * 0, "oil", "water"), ValueError, "two different"),
+    (lambda v: v.fit(FRAME, "oil", "water", []), ValueError, "[] is no type"),
+    (lambda v: v.fit(FRAME.tz_localize("UTC"), None, "oil"), ValueError, "time zone"),
+    (lambda v: v.fit(FRAME * np.inf, "oil", "water"), ValueError, "infinite"),
+    (lambda v: v.fit(FRAME * 1e40, "oil", "water"), OverflowError, "beyond the range of a Single"),
+    (lambda v: v.fit(FRAME, "oil", "water").predict(DAYS), TypeError, "line is over numbers"),
+    (lambda v: v.fit(FRAME, None, "water").predict("2023-01-01"), TypeError, "x: has texts"),
+    (lambda v: v.fit(FRAME, None, "oil").predict(DAYS.tz_localize("UTC")), ValueError, "time zone"),
+    (lambda v: v.fit(FRAME, "oil", "water", "power").predict([1, 0]), ValueError, "has 0.0, which"),
+    (lambda v: v.statistics(FRAME[[]]), ValueError, "no column of numbers"),
+    (lambda v: v.derivative(FRAME["oil"].tz_localize("UTC")), ValueError, "time zone"),
     (lambda v: v.derivative(FRAME), TypeError, "Series"),
     (lambda v: v.derivative(FRAME["oil"], 3), ValueError, "1 or 2"),
     (lambda v: v.derivative(FRAME["oil"][::-1]), ValueError, "ascending"),
     (lambda v: v.derivative(FRAME["oil"][:2], 2), ValueError, "wants 3 samples, not 2"),
     (lambda v: v.derivative(v.accumulate(FRAME, "day")["oil"]), TypeError, "index has intervals"),
-    (lambda v: v.volume_factor(FRAME, ["a"]), TypeError, "points have to be numbers"),
+    (lambda v: v.volume_factor(FRAME, ["1"]), TypeError, "points: has texts"),
+    (lambda v: v.volume_factor(FRAME, pd.Series(DAYS)), TypeError, "points: has dates"),
+    (lambda v: v.volume_factor(FRAME, None), TypeError, "points: is None"),
+    (lambda v: v.volume_factor(FRAME, FRAME), ValueError, "one column, of pressures, not 2"),
     (lambda v: v.volume_factor(FRAME, [1], "gas"), ValueError, "no type of fluid"),
     (lambda v: v.volume_factor(FRAME[["oil"]], [1]), ValueError, "2 columns"),
     (lambda v: v.inside(FRAME, [[1, 2, 3]]), ValueError, "shape"),
+    (lambda v: v.inside(FRAME, [["1", "2"]] * 3), TypeError, "the cell: has texts"),
+    (lambda v: v.inside(FRAME, [[1, 2]] * 2), ValueError, "three corners or more, not 2"),
 ]
 
 
@@ -161,6 +182,8 @@ def test_statistics_agree_with_numpy(vq):
             made.loc[["count", "mean", "std", "std_n", "min", "max", "median", "sum"], name],
             [len(x), x.mean(), x.std(ddof=1), x.std(), x.min(), x.max(), np.median(x), x.sum()],
             rtol=2e-5)
+    made = vq.statistics(frame["oil"] + 1e6)
+    assert made.loc["std", "oil"] == pytest.approx(frame["oil"].std(), rel=1e-6)
 
 
 # Samples on the line itself.
@@ -177,6 +200,13 @@ def test_a_fit_finds_the_line_of_its_type(vq, type, line):
     np.testing.assert_allclose(made.predict(x), line(x), rtol=3e-5)
 
 
+@pytest.mark.parametrize("offset", [2015, 46_000, 1e7])
+def test_a_fit_is_not_lost_far_from_the_origin(vq, offset):
+    made = vq.fit(pd.DataFrame({"x": offset + np.arange(9), "y": 5e6 - np.arange(9) / 4}), "x", "y")
+    assert (made.B, made.R) == (-0.25, -1)
+    assert made.A == 5e6 + offset / 4
+
+
 def test_dates_count_in_days_from_the_first(vq):
     days = pd.Series([0.0, 4.0, 16.0, 36.0], pd.to_datetime(["2020-01-01", "2020-01-03",
                                                              "2020-01-05", "2020-01-07"]))
@@ -187,6 +217,9 @@ def test_dates_count_in_days_from_the_first(vq):
     periods = pd.interval_range(DAYS[0], freq="2D", periods=3)
     line = vq.fit(pd.DataFrame({"y": [3.0, 7.0, 11.0]}, periods), None, "y")
     assert (line.A, line.B) == pytest.approx((1, 2), rel=1e-6)
+    assert line.predict(DAYS[1]) == pytest.approx(3, rel=1e-6)
+    assert line.predict(periods) == pytest.approx([3, 7, 11], rel=1e-6)
+    assert line.predict(DAYS[:2].to_numpy()) == pytest.approx(line.predict([0, 1]), rel=1e-12)
 
 
 def test_volume_factors_and_places(vq):

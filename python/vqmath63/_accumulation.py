@@ -12,6 +12,7 @@ import numpy as np
 from . import _frames, _messages
 from ._names import listed, nearest
 from ._spreading import spread
+from ._values import kind_of, to_long
 
 _NS_PER_MINUTE = 60 * 10**9
 _UNITS = (("day", 1440), ("hour", 60), ("minute", 1))
@@ -111,11 +112,20 @@ def _many(work: list[tuple[Any, Any]], settings: _Settings) -> list[Any]:
 def _check_period(word: str) -> None:
     from . import Accumulate
     if not isinstance(word, str):
-        raise TypeError(f"period has to be a word, not a {type(word).__qualname__}")
+        raise TypeError(f"period has to be a word, not {kind_of(word)}")
     known = next(m for m in Accumulate._class.members
                  if m.name == "Period" and m.kind == "let").words["value"]
     if word.lower() not in known:
         raise ValueError(f"'{word}' is no period{nearest(word, known)}: {listed(known)}")
+
+
+def _check_frequency(frequency: Any) -> None:
+    try:
+        number = to_long(frequency)
+    except (TypeError, OverflowError) as error:
+        raise error.__class__(f"frequency {error}") from None
+    if number < 1:
+        raise ValueError(f"frequency has to be 1 or more, not {frequency!r}")
 
 
 def _tell_doubled(dates: Any, profiles: list[Any], by: Any) -> None:
@@ -167,13 +177,14 @@ def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any =
     groups_of = None if by is None else _frames.column(frame, by)
     series = _frames.number_columns(frame, {by, date} - {None})
     if isinstance(cumulative, str) or not np.iterable(cumulative):
-        cumulative = [cumulative]
+        cumulative = [] if cumulative is None else [cumulative]
     for name in cumulative:
         _frames.column(frame, name)
+        if name not in series:
+            raise ValueError(f"cumulative names {name!r}, which is no column of numbers here")
     values = np.column_stack([_frames.singles(frame[name]) for name in series])
     first = None if start is None else _frames.moment(start, "start")
-    if frequency < 1:
-        raise ValueError(f"frequency has to be 1 or more, not {frequency!r}")
+    _check_frequency(frequency)
     settings = _Settings(period, frequency, tuple(name not in cumulative for name in series), first)
 
     groups: list[tuple[Any, Any]] = [(None, slice(None))]

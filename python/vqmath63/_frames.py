@@ -11,8 +11,9 @@ from typing import Any, TypeVar, cast
 import numpy as np
 
 from ._names import listed, nearest
+from ._values import kind_of
 
-
+_FIRST_YEAR, _LAST_YEAR = 1678, 2261  # that nanoseconds have whole
 Function = TypeVar("Function", bound=Callable[..., Any])
 
 
@@ -46,7 +47,7 @@ def frame_of(frame: Any, what: str = "frame") -> Any:
         frame = frame.to_frame(frame.name if frame.name is not None else "value")
     if not isinstance(frame, pd.DataFrame):
         has = "have" if what == "points" else "has"
-        raise TypeError(f"{what} {has} to be a DataFrame, not a {type(frame).__qualname__}")
+        raise TypeError(f"{what} {has} to be a DataFrame, not {kind_of(frame)}")
     if not frame.columns.is_unique:
         doubled = frame.columns[frame.columns.duplicated()].unique()
         raise ValueError(f"{what} has columns of one name: {listed(map(repr, doubled))}")
@@ -56,12 +57,14 @@ def frame_of(frame: Any, what: str = "frame") -> Any:
 
 
 def column(frame: Any, name: Any) -> Any:
-    """A column by its name, or the index by its."""
-    if isinstance(name, (list, set, dict)):
-        raise TypeError(f"one column is wanted, not a {type(name).__qualname__}: {name!r}")
+    """A column by its name, or the index, or a level of it, by its."""
+    try:
+        hash(name)
+    except TypeError:
+        raise TypeError(f"one column is wanted, by its name, not {kind_of(name)}") from None
     if name not in frame.columns:
-        if name is not None and name == frame.index.name:
-            return frame.index.to_series()
+        if name is not None and name in frame.index.names:
+            return frame.index.get_level_values(name).to_series()
         raise KeyError(f"there is no column {name!r}{nearest(str(name), map(str, frame.columns))}")
     return frame[name]
 
@@ -74,20 +77,26 @@ def numbers(series: Any, name: Any) -> Any:
         words = ""
         if series.dtype == object:
             words = "; pandas.to_numeric makes them of texts, and to_datetime dates"
-        where = "the index" if name is None else f"column {name!r}"
-        raise TypeError(f"{where} has elements of type {series.dtype}, not numbers{words}")
+        raise TypeError(f"{named(name)} has elements of type {series.dtype}, not numbers{words}")
     return series.to_numpy(dtype="f8", na_value=np.nan)
 
 
 def singles(series: Any) -> Any:
     """The same as Singles, for which the numbers must not be too large."""
-    wide = numbers(series, series.name)
-    with np.errstate(over="ignore"):
+    return narrowed(numbers(series, series.name), series.name)
+
+
+def named(name: Any) -> str:
+    return "the index" if name is None else f"column {name!r}"
+
+
+def narrowed(wide: Any, name: Any) -> Any:
+    """Doubles of a column, or of the index without a name, as Singles."""
+    with np.errstate(all="ignore"):
         narrow = wide.astype("f4")
     lost = np.isinf(narrow) & ~np.isinf(wide)
     if lost.any():
-        raise OverflowError(f"column {series.name!r} has "
-                            f"{wide[lost][0]}, beyond the range of a Single")
+        raise OverflowError(f"{named(name)} has {wide[lost][0]}, beyond the range of a Single")
     return narrow
 
 
@@ -111,31 +120,40 @@ def dates_of(frame: Any, date: Any) -> Any:
         if pd.api.types.is_datetime64_any_dtype(given):
             given = pd.DatetimeIndex(given)
     if not isinstance(given, pd.DatetimeIndex):
-        others = [repr(name) for name in frame.columns
-                  if pd.api.types.is_datetime64_any_dtype(frame[name])]
-        words = f"; date={others[0]} takes those of a column" if others else (
+        others = [repr(name) for name in [*frame.columns, *filter(None, frame.index.names)]
+                  if pd.api.types.is_datetime64_any_dtype(column(frame, name))]
+        words = f"; date={others[0]} takes those of a column or a level" if others else (
             "; pandas.to_datetime makes them of texts, and `date=` names the column that has them")
         raise TypeError(f"{what} has to have dates{words}")
-    if given.tz is not None:
-        raise ValueError(f"{what} has a time zone; dates here are local ones: .tz_localize(None)")
+    refuse_zone(given, what)
     if given.hasnans:
         raise ValueError(f"{what} has missing dates (NaT)")
-    return given.to_numpy().astype("datetime64[ns]")
+    dates = given.to_numpy()
+    if dates.dtype != "datetime64[ns]":
+        years = dates.astype("datetime64[Y]").astype(int) + 1970
+        if years.min() < _FIRST_YEAR or years.max() > _LAST_YEAR:
+            raise ValueError(f"{what} has dates outside the years {_FIRST_YEAR} to {_LAST_YEAR}")
+    return dates.astype("datetime64[ns]")
+
+
+def refuse_zone(dates: Any, what: str) -> None:
+    """Refuses dates of a time zone, of which days may have 23 or 25 hours."""
+    if dates.tz is not None:
+        raise ValueError(f"{what} has a time zone; dates here are local ones: .tz_localize(None)")
 
 
 def moment(date: Any, what: str) -> Any:
     """A date of any make as datetime64[ns]."""
     pd = pandas()
     if not isinstance(date, (str, datetime.date, np.datetime64)):
-        raise TypeError(f"{what} has to be a date, not a {type(date).__qualname__}")
+        raise TypeError(f"{what} has to be a date, not {kind_of(date)}")
     try:
         made = pd.Timestamp(date)
     except ValueError:
         raise ValueError(f"{what} has to be a date, not {date!r}") from None
     if made is pd.NaT:
         raise ValueError(f"{what} is NaT, no date")
-    if made.tz is not None:
-        raise ValueError(f"{what} has a time zone; dates here are local ones: .tz_localize(None)")
+    refuse_zone(made, what)
     return made.to_datetime64().astype("datetime64[ns]")
 
 

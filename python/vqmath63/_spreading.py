@@ -8,6 +8,8 @@ from collections.abc import Callable, Iterator
 from concurrent.futures import Executor, ProcessPoolExecutor
 from typing import Any
 
+from ._values import kind_of
+
 _PART_COST = 200_000  # of a part, unless there are fewer than enough of them
 _PARTS_A_WORKER = 4  # so that none waits long for the last
 _SOME_WORKERS = 16  # of a pool that does not tell how many it has
@@ -18,7 +20,7 @@ def _processes(jobs: Any) -> int:
         count = operator.index(jobs)
     except TypeError:
         raise TypeError("jobs has to be a number of processes, an executor of concurrent.futures "
-                        f"or a Dask client, not a {type(jobs).__qualname__}") from None
+                        f"or a Dask client, not {kind_of(jobs)}") from None
     if count < 0:
         raise ValueError(f"jobs has to be a number of processes, 0 for one a processor, not {count}")
     return count or os.cpu_count() or 1

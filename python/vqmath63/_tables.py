@@ -2,35 +2,42 @@
 
 from __future__ import annotations
 
+import datetime
 from typing import Any, NamedTuple
 
 import numpy as np
 
 from . import _frames
+from ._arrays import converted
 from ._names import listed, nearest
+from ._values import kind_of
 
-_MEASURES = {"mean": "xBar", "std": "xSigmaN1", "std_n": "xSigmaN", "min": "xMin", "max": "xMax",
-             "median": "xMedian", "mode": "xMode", "sum": "SigmaX", "sum_of_squares": "SigmaX2"}
+_SPREADS = {"std": "xSigmaN1", "std_n": "xSigmaN"}
+_MEASURES = {"mean": "xBar", **_SPREADS, "min": "xMin", "max": "xMax", "median": "xMedian",
+             "mode": "xMode", "sum": "SigmaX", "sum_of_squares": "SigmaX2"}
 
 
 @_frames.spelt
 def statistics(frame: Any) -> Any:
     """A frame of measures, a row each, of the columns of a frame, by ztStatistics: count, mean,
     standard deviations with divisors n - 1 and n, extremes, quartiles, median, mode and sums.
-    Missing values (NaN) are left out. The sums are Singles, as the component forms them: a spread
-    that is a small part of its mean wants the mean taken off first."""
+    Missing values (NaN) are left out. The sums are Singles, as the component forms them; the
+    deviations are formed with the mean taken off first."""
     from . import Statistics
     pd = _frames.pandas()
     frame = _frames.frame_of(frame)
     made = {}
-    for name in frame.columns:
-        values = _frames.singles(frame[name])
-        values = values[~np.isnan(values)]
+    for name in _frames.number_columns(frame, set()):
+        wide = _frames.numbers(frame[name], name)
+        wide = wide[~np.isnan(wide)]
+        values = _frames.narrowed(wide, name)
         measures = {"count": float(len(values))}
         if len(values):
             summary = Statistics()
             summary.Statistics(values)
             measures |= {word: getattr(summary, get) for word, get in _MEASURES.items()}
+            summary.Statistics(_frames.narrowed(wide - wide.mean(), name))
+            measures |= {word: getattr(summary, get) for word, get in _SPREADS.items()}
             measures |= {"quartile_1": summary.Quartile(values, 1),
                          "quartile_3": summary.Quartile(values, 3)}
         made[name] = measures
@@ -40,17 +47,23 @@ def statistics(frame: Any) -> Any:
 
 class Fit(NamedTuple):
     """A line through samples: f(y) = A + B g(x), where the type tells which of the two is the
-    logarithm, with the correlation coefficient R."""
+    logarithm, with the correlation coefficient R. Where x was dates, it counts in days from
+    `origin`."""
 
     A: float
     B: float
     R: float
     type: str
+    origin: Any = None
 
     def predict(self, x: Any) -> Any:
-        """y of the line at x."""
+        """y of the line at x: numbers, or dates where the line is over dates, the periods of
+        `accumulate` by their middles."""
         log_x, log_y = _FITS[self.type]
-        line = self.A + self.B * (np.log(x) if log_x else np.asarray(x, dtype="f8"))
+        places = _places(x, self.origin)
+        if log_x and not (places > 0).all():
+            raise ValueError(f"x has {places[~(places > 0)][0]}, which has no logarithm")
+        line = self.A + self.B * (np.log(places) if log_x else places)
         return np.exp(line) if log_y else line
 
 
@@ -65,42 +78,72 @@ def fit(frame: Any, x: Any, y: Any, type: str = "linear") -> Fit:
     "logarithmic" y = A + B ln x, "exponential" ln y = A + B x, "power" ln y = A + B ln x. Rows with
     a missing value are left out; where a logarithm is taken, numbers have to be above 0. Dates as x
     count in days from the first one on, and the periods of `accumulate` by their middles, in days
-    from the beginning of the first; `x=None` takes the index."""
+    from the beginning of the first; `x=None` takes the index. The component, whose sums are
+    Singles, fits the samples with their means taken off."""
     from . import Regression
-    if type not in _FITS:
-        raise ValueError(f"'{type}' is no type of fit{nearest(str(type), _FITS)}: {listed(_FITS)}")
+    if not isinstance(type, str) or type not in _FITS:
+        raise ValueError(f"{type!r} is no type of fit{nearest(str(type), _FITS)}: {listed(_FITS)}")
     frame = _frames.frame_of(frame)
     log_x, log_y = _FITS[type]
-    xs = _abscissae(frame, x)
+    xs, origin = _abscissae(frame, x)
     ys = _frames.numbers(_frames.column(frame, y), y)
     there = ~(np.isnan(xs) | np.isnan(ys))
-    xs, ys = xs[there], ys[there]
-    for values, name, logarithm in ((xs, x, log_x), (ys, y, log_y)):
+    sides = []
+    for values, name, logarithm in ((xs[there], x, log_x), (ys[there], y, log_y)):
+        if np.isinf(values).any():
+            raise ValueError(f"{_frames.named(name)} has an infinite value")
         if logarithm and not (values > 0).all():
-            where = "the index" if name is None else f"column {name!r}"
-            raise ValueError(f"{where} has {values[~(values > 0)][0]}, which has no logarithm; "
-                             "leave such rows out")
-    if len(np.unique(xs.astype("f4"))) < 2:
+            raise ValueError(f"{_frames.named(name)} has {values[~(values > 0)][0]}, which has no "
+                             "logarithm; leave such rows out")
+        wide = np.log(values) if logarithm else values
+        _frames.narrowed(wide, name)
+        mean = wide.mean() if len(wide) else 0.0
+        sides.append((mean, _frames.narrowed(wide - mean, name)))
+    (x_mean, from_x), (y_mean, from_y) = sides
+    if len(np.unique(from_x)) < 2:
         raise ValueError("a line wants two different abscissae")
-    line = Regression(RegressionType="Exponential" if log_y else "Linear")
-    line.Regression(np.log(xs).astype("f4") if log_x else xs.astype("f4"), ys.astype("f4"), None)
-    return Fit(line.A, line.B, line.R, type)
+    line = Regression(RegressionType="Linear")
+    line.Regression(from_x, from_y, None)
+    return Fit(float(y_mean + (line.A - line.B * x_mean)), line.B, line.R, type, origin)
 
 
-def _abscissae(frame: Any, x: Any) -> Any:
-    """Numbers as they are, dates as days from the first on, and intervals of dates by their middles
-    as days from the beginning of the first."""
+def _abscissae(frame: Any, x: Any) -> tuple[Any, Any]:
+    return _days(frame.index.to_series() if x is None else _frames.column(frame, x), x, None)
+
+
+def _days(series: Any, name: Any, origin: Any) -> tuple[Any, Any]:
+    """Numbers as they are; or dates as days from the origin on, else from the first, and intervals
+    of dates by their middles and from the beginning of the first, with that origin."""
     pd = _frames.pandas()
-    series = frame.index.to_series() if x is None else _frames.column(frame, x)
-    first = None
     if isinstance(series.dtype, pd.IntervalDtype):
         intervals = series.array
-        series, first = pd.Series(intervals.mid), intervals.left.min()
+        if origin is None:
+            origin = intervals.left.min()
+        series = pd.Series(intervals.mid)
     if not pd.api.types.is_datetime64_any_dtype(series.dtype):
-        return _frames.numbers(series, x)
-    dates = series.dt.tz_localize(None) if series.dt.tz is not None else series
-    since = dates - (dates.min() if first is None else first)
-    return (since / pd.Timedelta(days=1)).to_numpy(dtype="f8")
+        return _frames.numbers(series, name), None
+    _frames.refuse_zone(series.dt, _frames.named(name))
+    if origin is None:
+        origin = series.min()
+    return ((series - origin) / pd.Timedelta(days=1)).to_numpy(dtype="f8"), origin
+
+
+def _places(x: Any, origin: Any) -> Any:
+    """Places on a line as Doubles, dates as days from the origin."""
+    pd = _frames.pandas()
+    single = isinstance(x, (datetime.date, np.datetime64))
+    if single:
+        x = np.asarray(_frames.moment(x, "x"))
+    if isinstance(x, np.ndarray) and x.dtype.kind == "M":
+        series = pd.Series(x.ravel())
+    elif isinstance(x, (pd.Series, pd.Index)):
+        series = pd.Series(x)
+    else:
+        return _doubles(x, "x")
+    days, counted_from = _days(series, "x", origin)
+    if origin is None and counted_from is not None:
+        raise TypeError("x has dates; the line is over numbers")
+    return days[0] if single else days.reshape(np.shape(x))
 
 
 @_frames.spelt
@@ -110,14 +153,14 @@ def derivative(series: Any, order: int = 1) -> Any:
     from . import Differentiate
     pd = _frames.pandas()
     if not isinstance(series, pd.Series):
-        raise TypeError(f"a derivative wants a Series, not a {type(series).__qualname__}")
-    if order not in (1, 2):
+        raise TypeError(f"a derivative wants a Series, not {kind_of(series)}")
+    if not isinstance(order, int) or order not in (1, 2):
         raise ValueError(f"order has to be 1 or 2, not {order!r}")
     frame = _frames.frame_of(series)
     if isinstance(frame.index, pd.IntervalIndex):
         raise TypeError("the index has intervals; a derivative wants places, such as their ends: "
                         "series.set_axis(series.index.right)")
-    xs, ys = _abscissae(frame, None), _frames.numbers(series, series.name)
+    (xs, _), ys = _abscissae(frame, None), _frames.numbers(series, series.name)
     if len(xs) <= order:
         raise ValueError(f"a derivative of order {order} wants {order + 1} samples, not {len(xs)}")
     if np.isnan(xs).any() or np.isnan(ys).any():
@@ -145,8 +188,8 @@ def volume_factor(table: Any, points: Any, type: str = "dead") -> Any:
     from . import Petroleum
     pd = _frames.pandas()
     columns = {"dead": 2, "water": 3, "live": 3}
-    if type not in columns:
-        raise ValueError(f"'{type}' is no type of fluid{nearest(str(type), columns)}: "
+    if not isinstance(type, str) or type not in columns:
+        raise ValueError(f"{type!r} is no type of fluid{nearest(str(type), columns)}: "
                          f"{listed(columns)}")
     table = _frames.frame_of(table, "the table")
     if table.shape[1] < columns[type]:
@@ -167,7 +210,11 @@ def volume_factor(table: Any, points: Any, type: str = "dead") -> Any:
             first[starts], starts + 1, len(starts), second, third[0], len(second),
             _frames.singles(places.iloc[:, 0]), _frames.singles(places.iloc[:, 1]), 0.0)
         return _answer(made, places.index)
-    pressures = points.iloc[:, 0] if isinstance(points, pd.DataFrame) else points
+    pressures = points
+    if isinstance(points, pd.DataFrame):
+        if points.shape[1] != 1:
+            raise ValueError(f"points have one column, of pressures, not {points.shape[1]}")
+        pressures = points.iloc[:, 0]
     given = np.atleast_1d(_doubles(pressures, "points"))
     if type == "dead":
         if not (np.diff(first) > 0).all():
@@ -179,12 +226,15 @@ def volume_factor(table: Any, points: Any, type: str = "dead") -> Any:
 
 
 def _doubles(value: Any, what: str) -> Any:
-    """An array of Doubles of any array-like."""
+    """An array of Doubles of any array-like of numbers; a missing value is NaN."""
+    pd = _frames.pandas()
+    if isinstance(value, pd.DataFrame):
+        return np.column_stack([_frames.numbers(value[name], name)
+                                for name in _frames.frame_of(value, what).columns])
     try:
-        return np.asarray(value, dtype="f8")
-    except (TypeError, ValueError):
-        have = "have" if what == "points" else "has"
-        raise TypeError(f"{what} {have} to be numbers, in rows of one length") from None
+        return converted(value, "Double", what)
+    except TypeError as error:
+        raise TypeError(f"{what}: {error}") from None
 
 
 def _answer(made: Any, index: Any) -> Any:
@@ -212,6 +262,8 @@ def inside(points: Any, cell: Any) -> Any:
     wanted = 2 if polygon else 3
     if points.shape[1] < wanted:
         raise ValueError(f"points have {wanted} coordinates, not {points.shape[1]}")
+    if polygon and len(corners) < 3:
+        raise ValueError(f"a polygon has three corners or more, not {len(corners)}")
     x, y, *z = (_frames.singles(points.iloc[:, k]) for k in range(wanted))
     if np.isnan(corners).any():
         raise ValueError("the cell has missing coordinates")
