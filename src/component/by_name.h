@@ -166,6 +166,7 @@ static inline int vq_lend_array_(VqLibrary* vq, VqPlace_* place, const char* nam
   const size_t size = vq_size_(place->type);
   size_t row, column;
   if (value->type < VQ_SINGLES) return vq_fail_(vq, "%s has to be an array", name);
+  if (value->data == NULL && rows > 0) return vq_fail_(vq, "%s is an array without memory", name);
   if (place->rank == 1 && value->columns > 1) return vq_fail_(vq, "%s has to be a list", name);
   if (rows > INT32_MAX - 1 || columns > INT32_MAX - 1) return vq_fail_(vq, "%s is too long", name);
   array->dimensions = (uint16_t)place->rank;
@@ -194,7 +195,9 @@ static inline int vq_lend_(VqLibrary* vq, VqPlace_* place, const char* name, con
   if (value->type == VQ_NOTHING) return 1;
   if (place->rank > 0) return vq_lend_array_(vq, place, name, value);
   if (place->type == VQ_TEXT) {
-    if (value->type != VQ_TEXT) return vq_fail_(vq, "%s has to be a text", name);
+    if (value->type != VQ_TEXT || value->text == NULL) {
+      return vq_fail_(vq, "%s has to be a text", name);
+    }
     place->at.text = vq_utf16_(vq, value->text);
     return place->at.text != NULL || vq_fail_(vq, "%s: out of memory", name);
   }
@@ -320,6 +323,13 @@ static inline int vq_set(VqObject* object, const char* property, VqValue value) 
   return vq_invoke_(object, 4, property, &value, 1, NULL);
 }
 
+static inline unsigned vq_count_(const char* line) {
+  unsigned count = 0;
+  size_t length;
+  while (vq_field_(line, 5 + 4 * (int)count, &length), length != 0) ++count;
+  return count;
+}
+
 /* Makes `calls` calls of a method at the cost of a native loop; `result.first` is null where there
  * is no result. An element that fails gets the member's zero; `failed` (null: not wanted) tells how
  * many did, and which was the first, from 0, else -1. */
@@ -329,6 +339,12 @@ static inline int vq_call_many(VqObject* object, const char* method, int64_t cal
   const char* line = vq_member_(object, 0, method);
   int32_t code;
   if (line == NULL) return 0;
+  if (count != vq_count_(line)) {
+    snprintf(object->library->error, sizeof object->library->error,
+             "%s has %u arguments, and so many columns; there are %u", method, vq_count_(line),
+             count);
+    return 0;
+  }
   code = object->library->call_many(object->pointer, vq_id_of_(line), 1, calls, arguments, count,
                                     result.first == NULL ? NULL : &result, failed);
   return code >= 0 || vq_failed_(object->library, method, code);

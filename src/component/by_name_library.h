@@ -207,10 +207,23 @@ static inline void* vq_load_(const char* path) {
 #endif
 }
 
+static inline void vq_close(VqLibrary* vq) {
+  if (vq->handle == NULL) return;
+  if (vq->take_line != NULL) vq->set_callback(NULL, NULL);
+#ifdef _WIN32
+  FreeLibrary((HMODULE)vq->handle);
+#else
+  dlclose(vq->handle);
+#endif
+  vq->handle = NULL;
+  vq->take_line = NULL;
+}
+
 /* Opens the library: `path`, else what the environment's VQMATH63_LIBRARY names, else the one that
  * the system finds by its name. */
 static inline int vq_open(VqLibrary* vq, const char* path) {
   void* automation;
+  int found;
   memset(vq, 0, sizeof *vq);
   if (path == NULL) path = getenv("VQMATH63_LIBRARY");
 #ifdef _WIN32
@@ -223,23 +236,39 @@ static inline int vq_open(VqLibrary* vq, const char* path) {
 #ifndef _WIN32
   automation = vq->handle;
 #endif
-  if (vq->handle == NULL || automation == NULL) return vq_fail_(vq, "%s cannot be opened", path);
-  return vq_find_(vq, vq->handle, "VqDescribe", &vq->describe) &&
-         vq_find_(vq, vq->handle, "VqCallMany", &vq->call_many) &&
-         vq_find_(vq, vq->handle, "VqSetMessageCallback", &vq->set_callback) &&
-         vq_find_(vq, vq->handle, "VqLastMessage", &vq->last_message) &&
-         vq_find_(vq, vq->handle, "DllGetClassObject", &vq->class_object) &&
-         vq_find_(vq, automation, "SysAllocStringLen", &vq->new_text) &&
-         vq_find_(vq, automation, "SysStringLen", &vq->text_length) &&
-         vq_find_(vq, automation, "SysFreeString", &vq->free_text) &&
-         vq_find_(vq, automation, "SafeArrayCreate", &vq->new_array) &&
-         vq_find_(vq, automation, "SafeArrayDestroy", &vq->free_array) &&
-         vq_find_(vq, automation, "GetErrorInfo", &vq->error_info);
+  if (vq->handle == NULL || automation == NULL) {
+#ifdef _WIN32
+    return vq_fail_(vq, "%s cannot be opened", path);
+#else
+    const char* reason = dlerror();
+    return vq_fail_(vq, "the library cannot be opened: %s", reason == NULL ? path : reason);
+#endif
+  }
+  found = vq_find_(vq, vq->handle, "VqDescribe", &vq->describe) &&
+          vq_find_(vq, vq->handle, "VqCallMany", &vq->call_many) &&
+          vq_find_(vq, vq->handle, "VqSetMessageCallback", &vq->set_callback) &&
+          vq_find_(vq, vq->handle, "VqLastMessage", &vq->last_message) &&
+          vq_find_(vq, vq->handle, "DllGetClassObject", &vq->class_object) &&
+          vq_find_(vq, automation, "SysAllocStringLen", &vq->new_text) &&
+          vq_find_(vq, automation, "SysStringLen", &vq->text_length) &&
+          vq_find_(vq, automation, "SysFreeString", &vq->free_text) &&
+          vq_find_(vq, automation, "SafeArrayCreate", &vq->new_array) &&
+          vq_find_(vq, automation, "SafeArrayDestroy", &vq->free_array) &&
+          vq_find_(vq, automation, "GetErrorInfo", &vq->error_info);
+  if (!found) vq_close(vq);
+  return found;
+}
+
+/* Whether the library is open; the reason why it could not be opened stays in `error`. */
+static inline int vq_is_open_(VqLibrary* vq) {
+  if (vq->handle == NULL && vq->error[0] == '\0') vq_fail_(vq, "the library is closed%s", "");
+  return vq->handle != NULL;
 }
 
 /* Has this thread's error lines handed to `take`; without one they go to the standard error stream,
  * or into the log. */
 static inline int vq_on_line(VqLibrary* vq, VqTakeLine take, void* context) {
+  if (!vq_is_open_(vq)) return 0;
   vq->take_line = take;
   vq->context = context;
   return vq->set_callback(take == NULL ? NULL : &vq_line_, vq) >= 0 ||
@@ -253,6 +282,7 @@ static inline char* vq_describe(VqLibrary* vq, const char* name) {
   static const char kPrefix[] = "vq140Analyse.";
   uint16_t *wide = NULL, *text = NULL;
   char* lines = NULL;
+  if (!vq_is_open_(vq)) return NULL;
   if (name != NULL && *name != '\0') {
     const size_t length = strlen(name);
     char* id = (char*)malloc(sizeof kPrefix + length);
@@ -296,18 +326,8 @@ static inline int vq_failed_(VqLibrary* vq, const char* name, int32_t code) {
 /* The last error line of this thread, once; for free(). */
 static inline char* vq_last_line(VqLibrary* vq) {
   uint16_t* text = NULL;
+  if (!vq_is_open_(vq)) return NULL;
   return vq->last_message(0, &text) >= 0 ? vq_taken_(vq, text) : NULL;
-}
-
-static inline void vq_close(VqLibrary* vq) {
-  if (vq->set_callback != NULL && vq->take_line != NULL) vq->set_callback(NULL, NULL);
-  if (vq->handle == NULL) return;
-#ifdef _WIN32
-  FreeLibrary((HMODULE)vq->handle);
-#else
-  dlclose(vq->handle);
-#endif
-  vq->handle = NULL;
 }
 
 /* Frees a text or an array of the component's; of other values nothing. */

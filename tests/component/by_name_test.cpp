@@ -139,6 +139,7 @@ TEST(ByNameHeaderTest, refuses_what_does_not_fit_and_says_why) {
       {"Integral", {x, vq_doubles(huge, 3)}, "yVals has an element that does not fit"},
       {"Integral", {x, vq_number(1)}, "yVals has to be an array"},
       {"Integral", {x, vq_table(time, 1, 2)}, "yVals has to be a list"},
+      {"Integral", {x, vq_doubles(nullptr, 3)}, "yVals is an array without memory"},
       {"Integral", {x, y, y}, "there are too many arguments"},
       {"Integrals", {x, y}, "there is no member Integrals"},
   };
@@ -160,9 +161,25 @@ TEST(ByNameHeaderTest, refuses_what_does_not_fit_and_says_why) {
   EXPECT_STREQ(host.library.error, "value has to be a number");
   EXPECT_FALSE(vq_set(&host.object, "Integral", x));
   EXPECT_STREQ(host.library.error, "there is no property Integral to set");
-  VqLibrary nowhere;
-  EXPECT_FALSE(vq_open(&nowhere, "/nowhere/libvqmath63.so"));
-  EXPECT_STREQ(nowhere.error, "/nowhere/libvqmath63.so cannot be opened");
+  host.create("ztAccumulate", false);
+  EXPECT_FALSE(vq_set(&host.object, "Period", vq_text(nullptr)));
+  EXPECT_STREQ(host.library.error, "value has to be a text");
+  EXPECT_FALSE(vq_call_many(&host.object, "Accumulate", 1, nullptr, 0, {}, nullptr));
+  EXPECT_STREQ(host.library.error, "Accumulate has 3 arguments, and so many columns; there are 0");
+  // What a host asks of a library that it could not open, tells why; another one is let go of.
+  for (const auto& [path, words] : {std::pair{"/nowhere/libvqmath63.so", "/nowhere/libvqmath63.so"},
+                                    std::pair{"libm.so.6", "it has no VqDescribe"}}) {
+    VqLibrary other;
+    VqObject none;
+    EXPECT_FALSE(vq_open(&other, path));
+    EXPECT_FALSE(vq_create(&other, "ztIntegrate", &none));
+    EXPECT_FALSE(vq_on_line(
+        &other, [](const char*, void*) {}, nullptr));
+    EXPECT_EQ(vq_last_line(&other), nullptr);
+    EXPECT_NE(std::string(other.error).find(words), std::string::npos) << other.error;
+    EXPECT_EQ(other.handle, nullptr);
+    vq_close(&other);
+  }
 }
 
 // Texts of one to four bytes a character, and bytes that are no UTF-8.
