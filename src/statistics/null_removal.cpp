@@ -74,7 +74,9 @@ template <std::size_t kColumns>
 bool remove_in_one_pass(float null, const std::array<const ReadSamples*, kColumns>& given,
                         const std::array<Samples*, kColumns>& results, std::int32_t& rows) {
   const auto& tools = common_globals().ArrayTools;
-  if (kStepsOnly || !tools || typeid(*tools) != typeid(BuiltInArrayTools)) return false;
+  if (kStepsOnly || !tools) return false;
+  const auto& companion = *tools;
+  if (typeid(companion) != typeid(BuiltInArrayTools)) return false;
   const std::int32_t n = rows;
   Columns<kColumns> from;
   for (std::size_t c = 0; c < kColumns; ++c) {
