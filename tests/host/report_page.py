@@ -225,6 +225,19 @@ class ReportPage(unittest.TestCase):
                 self.assertTrue(places and all(abs(x - 1000 * 6545 / 8999) < 1.1 for x in places), places)
         self.assertIn("vqhost accumulate f.csv --period day -o", "".join(self.page.itertext()))
 
+    def test_many_wells_and_series_share_the_room_of_a_page(self):
+        names = "abcdefghijkl"
+        self.write("f.csv", "date,well," + ",".join(names),
+                   [[day(i), f"P-{k}"] + [1 + i * j * k % 97 for j in range(12)] for i in range(500) for k in range(14)])
+        figures = self.report("f.csv", "--by", "well", "--stamp", "begin", "--period", "day")
+        self.assertLess(self.size, 3_000_000)
+        best = sorted(range(14), key=lambda k: -sum(1 + i * 11 * k % 97 for i in range(500)))[:3]
+        self.assertEqual([figure.title for figure in figures["periods-l"]],
+                         [f"P-{k}" for k in sorted(best)] + ["11 others"])
+        for figure in self.page.iter("figure"):
+            edges = figure.find(".//svg").get("data-rows", "").split()
+            self.assertIn(len(edges), (0, len(figure.findall(".//tbody/tr")) + 1), "a pointer shows its own row")
+
     def test_factors_at_the_rows_of_fluid_tables(self):
         self.write("live.csv", "primary,pressure,factor",
                    [(1, 100, 1.25), (1, 300, 1), (3, 200, 1.75), (3, 300, 1.5), (3, 400, 1.25)])

@@ -241,12 +241,16 @@ std::string ReportData::place(const std::string& name) const {
 
 std::string ReportData::names_of(const std::vector<std::size_t>& which) const {
   constexpr std::size_t kMost = 8;
+  std::size_t members = 0;
+  for (const std::size_t j : which) members += series[j].members;
   std::string text;
   for (std::size_t i = 0; i < which.size(); ++i) {
-    if (i == kMost && which.size() > kMost + 1) {
-      return text + " and " + std::to_string(which.size() - kMost) + " others";
+    const ReportSeries& each = series[which[i]];
+    if ((i == kMost && members > 1) || (each.members > 1 && i > 0)) {
+      return text + " and " + std::to_string(members) + " others";
     }
-    text += (i == 0 ? "" : i + 1 == which.size() ? " and " : ", ") + series[which[i]].name;
+    text += (i == 0 ? "" : i + 1 == which.size() ? " and " : ", ") + each.name;
+    members -= each.members;
   }
   return text;
 }

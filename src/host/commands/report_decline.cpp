@@ -194,7 +194,8 @@ std::vector<const ReportSeries*> chosen_series(const ReportData& data,
   if (!names.empty()) return chosen;
   const ReportSeries* largest = nullptr;
   const auto look_at = [&](const ReportSeries& each) {
-    if (each.rate && (largest == nullptr || each.volume > largest->volume)) largest = &each;
+    if (!each.rate || each.members > 1) return;  // what many others have together is no one's
+    if (largest == nullptr || each.volume > largest->volume) largest = &each;
   };
   for (const std::size_t j : data.stacked) look_at(data.series[j]);
   if (data.stacked.empty()) {

@@ -14,6 +14,7 @@ namespace vqmath63::host {
 namespace {
 
 constexpr std::size_t kMostGroups = 12;
+constexpr std::size_t kMostPanels = 36;  // of a page
 constexpr float kUnknown = std::numeric_limits<float>::quiet_NaN();
 
 constexpr std::size_t kMostRows = 5'000'000;  // of which days are drawn
@@ -103,6 +104,9 @@ std::vector<float> singles_of(const std::vector<double>& sums, const std::vector
 
 // Groups that are shown by themselves, and last the others as one.
 std::vector<std::vector<std::size_t>> parted(const Pass& pass, std::size_t series) {
+  // Of many series each has fewer panels.
+  const std::size_t most =
+      std::clamp<std::size_t>(kMostPanels / pass.series.size(), 1, kMostGroups);
   std::vector<double> volumes;
   for (std::size_t group = 0; group < pass.sums.groups(); ++group) {
     double volume = 0.0;
@@ -115,11 +119,11 @@ std::vector<std::vector<std::size_t>> parted(const Pass& pass, std::size_t serie
   std::iota(order.begin(), order.end(), std::size_t{0});
   std::stable_sort(order.begin(), order.end(),
                    [&](std::size_t a, std::size_t b) { return volumes[a] > volumes[b]; });
-  const auto shown = static_cast<std::ptrdiff_t>(std::min(order.size(), kMostGroups));
+  const auto shown = static_cast<std::ptrdiff_t>(std::min(order.size(), most));
   std::sort(order.begin(), order.begin() + shown);
   std::vector<std::vector<std::size_t>> parts;
   for (std::ptrdiff_t i = 0; i < shown; ++i) parts.push_back({order[static_cast<std::size_t>(i)]});
-  if (order.size() > kMostGroups) parts.emplace_back(order.begin() + shown, order.end());
+  if (order.size() > most) parts.emplace_back(order.begin() + shown, order.end());
   return parts;
 }
 

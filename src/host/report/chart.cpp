@@ -9,8 +9,6 @@
 namespace vqmath63::host {
 namespace {
 
-constexpr std::size_t kMostRowsUnderPointer = 600;
-
 Scale scale_of(const Axis& axis, const std::vector<Layer>& layers, bool upright) {
   Range range;
   for (const Layer& layer : layers) {
@@ -92,14 +90,12 @@ std::string Chart::legend() const {
   return text.empty() ? text : "<ul class=\"legend\">" + text + "</ul>\n";
 }
 
-std::string Chart::markup(const std::string& label) const {
+std::string Chart::markup(const std::string& label, int columns, bool with_rows) const {
   const Scale x = scale_of(x_, layers_, false);
   const Scale y = scale_of(y_, layers_, true);
   std::string rows;
-  if (!edges_.empty() && edges_.size() <= kMostRowsUnderPointer + 1) {
-    for (const double edge : edges_) {
-      rows += (rows.empty() ? "" : " ") + units(x.place(edge) * kSide);
-    }
+  for (const double edge : with_rows ? edges_ : std::vector<double>()) {
+    rows += (rows.empty() ? "" : " ") + units(x.place(edge) * kSide);
   }
   std::string text = legend() + "<p class=\"axis\">" + escaped(title_of(y_, y)) +
                      "</p>\n<div class=\"plot\">\n<svg viewBox=\"0 0 1000 1000\" "
@@ -108,7 +104,7 @@ std::string Chart::markup(const std::string& label) const {
                      (rows.empty() ? "" : attribute("data-rows", rows)) + ">\n" + grid(x, y);
   for (const Layer& layer : layers_) {
     text += "<path" + attribute("class", classes_of(layer)) + attribute("data-series", layer.name) +
-            " d=\"" + path_of_layer(layer, x, y) + "\"/>\n";
+            " d=\"" + path_of_layer(layer, x, y, columns) + "\"/>\n";
   }
   return text + "</svg>\n" + labels(y, "y", "bottom") + labels(x, "x", "left") +
          "</div>\n<p class=\"axis x\">" + escaped(title_of(x_, x)) + "</p>\n";

@@ -32,7 +32,7 @@ struct Axis {
 };
 
 /// Lines of more points than a screen has columns are drawn by the first, least, largest and last
-/// value of each of a thousand columns: the picture of all points in a few kilobytes.
+/// value of each of some columns: the picture of all points in a few kilobytes.
 class Chart {
  public:
   Chart(Axis x, Axis y) : x_(std::move(x)), y_(std::move(y)) {}
@@ -42,8 +42,9 @@ class Chart {
   /// there shows it.
   void rows_between(std::vector<double> edges) { edges_ = std::move(edges); }
 
-  /// The legend, the picture and its axes; `label` says in words what is seen.
-  std::string markup(const std::string& label) const;
+  /// The legend, the picture and its axes; `label` says in words what is seen, `columns` are those
+  /// that it is seen in. Without `rows` a pointer shows none.
+  std::string markup(const std::string& label, int columns, bool rows) const;
 
  private:
   std::string legend() const;

@@ -1,5 +1,6 @@
 #include "host/report/data_table.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include "host/data/csv.hpp"
@@ -13,6 +14,7 @@ namespace vqmath63::host {
 namespace {
 
 constexpr std::size_t kMostRows = 400;  // of a table to read
+constexpr std::size_t kFewRows = 24;    // of one for which there is little room
 
 constexpr int kMostDecimals = 6;
 
@@ -46,26 +48,38 @@ void DataTable::add_numbers(std::string name, const std::string& unit, std::span
   columns_.push_back(std::move(column));
 }
 
-std::string DataTable::table() const {
-  std::string text = "<div class=\"wide\"><table><thead><tr>";
-  for (const Column& column : columns_) {
-    text += std::string("<th") + (column.number ? " class=\"n\">" : ">") + escaped(column.name) +
-            "</th>";
-  }
+std::size_t DataTable::rows_shown(const PageRoom& room) const {
+  constexpr std::size_t kOfCell = 18;  // bytes, its tags among them
+  const std::size_t most = std::min(rows(), kMostRows);
+  return most * columns_.size() * kOfCell <= room.tables ? most : std::min(rows(), kFewRows);
+}
+
+std::string DataTable::table(PageRoom& room) const {
+  // The first columns of texts are aligned by the table's class, others each cell by itself.
+  std::size_t leading = 0;
+  while (leading < columns_.size() && !columns_[leading].number) ++leading;
+  const auto cell = [&](std::size_t c, const char* tag, const std::string& content) {
+    const bool text_by_itself = c >= leading && !columns_[c].number;
+    return "<" + std::string(tag) + (text_by_itself ? " class=\"t\">" : ">") + escaped(content) +
+           "</" + tag + ">";
+  };
+  std::string text =
+      "<div class=\"wide\"><table class=\"t" + std::to_string(leading) + "\"><thead><tr>";
+  for (std::size_t c = 0; c < columns_.size(); ++c) text += cell(c, "th", columns_[c].name);
   text += "</tr></thead><tbody>\n";
   const std::size_t all = rows();
+  const std::size_t shown = rows_shown(room);
   for (std::size_t row = 0; row < all; ++row) {
-    if (all > kMostRows && row == kMostRows / 2) {
+    if (shown < all && row == shown / 2) {
       text += "<tr class=\"more\"><td colspan=\"" + std::to_string(columns_.size()) + "\">" +
-              std::to_string(all - kMostRows) + " more rows</td></tr>\n";
-      row = all - kMostRows / 2;
+              std::to_string(all - shown) + " more rows</td></tr>\n";
+      row = all - shown / 2;
     }
     text += "<tr>";
-    for (const Column& column : columns_) {
-      text += (column.number ? "<td class=\"n\">" : "<td>") + escaped(column.shown[row]) + "</td>";
-    }
+    for (std::size_t c = 0; c < columns_.size(); ++c) text += cell(c, "td", columns_[c].shown[row]);
     text += "</tr>\n";
   }
+  PageRoom::use(room.tables, text.size());
   return text + "</tbody></table></div>";
 }
 
@@ -87,23 +101,25 @@ std::string DataTable::csv() const {
   return text;
 }
 
-std::string DataTable::markup(std::size_t& room) const {
+std::string DataTable::markup(PageRoom& room) const {
   if (rows() == 0) return {};
-  return "<details class=\"numbers\"><summary>Table, " + counted(rows(), "row") + "</summary>\n" +
-         table() + "</details>\n" + csv_markup(room);
+  std::string text = "<details class=\"numbers\"><summary>Table, " + counted(rows(), "row") +
+                     "</summary>\n" + table(room) + "</details>\n";
+  return text + csv_markup(room);
 }
 
-std::string DataTable::open_markup(std::size_t& room) const {
-  return table() + csv_markup(room);
+std::string DataTable::open_markup(PageRoom& room) const {
+  std::string text = table(room);
+  return text + csv_markup(room);
 }
 
-std::string DataTable::csv_markup(std::size_t& room) const {
+std::string DataTable::csv_markup(PageRoom& room) const {
   const std::string lines = escaped(csv());
-  if (lines.size() > room) {
+  if (lines.size() > room.csv) {
     return "<p class=\"note\">As CSV these rows are too many for a page" +
            (hint_.empty() ? "" : ": " + escaped(hint_)) + ".</p>\n";
   }
-  room -= lines.size();
+  PageRoom::use(room.csv, lines.size());
   return "<details class=\"csv\"><summary>CSV</summary>\n<pre>" + lines + "</pre></details>\n";
 }
 

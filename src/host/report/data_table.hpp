@@ -1,11 +1,22 @@
 // The numbers of a picture: a table to read, and the same as CSV to copy.
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string>
 #include <vector>
 
 namespace vqmath63::host {
+
+/// The bytes that a page still takes: together less than three million.
+struct PageRoom {
+  static constexpr std::size_t kPictures = 1'000'000;
+  std::size_t pictures = kPictures;
+  std::size_t tables = 600'000;
+  std::size_t csv = 500'000;
+
+  static void use(std::size_t& room, std::size_t bytes) { room -= bytes < room ? bytes : room; }
+};
 
 class DataTable {
  public:
@@ -21,12 +32,14 @@ class DataTable {
                int digits);
 
   std::size_t rows() const { return columns_.empty() ? 0 : columns_.front().shown.size(); }
-  /// The table and its CSV, each to be opened. Of very many rows the table has the first and the
-  /// last ones. `room` is how many bytes of CSV the page still takes, and is made less by those
-  /// that are used; a table for which it is too small goes without.
-  std::string markup(std::size_t& room) const;
+  /// Whether the table has all rows: of very many, or where a page has no room for them any more,
+  /// it has the first and the last ones.
+  bool is_whole(const PageRoom& room) const { return rows_shown(room) >= rows(); }
+  /// The table and its CSV, each to be opened. The room is made less by what is used of it; CSV for
+  /// which it is too small is left out.
+  std::string markup(PageRoom& room) const;
   /// The same with the table open to be seen, where there is no picture of it.
-  std::string open_markup(std::size_t& room) const;
+  std::string open_markup(PageRoom& room) const;
 
  private:
   struct Column {
@@ -39,8 +52,9 @@ class DataTable {
   template <class T>
   void add_numbers(std::string name, const std::string& unit, std::span<const T> values,
                    int digits);
-  std::string table() const;
-  std::string csv_markup(std::size_t& room) const;
+  std::size_t rows_shown(const PageRoom& room) const;
+  std::string table(PageRoom& room) const;
+  std::string csv_markup(PageRoom& room) const;
   std::string csv() const;
 
   std::string hint_;

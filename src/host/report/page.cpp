@@ -39,12 +39,33 @@ void Page::key_figures(const std::vector<std::pair<std::string, std::string>>& f
 void Page::figure(const Figure& figure) {
   body_ += "<figure>\n<figcaption>" + element("h3", figure.title);
   if (!figure.note.empty()) body_ += element("p", figure.note);
-  body_ += "</figcaption>\n" + figure.chart.markup(figure.title);
-  body_ += figure.table.markup(csv_room_) + "</figure>\n";
+  const int columns = columns_of_picture();
+  const std::string picture =
+      figure.chart.markup(figure.title, columns, figure.table.is_whole(room_));
+  PageRoom::use(room_.pictures, picture.size());
+  body_ += "</figcaption>\n" + picture;
+  body_ += figure.table.markup(room_) + "</figure>\n";
+}
+
+// Screens show a panel in some hundred columns; the less room there is left, the fewer they are.
+int Page::columns_of_picture() const {
+  const int columns = in_panels_ ? 500 : 1000;
+  if (room_.pictures > PageRoom::kPictures / 2) return columns;
+  return room_.pictures > PageRoom::kPictures / 5 ? columns / 4 : 100;
+}
+
+void Page::begin_panels() {
+  in_panels_ = true;
+  body_ += "<div class=\"panels\">\n";
+}
+
+void Page::end_panels() {
+  in_panels_ = false;
+  body_ += "</div>\n";
 }
 
 void Page::table(const DataTable& table) {
-  body_ += "<div class=\"alone\">" + table.open_markup(csv_room_) + "</div>\n";
+  body_ += "<div class=\"alone\">" + table.open_markup(room_) + "</div>\n";
 }
 
 std::string Page::text(const std::string& closing) const {

@@ -32,20 +32,22 @@ class Page {
   void key_figures(const std::vector<std::pair<std::string, std::string>>& figures);
   void figure(const Figure& figure);
   /// Figures side by side where there is room.
-  void begin_panels() { body_ += "<div class=\"panels\">\n"; }
-  void end_panels() { body_ += "</div>\n"; }
+  void begin_panels();
+  void end_panels();
   void table(const DataTable& table);
 
   /// The page. `closing` stands at its end.
   std::string text(const std::string& closing) const;
 
  private:
+  int columns_of_picture() const;
+
   std::string title_;
   std::string subtitle_;
   std::vector<std::pair<std::string, std::string>> sections_;
   std::string body_;
-  // Bytes of CSV: with pictures and tables to read a page has no more than three million.
-  std::size_t csv_room_ = 1'000'000;
+  bool in_panels_ = false;
+  PageRoom room_;
 };
 
 }  // namespace vqmath63::host

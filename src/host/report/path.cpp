@@ -36,9 +36,10 @@ Line step_line(const std::vector<double>& x, const std::vector<double>& y, const
 }
 
 // Keeps of each column the first, the least, the largest and the last spot, and every break.
-Line thinned(Line line) {
-  constexpr std::size_t kFew = 4000;
-  if (line.size() <= kFew) return line;
+Line thinned(Line line, int columns) {
+  constexpr std::size_t kOfColumn = 4;
+  if (line.size() <= kOfColumn * static_cast<std::size_t>(columns)) return line;
+  const auto column_of = [&](const Spot& spot) { return std::floor(spot.x * columns / kSide); };
   Line kept;
   for (std::size_t from = 0; from < line.size();) {
     if (!line[from].drawn()) {
@@ -46,11 +47,11 @@ Line thinned(Line line) {
       ++from;
       continue;
     }
-    const double column = std::floor(line[from].x);
+    const double column = column_of(line[from]);
     std::size_t least = from;
     std::size_t most = from;
     std::size_t to = from;
-    for (; to < line.size() && line[to].drawn() && std::floor(line[to].x) == column; ++to) {
+    for (; to < line.size() && line[to].drawn() && column_of(line[to]) == column; ++to) {
       if (line[to].y < line[least].y) least = to;
       if (line[to].y > line[most].y) most = to;
     }
@@ -105,9 +106,9 @@ std::string bars_path(const Layer& layer, const Scale& x, const Scale& y) {
 }
 
 // Blocks on top of others are one outline: there and back again.
-std::string blocks_path(const Layer& layer, const Scale& x, const Scale& y) {
-  const Line top = thinned(step_line(layer.x, layer.y, x, y));
-  const Line bottom = thinned(step_line(layer.x, layer.base, x, y));
+std::string blocks_path(const Layer& layer, const Scale& x, const Scale& y, int columns) {
+  const Line top = thinned(step_line(layer.x, layer.y, x, y), columns);
+  const Line bottom = thinned(step_line(layer.x, layer.base, x, y), columns);
   Line outline;
   const auto drawn = [](const Spot& spot) { return spot.drawn(); };
   std::copy_if(top.begin(), top.end(), std::back_inserter(outline), drawn);
@@ -137,9 +138,9 @@ std::string units(double value) {
   return number == "-0" ? "0" : number;
 }
 
-std::string path_of_layer(const Layer& layer, const Scale& x, const Scale& y) {
+std::string path_of_layer(const Layer& layer, const Scale& x, const Scale& y, int columns) {
   if (layer.kind == Layer::Kind::kBars) return bars_path(layer, x, y);
-  if (layer.kind == Layer::Kind::kBlocks) return blocks_path(layer, x, y);
+  if (layer.kind == Layer::Kind::kBlocks) return blocks_path(layer, x, y, columns);
   if (layer.kind == Layer::Kind::kDots) return dots_path(layer, x, y);
   Line line;
   if (layer.kind == Layer::Kind::kSteps) {
@@ -151,7 +152,7 @@ std::string path_of_layer(const Layer& layer, const Scale& x, const Scale& y) {
     }
   }
   std::string path;
-  add_line(path, thinned(std::move(line)));
+  add_line(path, thinned(std::move(line), columns));
   return path;
 }
 
