@@ -59,7 +59,7 @@ def gamma_q(a, x):
 
 # function, how to work it out, interval's name, low, high, logarithmic spacing
 ONE_ARGUMENT = [
-    ("Gamma", mp.gamma, "(6e-309, 0.001)", 6e-309, 0.001, True),
+    ("Gamma", mp.gamma, "(2.3e-308, 0.001)", 2.3e-308, 0.001, True),
     ("Gamma", mp.gamma, "(0.001, 1)", 0.001, 1, True),
     ("Gamma", mp.gamma, "(1, 2)", 1, 2, False),
     ("Gamma", mp.gamma, "(2, 12)", 2, 12, False),
