@@ -62,7 +62,11 @@ double ztMathLib::Sec(double dX) const {
 
 double arccos(double x) {
   return trap<double>(kArccos, [&](double& result) {
-    if (x == 0.0) {
+    // Where all steps do well: of the checks the overflow of a tiny x is left.
+    const double ratio = unchecked::sqrt(1.0 - x * x) / x;
+    if (std::abs(x) < 1.0 && std::isfinite(ratio)) [[likely]] {
+      result = unchecked::atan(ratio) + (x > 0.0 ? 0.0 : kPi);
+    } else if (x == 0.0) {
       result = kHalfPi;
     } else if (x == 1.0) {
       result = 0.0;
@@ -70,9 +74,8 @@ double arccos(double x) {
       result = kPi;
     } else if (std::abs(x) > 1.0) {
       result = kOutOfRange;
-    } else if (x > 0.0 || x < 0.0) {  // no branch takes a NaN: 0
-      const Double arc = Atn(Sqr(Double(1.0) - Double(x) * x) / x);
-      result = (x > 0.0 ? arc : arc + kPi).value();
+    } else if (x > 0.0 || x < 0.0) {                            // no branch takes a NaN: 0
+      result = (Sqr(Double(1.0) - Double(x) * x) / x).value();  // it overflows
     }
   });
 }
@@ -91,8 +94,8 @@ double ztMathLib::asin(double dX) const {
       result = 0.0;
     } else if (std::abs(dX) > 1.0) {
       result = kOutOfRange;
-    } else {
-      result = Atn(dX / Sqr(Abs(Double(1.0) - Double(dX) * dX))).value();
+    } else {  // no step of which can fail
+      result = unchecked::atan(dX / unchecked::sqrt(std::abs(1.0 - dX * dX)));
     }
   });
 }

@@ -17,6 +17,14 @@ double limited_exponential(Double exponent, double sign) {
   return unchecked::exp(exponent.value()) * sign;
 }
 
+// Whether x > 0 has this exponential, as nearly all calls have, without a check; what fails is not
+// within the limits.
+bool plain_exponential(double x, double exponent, double& result) {
+  if (!(x > 0.0 && std::abs(exponent) <= kExponentLimit)) return false;
+  result = unchecked::exp(exponent);
+  return true;
+}
+
 bool whole(double x) {
   return Fix(x) == x;
 }
@@ -83,6 +91,7 @@ double ztMathLib::Cube_Root(double X) const {
 
 double ztMathLib::x_to_Power_y(double X, double Power) const {
   return trap<double>(kX_to_Power_y, [&](double& result) {
+    if (plain_exponential(X, unchecked::log(X) * Power, result)) return;
     if (Power == 0.0) {  // before X = 0: zero to the power zero is 1
       result = 1.0;
       return;
@@ -102,6 +111,7 @@ double ztMathLib::x_to_Power_y(double X, double Power) const {
 
 double ztMathLib::y_Root_of_X(double X, double Root) const {
   return trap<double>(kY_Root_of_X, [&](double& result) {
+    if (plain_exponential(X, unchecked::log(X) / Root, result)) return;
     if (Root == 0.0) {
       result = kOutOfRange;
       return;

@@ -1,5 +1,6 @@
 // Hyperbolic functions of ztMathLib and their inverses.
 #include "frame/checked_functions.hpp"
+#include "frame/speculate.hpp"
 #include "mathlib/constants.hpp"
 #include "mathlib/locations.hpp"
 #include "mathlib/math_lib.hpp"
@@ -21,6 +22,18 @@ struct Exponentials {
 // 1 / x for the small arguments of coth and csch, limited at the smallest: 0 for 0.
 Double limited_reciprocal(Double x) {
   return Abs(x) > kTinyDivisor ? Double(1.0) / x : Sgn(x) * kOutOfRange;
+}
+
+// Plainly, and with checks where the result is not finite: no step hides another one's failure.
+template <class Formula>
+double quickly(double x, const Formula& formula) {
+  return speculate(true, [&](auto mode) { return formula(typename decltype(mode)::Double(x)); });
+}
+
+// The logarithm that the inverse hyperbolic sine and cosine are, of the square's sign.
+template <class Double>
+Double logarithm_of_root(Double x, double one) {
+  return Log(Sqr(x * x + one) + x);
 }
 
 }  // namespace
@@ -101,28 +114,26 @@ double ztMathLib::sech(double dX) const {
 
 double ztMathLib::asinh(double dX) const {
   return trap<double>(kAsinh, [&](double& result) {
-    const Double x = dX;
-    result = Log(Sqr(x * x + 1.0) + x).value();
+    result = quickly(dX, [](auto x) { return logarithm_of_root(x, 1.0); });
   });
 }
 
 double ztMathLib::acosh(double dX) const {
   return trap<double>(kAcosh, [&](double& result) {
-    const Double x = dX;
-    if (Abs(x) < 1.0) {
+    if (std::abs(dX) < 1.0) {
       result = kOutOfRange;
-    } else if (Abs(x) == 1.0) {
+    } else if (std::abs(dX) == 1.0) {
       result = 0.0;
     } else {  // below -1 the logarithm's argument is negative: the trap reports it
-      result = Log(Sqr(x * x - 1.0) + x).value();
+      result = quickly(dX, [](auto x) { return logarithm_of_root(x, -1.0); });
     }
   });
 }
 
 double ztMathLib::atanh(double dX) const {
   return trap<double>(kAtanh, [&](double& result) {
-    const Double x = dX;
-    result = Abs(x) < 1.0 ? (0.5 * Log((x + 1.0) / (1.0 - x))).value() : kOutOfRange;
+    const auto formula = [](auto x) { return Log((x + 1.0) / (1.0 - x)) * 0.5; };
+    result = std::abs(dX) < 1.0 ? quickly(dX, formula) : kOutOfRange;
   });
 }
 
