@@ -255,6 +255,7 @@ def test_errors_are_told_as_chosen(vq):
         maths.RTD(1e308)
     # What comes back goes to another process too.
     assert pickle.loads(pickle.dumps(error)).lines == error.lines
+    assert type(error).__module__ == "vqmath63"
     made = maths.Polar_to_Rectangular(2, 0)
     assert pickle.loads(pickle.dumps(made)) == made and made.X == 2
     assert maths.Squared(3) == 9

@@ -25,6 +25,9 @@ from ._messages import Error, ErrorWarning, Line, errors, lines
 from ._objects import Object
 from ._objects import make_classes as _make_classes
 
+for _each in (ConversionWarning, Error, ErrorWarning, Line, Object, conversions, errors, lines):
+    _each.__module__ = __name__  # where programs have them from
+
 _classes = _make_classes()
 _numbers = _all_made()
 globals().update(_classes, **_numbers)

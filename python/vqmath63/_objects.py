@@ -135,7 +135,7 @@ def make_class(described: Class) -> type[Object]:
     body["_readable"] = frozenset(m.name for m in described.members if m.kind != "let")
     body["_settable"] = frozenset(lets)
     body["__signature__"] = inspect.Signature(
-        [inspect.Parameter(name, inspect.Parameter.KEYWORD_ONLY) for name in lets])
+        [inspect.Parameter(name, inspect.Parameter.KEYWORD_ONLY, default=...) for name in lets])
     body["__doc__"] = (f"{described.help} ({described.programmatic_id})\n\n"
                        "Properties may be set as it is made, by their names. Belongs to the thread "
                        "that makes it.")
