@@ -58,12 +58,12 @@ class Browser:
             else:
                 return answer["result"]
 
-    def open(self, path, width=1200, dark=False, scripts=True):
+    def open(self, path, width=1200, dark=False, scripts=True, paper=False):
         self.events.clear()
         self.ask("Emulation.setScriptExecutionDisabled", value=not scripts)
         self.ask("Emulation.setDeviceMetricsOverride", width=width, height=900, deviceScaleFactor=1,
                  mobile=width < 600)
-        self.ask("Emulation.setEmulatedMedia",
+        self.ask("Emulation.setEmulatedMedia", media="print" if paper else "",
                  features=[{"name": "prefers-color-scheme", "value": "dark" if dark else "light"}])
         self.ask("Page.navigate", url=path.as_uri())
         while not any(each.get("method") == "Page.loadEventFired" for each in self.events):
@@ -228,6 +228,7 @@ def main():
         looker.look(page, width=390)
         browser.picture(page.with_name(page.stem + "-phone.png"))
         looker.look(page, width=768, scripts=False)
+        looker.look(page, width=717, paper=True)  # A4 within its margins
         browser.open(page)
         browser.printed(page.with_suffix(".pdf"))
         looker.expect(page.with_suffix(".pdf").stat().st_size > 10_000, "nothing is printed")

@@ -83,11 +83,6 @@ void check(const Options& options) {
   }
 }
 
-// The last part of a path.
-std::string file_name(const std::string& path) {
-  return path == "-" ? "standard input" : path.substr(path.find_last_of("/\\") + 1);
-}
-
 int run(Options options) {
   check(options);
   take_texts(options);

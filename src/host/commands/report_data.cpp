@@ -176,6 +176,10 @@ void tell_story(ReportData& data, const ReportChoice& choice) {
 
 }  // namespace
 
+std::string file_name(const std::string& path) {
+  return path == "-" ? "standard input" : path.substr(path.find_last_of("/\\") + 1);
+}
+
 std::string period_words(const ReportChoice& choice) {
   if (choice.frequency == 1) return choice.period;
   const std::string words = std::to_string(choice.frequency) + " " + choice.period;
@@ -268,7 +272,7 @@ std::string number_words(double value) {
 
 ReportData read_report_data(const ReportChoice& choice) {
   ReportData data;
-  data.path = choice.data.path == "-" ? "standard input" : choice.data.path;
+  data.path = file_name(choice.data.path);
   data.production = read_production(choice.data);
   const Production& production = data.production;
   PeriodSettings settings;

@@ -87,6 +87,9 @@ inline std::string row_words(const ReportData& data) {
   return data.row_word == "row" ? "rows of the file" : data.row_word + "s";
 }
 
+/// The last part of a path, which is what a page that is sent tells of it; "standard input" for -.
+std::string file_name(const std::string& path);
+
 /// "month", "3 months".
 std::string period_words(const ReportChoice& choice);
 

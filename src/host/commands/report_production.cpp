@@ -80,7 +80,8 @@ DataTable period_columns(const ReportData& data, const std::string& hint) {
 
 // What prints all periods, for tables that are too long for a page.
 std::string accumulate_hint(const ReportData& data) {
-  return "vqhost accumulate " + data.path + " --period " + data.period_words + " -o periods.csv";
+  return "vqhost accumulate " + data.path + " --period " + data.period_words +
+         " -o periods.csv writes them, with the report's other options of the data";
 }
 
 // The volume of a series until each boundary.

@@ -131,7 +131,7 @@ ReportData data_of(const ReportChoice& choice, const Pass& periods, std::size_t 
   const std::optional<RecordSums>& days = periods.days;
   const Series& column = periods.plan.series[series];
   ReportData data;
-  data.path = choice.data.path;
+  data.path = file_name(choice.data.path);
   data.period_words = period_words(choice);
   data.row_word = "day";
   data.rows = periods.report.rows;

@@ -57,7 +57,10 @@ std::string grid(const Scale& x, const Scale& y) {
   for (const Tick& tick : y.ticks()) {
     level += "M0 " + units((1.0 - y.place(tick.at)) * kSide) + "H1000";
   }
-  return "<path class=\"grid\" d=\"" + upright + level + "\"/>\n";
+  const std::string lines = "<path class=\"grid\" d=\"" + upright + level + "\"/>\n";
+  const double zero = 1.0 - y.place(0.0);
+  if (!(zero > 0.0 && zero < 1.0)) return lines;
+  return lines + "<path class=\"grid zero\" d=\"M0 " + units(zero * kSide) + "H1000\"/>\n";
 }
 
 const char* word_of(Layer::Kind kind) {
