@@ -7,9 +7,9 @@
 #include <limits>
 #include <memory>
 
-#include "host/client/message_sink.hpp"
 #include "host/command_line.hpp"
 #include "host/commands/line_check.hpp"
+#include "host/commands/line_fit.hpp"
 #include "host/data/columns.hpp"
 #include "host/data/moment.hpp"
 #include "host/data/output.hpp"
@@ -124,37 +124,19 @@ Columns read_samples(const Options& options, const Type& type, double& first_dat
   return data;
 }
 
-struct Line {
-  float a;
-  float b;
-  float r;
-};
-
 // Fits through the component, which takes Singles and their logarithms itself, but for the one
 // logarithm that its property RegressionType cannot ask for.
 Line fit(const Columns& data, const Type& type) {
   ArrayOwner x = data.singles(0);
-  ArrayOwner y = data.singles(1);
-  ArrayOwner weights(new_array(VT_R4, data.rows()));
-  std::fill_n(static_cast<float*>(weights.get()->pvData), data.rows(), 1.0F);
   if (type.log_x && !type.log_y) {
     float* values = static_cast<float*>(x.get()->pvData);
     for (std::size_t i = 0; i < data.rows(); ++i) {
       values[i] = static_cast<float>(std::log(static_cast<double>(values[i])));
     }
   }
-  const MessageSink sink;
-  DispatchObject object = DispatchObject::create("ztRegression");
-  object.put("RegressionType", Value::text(type.property));
-  std::vector<Argument> arguments;
-  arguments.push_back({Value::array_reference(VT_R4, x.place())});
-  arguments.push_back({Value::array_reference(VT_R4, y.place())});
-  arguments.push_back({Value::array_reference(VT_R4, weights.place())});
-  // The flag qOK does not tell of the fit itself.
-  if (!object.succeeds("Regression", std::move(arguments)) || sink.errors() > 0) {
-    throw WorkError("the fit failed: its sums leave the range of a Single");
-  }
-  return {object.get("A").get().fltVal, object.get("B").get().fltVal, object.get("R").get().fltVal};
+  const std::optional<Line> line = fit_line(std::move(x), data.singles(1), type.property);
+  if (!line) throw WorkError("the fit failed: its sums leave the range of a Single");
+  return *line;
 }
 
 LineCheck check_fit(const Columns& data, const Type& type) {

@@ -4,9 +4,8 @@
 #include <cmath>
 #include <limits>
 
-#include "host/client/dispatch_client.hpp"
-#include "host/client/message_sink.hpp"
 #include "host/commands/line_check.hpp"
+#include "host/commands/line_fit.hpp"
 #include "host/data/moment.hpp"
 #include "host/failure.hpp"
 #include "host/text.hpp"
@@ -24,12 +23,9 @@ struct Samples {
   std::size_t left_out = 0;  // rows of no rate
 };
 
-struct Line {
-  float a;
-  float b;
-  float r;
-  double rate_at(double days) const { return std::exp(a + b * days); }
-};
+double rate_at(const Line& line, double days) {
+  return std::exp(line.a + line.b * days);
+}
 
 Samples samples_of(const ReportData& data, const ReportSeries& series,
                    const DeclineChoice& choice) {
@@ -60,28 +56,16 @@ ArrayOwner singles_of(const std::vector<double>& values) {
 
 // Nothing where the sums of the component lose the line.
 std::optional<Line> fit(const Samples& samples) {
-  ArrayOwner x = singles_of(samples.days);
-  ArrayOwner y = singles_of(samples.rates);
-  ArrayOwner weights = singles_of(std::vector<double>(samples.days.size(), 1.0));
-  const MessageSink sink;
-  DispatchObject regression = DispatchObject::create("ztRegression");
-  regression.put("RegressionType", Value::text("Exponential"));
-  std::vector<Argument> arguments;
-  for (ArrayOwner* const each : {&x, &y, &weights}) {
-    arguments.push_back({Value::array_reference(VT_R4, each->place())});
-  }
-  if (!regression.succeeds("Regression", std::move(arguments)) || sink.errors() > 0) {
-    return std::nullopt;
-  }
-  const Line line{regression.get("A").get().fltVal, regression.get("B").get().fltVal,
-                  regression.get("R").get().fltVal};
+  const std::optional<Line> line =
+      fit_line(singles_of(samples.days), singles_of(samples.rates), "Exponential");
+  if (!line) return line;
   std::vector<double> logarithms;
   for (const double rate : samples.rates) logarithms.push_back(std::log(rate));
   const LineCheck check = check_line(samples.days, logarithms);
   constexpr double kToFail = 0.1;
   constexpr float kMostR = 1.001F;
-  const bool holds = std::fabs(line.b - check.slope) / check.unit <= kToFail;
-  return holds && std::fabs(line.r) <= kMostR ? std::optional(line) : std::nullopt;
+  const bool holds = std::fabs(line->b - check.slope) / check.unit <= kToFail;
+  return holds && std::fabs(line->r) <= kMostR ? line : std::nullopt;
 }
 
 std::string with_unit(const std::string& number, const std::string& unit) {
@@ -150,7 +134,7 @@ Figure figure_of(const ReportData& data, const Decline& decline) {
              "line",
              "rule",
              ends,
-             {decline.line.rate_at(0.0), decline.line.rate_at(drawn)}});
+             {rate_at(decline.line, 0.0), rate_at(decline.line, drawn)}});
   if (decline.within_reach()) {
     chart.add({Layer::Kind::kLine, "limit", "rule dashed", ends, {decline.limit, decline.limit}});
     if (decline.days_to_limit() >= 0.0 && decline.days_to_limit() <= drawn) {
@@ -170,7 +154,7 @@ Figure figure_of(const ReportData& data, const Decline& decline) {
     begins.push_back(exact_moment_text(data.boundaries[i]));
     means.push_back(series.periods[i]);
     fitted.push_back(days < 0.0 ? std::numeric_limits<double>::quiet_NaN()
-                                : decline.line.rate_at(days));
+                                : rate_at(decline.line, days));
   }
   DataTable table;
   table.texts("start", std::move(begins));
@@ -226,7 +210,7 @@ void add_declines(Page& page, const ReportData& data, const DeclineChoice& choic
       continue;
     }
     constexpr double kTenth = 0.1;
-    const double limit = choice.limit.value_or(kTenth * line->rate_at(0.0));
+    const double limit = choice.limit.value_or(kTenth * rate_at(*line, 0.0));
     declines.push_back({series, std::move(samples), *line, limit});
   }
   if (declines.empty() && without.empty()) return;
