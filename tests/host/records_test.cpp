@@ -1,5 +1,7 @@
 // Long records: monthly sums of the sample's days are the operator's own however the file is
 // written, and rates come to what ztAccumulate has for the same rows.
+#include <sys/resource.h>
+
 #include <functional>
 #include <map>
 
@@ -175,6 +177,31 @@ TEST_F(Vqhost, TakesRecordsInBlocksOnAllThreads) {
     EXPECT_EQ(fields[0], "well no. " + std::to_string(well));
     EXPECT_EQ(number_in(fields.back()), 600.0 * static_cast<double>(well + 1));
   }
+}
+
+// Ten times the rows of the same groups take no more memory.
+TEST_F(Vqhost, MemoryGrowsWithGroupsAndNotWithRows) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "freed memory is kept";
+#endif
+  std::string rows;
+  for (int i = 0; i < 400'000; ++i) {
+    rows += "2020-01-01,well no. " + std::to_string(i % 1000) + ",1\n";
+  }
+  write("rows.csv", rows);
+  const auto memory_of = [&](int times) {
+    const Outcome outcome =
+        run("accumulate pipe --by well --volumes q --stamp begin --step day --twins sum -o -",
+            "rm -f pipe; mkfifo pipe; (echo date,well,q; for i in $(seq " + std::to_string(times) +
+                "); do cat rows.csv; done) > pipe &");
+    EXPECT_EQ(lines_of(outcome.out).size(), 1001U) << outcome.err;
+    EXPECT_NE(outcome.out.find("," + std::to_string(400 * times) + "\n"), outcome.out.npos);
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return usage.ru_maxrss;
+  };
+  const auto few = memory_of(1);
+  EXPECT_LT(memory_of(10), few + few / 4);
 }
 
 }  // namespace
