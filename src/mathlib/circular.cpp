@@ -1,6 +1,7 @@
 // Circular functions of ztMathLib, their reciprocals and their inverses.
 #include "frame/checked_functions.hpp"
 #include "frame/companions.hpp"
+#include "frame/steps_only.hpp"
 #include "mathlib/constants.hpp"
 #include "mathlib/locations.hpp"
 #include "mathlib/math_lib.hpp"
@@ -62,9 +63,9 @@ double ztMathLib::Sec(double dX) const {
 
 double arccos(double x) {
   return trap<double>(kArccos, [&](double& result) {
-    // Where all steps do well: of the checks the overflow of a tiny x is left.
+    // Where all steps do well, which a finite ratio tells.
     const double ratio = unchecked::sqrt(1.0 - x * x) / x;
-    if (std::abs(x) < 1.0 && std::isfinite(ratio)) [[likely]] {
+    if (!kStepsOnly && std::abs(x) < 1.0 && std::isfinite(ratio)) [[likely]] {
       result = unchecked::atan(ratio) + (x > 0.0 ? 0.0 : kPi);
     } else if (x == 0.0) {
       result = kHalfPi;
@@ -74,8 +75,9 @@ double arccos(double x) {
       result = kPi;
     } else if (std::abs(x) > 1.0) {
       result = kOutOfRange;
-    } else if (x > 0.0 || x < 0.0) {                            // no branch takes a NaN: 0
-      result = (Sqr(Double(1.0) - Double(x) * x) / x).value();  // it overflows
+    } else if (x > 0.0 || x < 0.0) {  // no branch takes a NaN: 0
+      const Double arc = Atn(Sqr(Double(1.0) - Double(x) * x) / x);
+      result = (x > 0.0 ? arc : arc + kPi).value();
     }
   });
 }

@@ -1,5 +1,6 @@
 // Exponentials, logarithms, powers and roots of ztMathLib.
 #include "frame/checked_functions.hpp"
+#include "frame/steps_only.hpp"
 #include "mathlib/constants.hpp"
 #include "mathlib/locations.hpp"
 #include "mathlib/math_lib.hpp"
@@ -20,7 +21,7 @@ double limited_exponential(Double exponent, double sign) {
 // Whether x > 0 has this exponential, as nearly all calls have, without a check; what fails is not
 // within the limits.
 bool plain_exponential(double x, double exponent, double& result) {
-  if (!(x > 0.0 && std::abs(exponent) <= kExponentLimit)) return false;
+  if (kStepsOnly || !(x > 0.0 && std::abs(exponent) <= kExponentLimit)) return false;
   result = unchecked::exp(exponent);
   return true;
 }
