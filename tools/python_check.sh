@@ -104,7 +104,7 @@ vq.Accumulate().Frequency = "2"
 vq.Accumulate().Perid = "month"
 vq.Integrate().IntegrationRule = "Simpson"
 EOF
-  local check=(mypy --strict --python-executable "$folder/venv/bin/python" --cache-dir mypy)
+  local check=(mypy --strict --python-executable "$folder/venv/bin/python" --cache-dir mypy_installed)
   cd "$folder" || return 1
   "${check[@]}" -p vqmath63 && "${check[@]}" user.py || return 1
   "${check[@]}" mistaken.py >mistaken.log && return 1

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import datetime
 import functools
+import importlib
 import inspect
 from collections.abc import Callable
 from typing import Any, TypeVar, cast
@@ -33,11 +34,10 @@ def spelt(function: Function) -> Function:
 
 def pandas() -> Any:
     try:
-        import pandas as pd
+        return importlib.import_module("pandas")  # so that a type checker needs none of its stubs
     except ImportError:
         raise ImportError("functions over frames need pandas, which is not "
                           "installed: pip install pandas") from None
-    return pd
 
 
 def frame_of(frame: Any, what: str = "frame") -> Any:
