@@ -119,6 +119,15 @@ def _check_period(word: str) -> None:
         raise ValueError(f"'{word}' is no period{nearest(word, known)}: {listed(known)}")
 
 
+def _rates(series: Any, by: Any) -> Any:
+    try:
+        return _frames.singles(series)
+    except TypeError as error:
+        if by is not None or series.dtype != object:
+            raise
+        raise TypeError(f"{error}; by={series.name!r} makes a profile for each of them") from None
+
+
 def _check_frequency(frequency: Any) -> None:
     try:
         number = to_long(frequency)
@@ -182,7 +191,7 @@ def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any =
         _frames.column(frame, name)
         if name not in series:
             raise ValueError(f"cumulative names {name!r}, which is no column of numbers here")
-    values = np.column_stack([_frames.singles(frame[name]) for name in series])
+    values = np.column_stack([_rates(frame[name], by) for name in series])
     first = None if start is None else _frames.moment(start, "start")
     _check_frequency(frequency)
     settings = _Settings(period, frequency, tuple(name not in cumulative for name in series), first)
@@ -200,7 +209,7 @@ def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any =
     work, kept, short = [], [], []
     for name, rows in groups:
         own = dates[rows]
-        _frames.ascending(own, "" if by is None else f" of {by} {name!r}")
+        _frames.ascending(own, "" if by is None else f" of {by} {name!r}", date)
         if len(own) < 2 or own[-1] <= (own[0] if first is None else max(own[0], first)):
             short.append(name)
             continue

@@ -76,7 +76,9 @@ def numbers(series: Any, name: Any) -> Any:
             or pd.api.types.is_complex_dtype(series.dtype):
         words = ""
         if series.dtype == object:
-            words = "; pandas.to_numeric makes them of texts, and to_datetime dates"
+            words = "; pandas.to_numeric makes them of texts, to_datetime dates of them"
+            if name is not None:
+                words += f", and .drop(columns={name!r}) leaves them out"
         raise TypeError(f"{named(name)} has elements of type {series.dtype}, not numbers{words}")
     return series.to_numpy(dtype="f8", na_value=np.nan)
 
@@ -122,8 +124,10 @@ def dates_of(frame: Any, date: Any) -> Any:
     if not isinstance(given, pd.DatetimeIndex):
         others = [repr(name) for name in [*frame.columns, *filter(None, frame.index.names)]
                   if pd.api.types.is_datetime64_any_dtype(column(frame, name))]
-        words = f"; date={others[0]} takes those of a column or a level" if others else (
-            "; pandas.to_datetime makes them of texts, and `date=` names the column that has them")
+        words = "; pandas.to_datetime makes them of texts"
+        if date is None:
+            words = (f"; date={others[0]} takes those of a column or a level" if others else
+                     words + ", and `date=` names the column that has them")
         raise TypeError(f"{what} has to have dates{words}")
     refuse_zone(given, what)
     if given.hasnans:
@@ -157,10 +161,11 @@ def moment(date: Any, what: str) -> Any:
     return made.to_datetime64().astype("datetime64[ns]")
 
 
-def ascending(dates: Any, whose: str = "") -> None:
+def ascending(dates: Any, whose: str, date: Any) -> None:
     back = np.flatnonzero(dates[1:] < dates[:-1])
     if len(back):
         k = int(back[0])
         early, late = (np.datetime_as_string(d, unit="auto") for d in (dates[k + 1], dates[k]))
+        way = ".sort_index()" if date is None else f".sort_values({date!r})"
         raise ValueError(f"the dates{whose} are not in order: {early} stands after {late}; "
-                         ".sort_index() orders them")
+                         f"{way} orders them")

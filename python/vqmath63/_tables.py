@@ -115,6 +115,8 @@ def _days(series: Any, name: Any, origin: Any) -> tuple[Any, Any]:
     """Numbers as they are; or dates as days from the origin on, else from the first, and intervals
     of dates by their middles and from the beginning of the first, with that origin."""
     pd = _frames.pandas()
+    if name is None and isinstance(series.index, pd.MultiIndex):
+        raise TypeError("the index has levels; .loc[...] takes the rows of one well")
     if isinstance(series.dtype, pd.IntervalDtype):
         intervals = series.array
         if origin is None:
