@@ -43,7 +43,9 @@ struct Object {
   }
   static ULONG VQ_API Release(void* self) noexcept {
     auto* object = static_cast<Object*>(self);
-    const std::int32_t left = --object->references;
+    // Who holds the only reference need not lock it against others.
+    const bool last = object->references.load(std::memory_order_acquire) == 1;
+    const std::int32_t left = last ? 0 : --object->references;
     if (left == 0) {
       // The class's own termination runs now. A text that the host has yet to read stays.
       const FloatingPointScope scope;
@@ -189,7 +191,12 @@ HRESULT Boundary<kTable>::create(REFIID iid, void** out) noexcept {
   try {
     auto* object = new Object<kTable>(&kVtable);
     const HRESULT found = Object<kTable>::QueryInterface(object, iid, out);
-    Object<kTable>::Release(object);
+    if (FAILED(found)) {
+      delete object;
+    } else {  // nobody else knows of the object yet: its first reference goes without a lock
+      const std::int32_t held = object->references.load(std::memory_order_relaxed);
+      object->references.store(held - 1, std::memory_order_relaxed);
+    }
     return found;
   } catch (...) {
     return failure_in_flight(kInfo);

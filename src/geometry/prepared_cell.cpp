@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "frame/steps_only.hpp"
+#include "frame/wide_registers.hpp"
 #include "geometry/crossing.hpp"
 #include "geometry/quick_arithmetic.hpp"
 
@@ -246,14 +247,16 @@ void PreparedCell::add_extent(const Triangle& triangle) {
 std::size_t PreparedCell::candidates(const float* x, const float* y, const float* z,
                                      std::size_t count, std::int32_t* candidates) const {
   std::int32_t wanted[kBlock];
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::int32_t reached = in_reach({x[i], y[i], z[i]}) ? 1 : 0;
-    const std::int32_t within = ((y[i] >= low_y_) & (y[i] <= high_y_) & (x[i] >= left_) &
-                                 (x[i] <= right_) & (z[i] <= high_z_))
-                                    ? 1
-                                    : 0;
-    wanted[i] = (reached ^ 1) | within;
-  }
+  in_wide_registers([&] {
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::int32_t reached = in_reach({x[i], y[i], z[i]}) ? 1 : 0;
+      const std::int32_t within = ((y[i] >= low_y_) & (y[i] <= high_y_) & (x[i] >= left_) &
+                                   (x[i] <= right_) & (z[i] <= high_z_))
+                                      ? 1
+                                      : 0;
+      wanted[i] = (reached ^ 1) | within;
+    }
+  });
   std::size_t found = 0;
   for (std::size_t i = 0; i < count; ++i) {
     candidates[found] = static_cast<std::int32_t>(i);
