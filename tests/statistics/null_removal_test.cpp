@@ -243,7 +243,7 @@ TEST_F(NullRemovalTest, one_pass_leaves_what_the_companion_leaves_column_after_c
     EXPECT_EQ(want_quick, left_by(asking, seed)) << seed;
     EXPECT_EQ(said, taken()) << seed;
     common_globals().ArrayTools = used;
-    kept += want_quick[0] == '1' && want_quick[2] != '0' ? 1 : 0;
+    kept += want_quick[0] == '1' && want_quick[2] != '0' ? 1U : 0U;
   }
   EXPECT_GT(kept, 500U);
 }
