@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "automation/types.hpp"
+#include "elementary/whole.hpp"
 
 namespace vqmath63::automation {
 
@@ -66,7 +67,7 @@ inline HRESULT store_number(double number, float& to) noexcept {
   return std::isinf(to) && !std::isinf(number) ? DISP_E_OVERFLOW : S_OK;
 }
 inline HRESULT store_number(double number, std::int32_t& to) noexcept {
-  const double whole = std::nearbyint(number);
+  const double whole = elementary::nearest_whole(number);
   if (!(whole >= -2147483648.0 && whole <= 2147483647.0)) return DISP_E_OVERFLOW;
   to = static_cast<std::int32_t>(whole);
   return S_OK;

@@ -9,6 +9,7 @@
 #include "automation/elements.hpp"
 #include "automation/host_object.hpp"
 #include "automation/text.hpp"
+#include "elementary/whole.hpp"
 
 namespace vqmath63::automation {
 namespace {
@@ -26,7 +27,7 @@ std::int64_t length_of(IDispatch* object) {
       FAILED(change_type(length, VT_R8, 0, number)) || !(number.dblVal >= 0.0)) {
     return -1;
   }
-  return static_cast<std::int64_t>(std::nearbyint(std::min(number.dblVal, kBeyondAll)));
+  return static_cast<std::int64_t>(elementary::nearest_whole(std::min(number.dblVal, kBeyondAll)));
 }
 
 // No script language keeps more elements than these.

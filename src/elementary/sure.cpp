@@ -5,6 +5,7 @@
 
 #include "elementary/tables.hpp"
 #include "elementary/two_by_pi.hpp"
+#include "elementary/whole.hpp"
 #include "elementary/wide_constants.hpp"
 
 namespace vqmath63::elementary::sure {
@@ -15,7 +16,7 @@ const Wide kOne = wide(1.0);
 // e^x, |x| < 2000: the series for x less whole ln 2, over 1024, then squared ten times. The squares
 // are those of e^t - 1, so that what is small stays accurate.
 Wide exponential(const Wide& x) {
-  const double whole = std::nearbyint(nearest(x) * k4096ByLn2[0] / 4096);
+  const double whole = nearest_whole(nearest(x) * k4096ByLn2[0] / 4096);
   const Wide t = scaled(x - wide(whole) * kWideLn2, -10);
   constexpr std::size_t kTerms = 17;  // 2^-11.5 per term: beyond 2^-250
   Wide sum = kInverseFactorials[kTerms];

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "elementary/whole.hpp"
 #include "frame/fault.hpp"
 
 namespace vqmath63 {
@@ -121,7 +122,7 @@ VQ_WIDENING_OPERATOR(>=)
 
 /// Converts to a 32-bit integer, halves to even. Fault 6 for NaN and outside the range.
 inline std::int32_t to_long(double value) {
-  const double rounded = std::nearbyint(value);
+  const double rounded = elementary::nearest_whole(value);
   // Negated so that a NaN fails too.
   if (!(rounded >= -2147483648.0 && rounded <= 2147483647.0)) raise_fault(ErrorNumber::kOverflow);
   return static_cast<std::int32_t>(rounded);

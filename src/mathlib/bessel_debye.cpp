@@ -5,6 +5,7 @@
 #include <cmath>
 #include <iterator>
 
+#include "elementary/whole.hpp"
 #include "frame/checked_functions.hpp"
 #include "mathlib/bessel_elementary.hpp"
 
@@ -96,7 +97,7 @@ Circular debye_circular(double n, double x) {
     const Pair excess =
         order * arc_tangent(order, wide, x) - exact_product(n, n) / (wide + Pair{x, 0.0});
     phase.rest = phase.rest + excess;
-    const double turns = std::nearbyint(phase.rest.hi * 0.63661977236758134);
+    const double turns = elementary::nearest_whole(phase.rest.hi * 0.63661977236758134);
     phase.rest = phase.rest - Pair{turns, 0.0} * kHalfCircle;
     phase.quadrant += static_cast<std::uint32_t>(static_cast<std::int64_t>(turns));
   }

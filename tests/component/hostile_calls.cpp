@@ -222,7 +222,8 @@ void spoil(Argument& argument, const Type& type, const Theme& theme, Chance& cha
   } else if (type.vt == VT_R4 || type.vt == VT_R8) {
     const double was = number_in(type.vt, &v.llVal);
     // Of all its digits, from 2^-7 to 2^7, where most ways of working lie.
-    const double ordinary = std::ldexp(1.0 + chance.real(), static_cast<int>(chance.below(14)) - 7);
+    const int exponent = static_cast<int>(chance.below(14)) - 7;
+    const double ordinary = std::ldexp(1.0 + chance.real(), exponent);
     const double choices[] = {was * theme.scale, was * chance.real(), ordinary, -ordinary};
     v = value_of(type.vt, chance.of(choices));
   }
