@@ -11,16 +11,15 @@ PAGE = pathlib.Path(__file__).resolve().parents[1] / "docs" / "performance.md"
 
 
 class Measured:
-    """Medians in nanoseconds of what one program has measured, and counters of its benchmarks."""
+    """Medians in nanoseconds of what one program has measured."""
 
     def __init__(self, benchmarks):
-        times, self.counters = {}, {}
+        times = {}
         units = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}
         for row in benchmarks:
             if row.get("run_type", "iteration") == "iteration" and not row.get("error_occurred"):
                 name = re.sub(r"/repeats:\d+", "", row.get("run_name", row["name"]))
                 times.setdefault(name, []).append(row["cpu_time"] * units[row["time_unit"]])
-                self.counters[name] = row
         self.times = {name: statistics.median(values) for name, values in times.items()}
 
     def get(self, name, n=None):
@@ -73,9 +72,6 @@ def sized_table(table, measured):
         for peer, name in row.peers.items():
             theirs = [measured.get(name, n) for n in table.sizes]
             yield line(["", peer, *map(beside, ours, theirs), growth(zip(table.sizes, theirs))])
-        for counter, heading in table.also.items():
-            found = [measured.counters.get(row.ours.format(n=n), {}).get(counter) for n in table.sizes]
-            yield line(["", heading, *("-" if f is None else f"{f:.3g}" for f in found), ""])
 
 
 def call_table(table, measured):

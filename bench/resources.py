@@ -49,6 +49,13 @@ def said(script, *words, **environment):
     return float(done.stdout)
 
 
+def accumulation_peak(build):
+    """Of a process that accumulates a table of a million rows by ten columns, which has 40 MB."""
+    words = [build / "bench/accumulate_bench", "--benchmark_filter=/1000000$", "--benchmark_format=json"]
+    done = subprocess.run(words, check=True, capture_output=True, text=True)
+    return json.loads(done.stdout)["benchmarks"][0]["process_peak_MB"]
+
+
 def clean_build():
     with tempfile.TemporaryDirectory() as folder:
         subprocess.run(["cmake", "-S", str(HERE.parent), "-B", folder, "-G", "Ninja",
@@ -68,6 +75,7 @@ def main():
                "so_load_us": statistics.median(said(LOAD, str(library)) for _ in range(15)) * 1e6}
     for job in ("Statistics", "RemoveNullsXYZ"):
         figures[f"{job}_mb"] = said(MEMORY, job, **python) / 1e6
+    figures["Accumulate_mb"] = accumulation_peak(build)
     figures["clean_build_s"] = clean_build()
     text = json.dumps(figures, indent=1)
     if sys.argv[-1].endswith(".json"):

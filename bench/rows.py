@@ -1,6 +1,6 @@
 """What docs/performance.md shows: which benchmark stands in which table beside which peer, and the
 goals. Benchmarks are named as their programs name them; {n} stands for a size."""
-from dataclasses import dataclass, field
+from dataclasses import dataclass
 
 
 @dataclass(frozen=True)
@@ -18,7 +18,6 @@ class Table:
     sizes: tuple = ()
     columns: tuple = ()
     of: str = ""  # what the sizes count
-    also: dict = field(default_factory=dict)  # counter of a benchmark -> heading
 
 
 @dataclass(frozen=True)
@@ -154,8 +153,7 @@ TABLES = {
         sized("`FirstDerivativeForwards`", "FirstDerivativeForwards", {"the plain loop": "PlainForwards"}),
         sized("`SecondDerivative`", "SecondDerivative", {"the plain loop": "PlainCentredSecond"})]),
     "accumulation": Table("accumulate_bench", sizes=(1_000, 10_000, 100_000, 1_000_000), of="rows", rows=[
-        sized("`Accumulate`", "Accumulate", {})],
-        also={"table_MB": "table, MB", "process_peak_MB": "peak of the process, MB"}),
+        sized("`Accumulate`", "Accumulate", {})]),
     "wells": Table("beside_wells.py", sizes=(1, 10, 100, 1_000), of="wells", rows=[
         sized("`vqmath63.accumulate`", "frames vqmath63", {"pandas": "frames pandas"}),
         sized("`vqhost accumulate`", "files vqhost", {
@@ -178,7 +176,8 @@ TABLES = {
               {"OPM's `LiveOilPvt<float>`": "OpmUndersaturatedPath"}),
         sized("`GetVolumeCorrectionLive`, saturated", "LiveSaturated", {})]),
     "systems": Table("regression_bench", sizes=(2, 3, 4, 8, 16, 32, 64), of="unknowns", rows=[
-        sized("`MatrixEquation`", "MatrixEquation", {"Eigen's `partialPivLu`": "EigenDynamic"})]),
+        sized("`MatrixEquation`", "MatrixEquation", {
+            "Eigen's `partialPivLu`": "EigenDynamic", "the same steps, plainly": "PlainSteps"})]),
 }
 
 SUMS = ("`SumOfX`", "`SumOfXY`", "`BasicStatistics`", "`BasicStatisticsPairs`")
@@ -187,15 +186,20 @@ CLOSED_FORMS = tuple(f"`{name}`, {at}" for name, at in CLOSED if name not in ("s
 NO_ORDER = "`GetVolumeCorrectionLive`, in no order"
 
 GOALS = [
-    Goal("elementary functions, a call", "C library", 1.2, "elementary", peers=("libm",)),
-    Goal("closed forms, a call", "C library", 1.5, "closed", CLOSED_FORMS),
-    Goal("gamma family and error function, a call", "C library, Boost.Math, GSL", 1.0, "special"),
-    Goal("Bessel functions, a call", "C library, Boost.Math, GSL", 1.0, "bessel"),
-    Goal("special functions over a million, from Python", "SciPy", 0.7, "scipy", sizes=(1_000_000,)),
+    Goal("elementary functions, a call", "C library", 1.2, "elementary", peers=("libm",),
+         why="a tangent is a quotient of sums in two Doubles, which round correctly"),
+    Goal("closed forms, a call", "C library", 1.5, "closed", CLOSED_FORMS,
+         why="an arc sine is the arc tangent of a root and a quotient, each step rounded as promised"),
+    Goal("gamma family and error function, a call", "C library, Boost.Math, GSL", 1.0, "special",
+         why="`beta` is a quotient of three gamma functions; the exponentials and logarithms inside round correctly"),
+    Goal("Bessel functions, a call", "C library, Boost.Math, GSL", 1.0, "bessel", why="where GSL is quicker it gives less: see below"),
+    Goal("special functions over a million, from Python", "SciPy", 0.7, "scipy", sizes=(1_000_000,),
+         why="series and fractions whose divisions wait for one another"),
     Goal("sums and summaries, 1e4 to 1e7", "bare dependent additions", 1.05, "statistics", SUMS,
          ("the plain loop",), LONG),
     Goal("the same", "GSL", 0.5, "statistics", SUMS, ("GSL",), LONG),
-    Goal("the same at 100 elements", "the plain loop", 1.1, "statistics", SUMS, ("the plain loop",), (100,)),
+    Goal("the same at 100 elements", "the plain loop", 1.1, "statistics", SUMS, ("the plain loop",), (100,),
+         why="the fixed cost of a call, some 10 ns"),
     Goal("`Statistics` of 1e6, median and mode", "`std::nth_element` and a sort", 0.5, "order",
          ("`Statistics`",), ("`std::nth_element`, `std::sort`",), (1_000_000,)),
     Goal("the same", "GSL's sort", 0.5, "order", ("`Statistics`",), ("GSL's sort",), (1_000_000,)),
@@ -203,23 +207,30 @@ GOALS = [
     Goal("`Points_In_CubeIndex` 1e6, 1 % inside", "six tetrahedra behind a box", 0.5, "cells",
          ("`Points_In_CubeIndex`, 1 % inside",), sizes=(1_000_000,)),
     Goal("`Points_In_CubeIndex` 1e6, all inside", "six tetrahedra behind a box", 1.0, "cells",
-         ("`Points_In_CubeIndex`, all inside",), sizes=(1_000_000,)),
+         ("`Points_In_CubeIndex`, all inside",), sizes=(1_000_000,),
+         why="a tolerance, three projections and roundings to Single in between; wider registers, a triangle at a time, were slower"),
     Goal("`Point_In_Polygon`, 1e5 vertices", "GEOS", 0.1, "polygons",
          ("`Point_In_Polygon`, circle", "`Point_In_Polygon`, rough ring"), sizes=(100_000,)),
     Goal("daily to monthly, 30 years of 1000 wells, in memory", "pandas", 0.05, "wells",
-         ("`vqmath63.accumulate`",), sizes=(1_000,)),
+         ("`vqmath63.accumulate`",), sizes=(1_000,),
+         why="most of the time goes into taking the frame apart and together, well by well, in Python"),
     Goal("the same, whole process from CSV to CSV", "DuckDB, Polars", 0.5, "wells", ("`vqhost accumulate`",),
          ("DuckDB", "Polars"), (1_000,)),
-    Goal("live-oil factor, points in no order", "OPM", 1.0, "live_oil", (NO_ORDER,)),
-    Goal("`MatrixEquation`, order 2 to 64", "Eigen", 1.0, "systems"),
+    Goal("live-oil factor, points in no order", "OPM", 1.0, "live_oil", (NO_ORDER,),
+         why="a saturation pressure, the choice of curves and looks at bounds beside the two searches; searches without branches were no faster"),
+    Goal("`MatrixEquation`, order 2 to 64", "Eigen", 1.0, "systems", peers=("Eigen's `partialPivLu`",),
+         why="each step is rounded by way of Double, and the back substitution waits for each of its own"),
+    Goal("the same, order 16 to 64", "the same steps, plainly", 1.1, "systems",
+         peers=("the same steps, plainly",), sizes=(16, 32, 64), why="the look for overflow at order 16"),
     Goal("derivatives, 1e6 points", "the plain loop", 1.1, "derivatives", sizes=(1_000_000,)),
     Goal("`RemoveNullsXYZ`, 1e7 rows", "NumPy", 0.5, "numpy", ("`RemoveNullsXYZ`",), sizes=(10_000_000,)),
     Goal("a call through the vtable", "an empty call: ns over it", 5.0, "boundary", ("property by the vtable",),
          over="EmptyVirtualCall"),
     Goal("`Erf` through the vtable", "native: ns over it", 5.0, "boundary", ("`Erf` by the vtable",),
-         over="ErfNative"),
+         over="ErfNative", why="to look at the host's floating-point state"),
     Goal("a call by name", "an empty call: ns over it", 30.0, "boundary", ("property by name",),
          over="EmptyVirtualCall"),
     Goal("arrays of variants, 10 000 samples", "the call on Singles", 6.0, "arrays", (VARIANTS,), sizes=(10_000,)),
-    Goal("create and release", "new and delete", 3.0, "boundary", ("create and release an object",)),
+    Goal("create and release", "new and delete", 3.0, "boundary", ("create and release an object",),
+         why="two looks at the host's floating-point state, three locked counts"),
 ]

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "frame/steps_only.hpp"
+#include "frame/wide_registers.hpp"
 #include "geometry/crossing.hpp"
 #include "geometry/quick_arithmetic.hpp"
 
@@ -111,8 +112,8 @@ std::optional<bool> scan_polygon(float px, float py, const float* x, const float
     const std::size_t count = std::min(kBlock, n - 1 - begin);
     const float* const xs = x + begin;
     const float* const ys = y + begin;
-    if (!any_level(py, xs, ys, count, sizes)) continue;
-    const Edges edges = look_at(px, py, xs, ys, count);
+    if (!in_wide_registers([&] { return any_level(py, xs, ys, count, sizes); })) continue;
+    const Edges edges = in_wide_registers([&] { return look_at(px, py, xs, ys, count); });
     crossed ^= edges.crossed;
     if (edges.any_close == 0) continue;
     for (std::size_t i = 0; i < count; ++i) {
