@@ -18,7 +18,7 @@ import sys
 from pathlib import Path
 
 TABLE = Path(__file__).resolve().parent.parent / "bench" / "instruction_counts.tsv"
-HEAD = "# Instructions of each job of counted_jobs, x86-64, g++ 12, -O3: tools/instruction_counts.py PROGRAM --write\n"
+HEAD = "# Instructions of each job of counted_jobs, x86-64 with AVX2, g++ 12, -O3: tools/instruction_counts.py PROGRAM --write\n"
 ALLOWANCE = 0.03
 
 
