@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <sstream>
 
 #include "component/class_list.hpp"
 
@@ -96,9 +95,11 @@ std::optional<std::string> describe_words(const ClassInfo& info, const std::stri
     if (!text) text.emplace();
     for (const ArgumentInfo& argument : row.arguments) {
       if (argument.words != nullptr) {
-        std::istringstream words(argument.words());
-        for (std::string word; std::getline(words, word);) {
-          text->append(argument.name).append("\t").append(word).append("\n");
+        const std::string words = argument.words();
+        for (std::size_t at = 0; at < words.size();) {
+          const std::size_t end = std::min(words.find('\n', at), words.size());
+          text->append(argument.name).append("\t").append(words, at, end - at).append("\n");
+          at = end + 1;
         }
       }
       if (argument.numbers != nullptr) {

@@ -29,7 +29,7 @@ constexpr std::array<std::uint32_t, kMonths + 1> kMonthStarts = [] {
   const sys_days first{month / 1};
   for (std::uint32_t& start : starts) {
     start = static_cast<std::uint32_t>((sys_days{month / 1} - first).count());
-    month += months{1};
+    month = month + months{1};  // not +=, by which some libraries forget the year
   }
   return starts;
 }();

@@ -84,6 +84,59 @@ class NativeHost : public Host {
   }
 };
 
+#if defined(__EMSCRIPTEN__)
+/// Calls entry `slot` of the vtable, by its very type, which WebAssembly looks at: numbers stand
+/// before integers and pointers, save where an order stands before its one number.
+inline HRESULT call_entry(void* object, UINT slot, const std::vector<std::intptr_t>& words,
+                          const std::vector<double>& numbers) {
+  const auto call = [&](auto... given) {
+    using Entry = HRESULT (*)(void*, decltype(given)...);
+    return (*static_cast<const Entry* const*>(object))[slot](object, given...);
+  };
+  const auto with_words = [&](auto... first) {
+    const auto& w = words;
+    switch (w.size()) {
+      case 0:
+        return call(first...);
+      case 1:
+        return call(first..., w[0]);
+      case 2:
+        return call(first..., w[0], w[1]);
+      case 3:
+        return call(first..., w[0], w[1], w[2]);
+      case 4:
+        return call(first..., w[0], w[1], w[2], w[3]);
+      case 5:
+        return call(first..., w[0], w[1], w[2], w[3], w[4]);
+      case 6:
+        return call(first..., w[0], w[1], w[2], w[3], w[4], w[5]);
+      case 7:
+        return call(first..., w[0], w[1], w[2], w[3], w[4], w[5], w[6]);
+      case 8:
+        return call(first..., w[0], w[1], w[2], w[3], w[4], w[5], w[6], w[7]);
+      case 9:
+        return call(first..., w[0], w[1], w[2], w[3], w[4], w[5], w[6], w[7], w[8]);
+      case 11:
+        return call(first..., w[0], w[1], w[2], w[3], w[4], w[5], w[6], w[7], w[8], w[9], w[10]);
+      default:
+        throw std::length_error("arguments");
+    }
+  };
+  const auto& d = numbers;
+  switch (d.size()) {
+    case 0:
+      return with_words();
+    case 1:
+      return words.size() == 2 ? call(words[0], d[0], words[1]) : with_words(d[0]);
+    case 2:
+      return with_words(d[0], d[1]);
+    case 3:
+      return with_words(d[0], d[1], d[2]);
+    default:
+      throw std::length_error("arguments");
+  }
+}
+#else
 /// Calls entry `slot` of the vtable. Integers and pointers are passed in one row of registers and
 /// then on the stack, in their order, and floating-point numbers in another row of registers: so
 /// one type of function serves for every member, and what a member does not read does no harm.
@@ -101,6 +154,7 @@ inline HRESULT call_entry(void* object, UINT slot, const std::vector<std::intptr
   return entry(object, w[0], w[1], w[2], w[3], w[4], w[5], w[6], w[7], w[8], w[9], w[10], w[11],
                d[0], d[1], d[2], d[3]);
 }
+#endif
 
 /// Optional arguments are left out as null references.
 class VtableHost : public NativeHost {

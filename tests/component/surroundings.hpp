@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <string>
 
-#if !defined(__aarch64__)
+#if !defined(__aarch64__) && !defined(__EMSCRIPTEN__)  // WebAssembly has no such state
 #include <xmmintrin.h>
 #endif
 
@@ -41,13 +41,13 @@ class Surroundings {
   }
 
  private:
-  static void flush(bool on) {
+  static void flush([[maybe_unused]] bool on) {
 #if defined(__aarch64__)
     std::uint64_t state = 0;
     __asm__ volatile("mrs %0, fpcr" : "=r"(state));
     constexpr std::uint64_t kFlush = 1U << 24U;
     __asm__ volatile("msr fpcr, %0" : : "r"(on ? state | kFlush : state & ~kFlush) : "memory");
-#else
+#elif !defined(__EMSCRIPTEN__)
     constexpr unsigned kFlush = 0x8040;
     _mm_setcsr(on ? _mm_getcsr() | kFlush : _mm_getcsr() & ~kFlush);
 #endif
