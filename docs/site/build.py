@@ -1,11 +1,14 @@
 #!/usr/bin/env python3
 """Makes the site: the pages of docs/ and the README as HTML that is read from disk, with search.
 
-usage: docs/site/build [FOLDER]      by default build/site; the first page is FOLDER/html/index.html
+usage: docs/site/build [FOLDER [WASM]]   by default build/site; the first page is FOLDER/html/index.html
+    WASM   vqmath63.wasm of the preset "wasm": with it each member has a form that calls it
 
 Sphinx makes the pages, with the theme Furo. Before that each page is made to fit: formulas become
 MathML, the same program in several languages tabs, and links to what is no page of the site text."""
 
+import base64
+import json
 import pathlib
 import re
 import shutil
@@ -117,6 +120,42 @@ def mend_theme(static):
         sheet.write_text(text, encoding="utf-8")
 
 
+def typed(value):
+    """A value of the table of calls as somebody would type it into a form, or paste it from a sheet."""
+    if value.startswith("["):
+        rows = [row.split() for row in value[1:-1].split(";")]
+        return "\n".join("\t".join(row) for row in (rows if len(rows) > 1 else zip(*rows)))
+    return value.strip('"')
+
+
+def first_calls():
+    """Class -> member -> the arguments of its first worked call, and the properties set before it."""
+    made, settings = {}, {}
+    for line in (ROOT / "tests/data/calls.tsv").read_text(encoding="utf-8").splitlines():
+        kind, name, *rest = [*line.split("\t"), ""]
+        if kind == "new":
+            members, settings = made.setdefault(name, {}), {}
+        elif kind in ("call", "get", "let"):
+            given = [typed(cell.partition(">")[0]) for cell in rest[1:-1]]
+            members.setdefault(name, {"given": given, "set": dict(settings)})
+            if kind == "let":
+                settings[name] = given[0]
+    return made
+
+
+def live(static, wasm):
+    """What the forms need: their script, the component and its module as scripts that a page read from
+    disk may load, and what stands in the forms at first."""
+    shutil.copy(DOCS / "site/live.js", static)
+    module = (ROOT / "javascript/component.mjs").read_text(encoding="utf-8")
+    module = re.sub(r"^export ", "", module, flags=re.M)
+    (static / "vqmath63.js").write_text(
+        f"window.vqComponent = (() => {{\n{module}\nreturn {{ load, VqError }};\n}})();\n", encoding="utf-8")
+    text = base64.b64encode(pathlib.Path(wasm).read_bytes()).decode()
+    (static / "vqmath63_wasm.js").write_text(f"window.vqWasm = '{text}';\n", encoding="utf-8")
+    (static / "calls.js").write_text(f"window.vqCalls = {json.dumps(first_calls())};\n", encoding="utf-8")
+
+
 def main():
     folder = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else ROOT / "build/site").resolve()
     source = folder / "source"
@@ -133,7 +172,11 @@ def main():
     shutil.copy(DOCS / "site/conf.py", source)
     (source / "_static").mkdir()
     shutil.copy(DOCS / "site/site.css", source / "_static")
-    subprocess.run(["/usr/bin/python3", "-m", "sphinx", "-q", "-W", "--keep-going", "-b", "html",
+    options = []
+    if len(sys.argv) > 2:
+        live(source / "_static", sys.argv[2])
+        options = ["-D", "html_js_files=calls.js,live.js"]
+    subprocess.run(["/usr/bin/python3", "-m", "sphinx", "-q", "-W", "--keep-going", "-b", "html", *options,
                     str(source), str(folder / "html")], check=True)
     mend_theme(folder / "html/_static")
     print(f"{len(pages)} pages: {folder}/html/index.html")

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Looks at a site that is made: no broken link, nothing fetched from elsewhere, and in a headless
-Chromium no console message, and a search that finds a member from disk.
+Chromium no console message, and a search that finds a member from disk. Where there are forms beside the
+members, each brings its worked call's result, and a browser without WebAssembly says so.
 
 usage: check.py FOLDER        the folder html that docs/site/build has made
                               (PROGRAM chromium has to be installed)
@@ -8,6 +9,7 @@ The last line counts: "site: C checks, F failures"."""
 
 import html.parser
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -57,6 +59,32 @@ def look(url, options):
     return done.stdout, [line for line in done.stderr.splitlines() if ":CONSOLE:" in line]
 
 
+# Page -> what its forms show of the first worked calls: the error function at 0.7, an area, a table.
+FORMS = {"ztMathLib": ["0.677801193837418", "<svg"], "ztIntegrate": ["<code>10</code>"],
+         "ztAccumulate": ["<td>28</td><td>20</td>"], "ztStatistics": ["<code>5.5</code>"]}
+
+
+def forms(folder):
+    """What is wrong with the forms."""
+    for name, wanted in FORMS.items():
+        url = (folder / f"reference/{name}.html").as_uri() + "#try-all"
+        shown, said = look(url, [])
+        answered = shown.count('class="vq-output"')
+        if answered != shown.count('class="vq-live"') or answered == 0:
+            said.append(f"{answered} forms of {shown.count('vq-live')}")
+        said += [f"no {words}" for words in wanted if words not in shown]
+        said += re.findall(r'<p class="vq-error">(?!Error:)(.*?)</p>', shown)
+        yield from (f"forms of {name}: {problem}" for problem in said)
+    page = folder / f"reference/{name}.html"
+    without = page.with_suffix(".without.html")
+    without.write_text(page.read_text(encoding="utf-8").replace(
+        "<head>", "<head><script>delete window.WebAssembly</script>", 1), encoding="utf-8")
+    shown, _ = look(without.as_uri() + "#try-all", [])
+    without.unlink()
+    if "has no WebAssembly" not in shown:
+        yield "without WebAssembly nothing is said"
+
+
 def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
@@ -80,6 +108,9 @@ def main():
         problems += [f"search for {words}: {problem}" for problem in said]
         if wanted not in results:
             problems.append(f"search for {words}: does not find {wanted}")
+    if (folder / "_static/live.js").exists():
+        problems += forms(folder)
+        checks += len(FORMS) + 1
     print("\n".join([*problems, f"site: {checks} checks, {len(problems)} failures"]))
     sys.exit(1 if problems or not pages else 0)
 
