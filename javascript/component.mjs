@@ -74,11 +74,10 @@ class Memory {
   }
 
   newText(text) {
-    const units = Uint16Array.from(text, (c) => c.charCodeAt(0));
     const from = this.take(2 * text.length);
     const to = this.elements(Uint16Array, from, text.length);
     for (let k = 0; k < text.length; ++k) to[k] = text.charCodeAt(k);
-    return this.of.SysAllocStringLen(from, units.length ? text.length : 0);
+    return this.of.SysAllocStringLen(from, text.length);
   }
 }
 
@@ -225,14 +224,20 @@ class Call {
     if (type.rank > 0) {
       const at = memory.take(4);
       arrays.push(at);
-      if (value !== undefined && value !== null) memory.view.setUint32(at, this.newArray(type, value), true);
+      if (value !== undefined && value !== null) {
+        const array = this.newArray(type, value);  // before the view: memory may grow
+        memory.view.setUint32(at, array, true);
+      }
       return { at, stride: 0 };
     }
     if (type.name === 'String') {
       const at = memory.take(4);
       if (value !== undefined && typeof value !== 'string') throw new TypeError('has to be a text');
       texts.push(at);
-      if (value !== undefined) memory.view.setUint32(at, memory.newText(value), true);
+      if (value !== undefined) {
+        const text = memory.newText(value);
+        memory.view.setUint32(at, text, true);
+      }
       return { at, stride: 0 };
     }
     const each = !argument.isInput || (many && isList(value));
