@@ -26,6 +26,7 @@ struct Options {
   std::string path;
   std::string x = "1";
   std::string y = "2";
+  std::optional<std::string> date_format;
   std::int32_t order = 1;
   bool skip = false;
   bool raw = false;
@@ -55,7 +56,8 @@ int run(const Options& options) {
   if (options.order > 2) throw UsageError("--order: 1 or 2 is wanted");
   check_output(options.output, options.path);
   const bool second = options.order == 2;
-  Columns data(CsvFile(options.path), {options.x, options.y}, true);
+  Columns data(CsvFile(options.path), {options.x, options.y}, true,
+               date_format_option(options.date_format));
   if (options.skip) {
     data.leave_gaps_out();
   } else {
@@ -97,6 +99,7 @@ void declare(Command& command) {
   command.argument("FILE", o.path, "CSV file with a header; - reads the standard input")
       .option("--x", "COL", o.x, "Column of the abscissae, by header or number (default 1)")
       .option("--y", "COL", o.y, "Column of the ordinates (default 2)")
+      .option("--date-format", "FORM", o.date_format, kDateFormatHelp)
       .count("--order", o.order, "1 (default) or 2")
       .flag("--raw", o.raw,
             "Second derivatives as the component gives them, most of them a twelfth")

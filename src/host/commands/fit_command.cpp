@@ -56,8 +56,9 @@ struct Options {
   std::string y = "2";
   std::string type = "linear";
   bool skip = false;
-  std::string from;
-  std::string to;
+  std::optional<std::string> from;
+  std::optional<std::string> to;
+  std::optional<std::string> date_format;
   std::optional<double> solve_y;
   Output output;
 };
@@ -74,33 +75,34 @@ const Type& type_of(const std::string& word) {
 }
 
 // A number or a date, as x is given.
-double bound(const char* option, const std::string& text, bool dated) {
-  const auto value = dated ? parse_moment(text) : parse_number(text);
-  if (value && !std::isnan(*value)) return *value;
-  throw UsageError(std::string(option) + ": " +
-                   (dated ? why_no_moment(text) : in_quotes(text) + " is not a number"));
+std::optional<double> bound(const char* option, const std::optional<std::string>& text,
+                            const Options& options, bool dated) {
+  if (!text) return std::nullopt;
+  if (dated) return moment_option(text, option, date_format_option(options.date_format));
+  const auto value = parse_number(*text);
+  if (value && !std::isnan(*value)) return value;
+  throw UsageError(std::string(option) + ": " + in_quotes(*text) + " is not a number");
 }
 
 // Leaves the rows out whose x lies outside --from and --to, before all else is asked of them.
 void keep_range(Columns& data, const Options& options) {
-  if (options.from.empty() && options.to.empty()) return;
-  const double least = options.from.empty() ? -std::numeric_limits<double>::infinity()
-                                            : bound("--from", options.from, data.dated(0));
-  const double most = options.to.empty() ? std::numeric_limits<double>::infinity()
-                                         : bound("--to", options.to, data.dated(0));
+  if (!options.from && !options.to) return;
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  const double least = bound("--from", options.from, options, data.dated(0)).value_or(-kInfinity);
+  const double most = bound("--to", options.to, options, data.dated(0)).value_or(kInfinity);
   const std::size_t rows = data.rows();
   data.keep_rows([&](std::size_t row) { return data[0][row] >= least && data[0][row] <= most; });
   if (data.rows() == 0 && rows > 0) {
-    throw WorkError(data.path() + ": no row lies from " +
-                    (options.from.empty() ? "the first one" : options.from) + " to " +
-                    (options.to.empty() ? "the last one" : options.to));
+    throw WorkError(data.path() + ": no row lies from " + options.from.value_or("the first one") +
+                    " to " + options.to.value_or("the last one"));
   }
 }
 
 // The samples: no gaps, only values above 0 where a logarithm is taken, and days from the first
 // date on; `first_date` is that date.
 Columns read_samples(const Options& options, const Type& type, double& first_date) {
-  Columns data(CsvFile(options.path), {options.x, options.y}, true);
+  Columns data(CsvFile(options.path), {options.x, options.y}, true,
+               date_format_option(options.date_format));
   keep_range(data, options);
   if (!options.skip) data.refuse_gaps(kSkipHint);
   if (data.dated(0)) {
@@ -296,6 +298,7 @@ void declare(Command& command) {
       .option("--y", "COL", o.y, "Column of the ordinates (default 2)")
       .option("--type", "WORD", o.type,
               "linear (default), logarithmic, exponential, power or polynomial")
+      .option("--date-format", "FORM", o.date_format, kDateFormatHelp)
       .option("--from", "X", o.from, "First x used, or date (default: the file's)")
       .option("--to", "X", o.to, "Last x used, or date")
       .option("--solve-y", "VALUE", o.solve_y, "Tell where the line has this y")

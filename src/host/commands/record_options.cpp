@@ -194,7 +194,7 @@ bool RecordOptions::any() const {
 }
 
 std::optional<DateFormat> RecordOptions::dates() const {
-  return date_format ? std::optional<DateFormat>(*date_format) : std::nullopt;
+  return date_format_option(date_format);
 }
 
 void declare_records(Command& command, RecordOptions& o) {
@@ -205,10 +205,7 @@ void declare_records(Command& command, RecordOptions& o) {
       .option("--date", "COL,...", o.date,
               "Column of dates (default: by its name, else the first), or columns that make one "
               "together: YEAR,MONTH")
-      .option(
-          "--date-format", "FORM", o.date_format,
-          "How dates are written, in the file and on the line: DD/MM/YYYY for instance, D-MMM-YY, "
-          "YYYYMMDD hh:mm; serial: as spreadsheets count days")
+      .option("--date-format", "FORM", o.date_format, kDateFormatHelp)
       .option("--decimal", "WORD", o.decimal,
               "Decimal mark of numbers: point, comma (default: as the first rows have it)")
       .count("--header", o.header, "Line of the file on which its header stands")

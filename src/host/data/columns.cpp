@@ -96,9 +96,12 @@ Columns numbers_of(const std::string& path, const char* option, const std::strin
   }
 }
 
-Columns::Columns(CsvFile file, const std::vector<std::string>& names, bool dated_first)
+Columns::Columns(CsvFile file, const std::vector<std::string>& names, bool dated_first,
+                 std::optional<DateFormat> format)
     : file_(std::move(file)) {
   CsvReading reading;
+  reading.date_format = std::move(format);
+  reading.takes_date_format = dated_first;
   reading.empty_as = std::numeric_limits<double>::quiet_NaN();
   reading.wants.assign(file_.headers().size(), Want::kNothing);
   for (const std::string& name : names) {

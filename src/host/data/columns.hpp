@@ -51,8 +51,10 @@ inline constexpr const char* kSkipHint = " (--skip leaves such rows out)";
 class Columns {
  public:
   /// Reads the columns, which are given by header or number; where `dated_first`, the first one may
-  /// hold dates, which are day counts then. UsageError when a column is given twice.
-  Columns(CsvFile file, const std::vector<std::string>& names, bool dated_first);
+  /// hold dates, which are day counts then, written as ISO has it or `format`. UsageError when a
+  /// column is given twice.
+  Columns(CsvFile file, const std::vector<std::string>& names, bool dated_first,
+          std::optional<DateFormat> format = {});
 
   std::size_t rows() const { return table_.lines.size(); }
   std::size_t count() const { return chosen_.size(); }

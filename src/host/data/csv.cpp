@@ -83,13 +83,12 @@ class CellTaker {
     }
     const Want want = wants_[c];
     const bool dates_welcome = want == Want::kNumbersOrDates || want == Want::kTimes;
-    const std::optional<double> number =
-        column.kind == CellKind::kDate ? std::nullopt : cell_number(text, file_.form());
+    const bool date = column.kind == CellKind::kDate || (dates_welcome && reading_.date_format);
+    const std::optional<double> number = date ? std::nullopt : cell_number(text, file_.form());
     if (column.kind == CellKind::kUnknown) {
       column.kind = dates_welcome && !number ? CellKind::kDate : CellKind::kNumber;
     }
-    const std::optional<double> value =
-        column.kind == CellKind::kDate ? parse_moment(text) : number;
+    const std::optional<double> value = column.kind == CellKind::kDate ? date_of(text) : number;
     if (!value && want == Want::kNumbersIfAny) {
       if (met.texts++ == 0) {
         met.text_line = line;
@@ -103,6 +102,10 @@ class CellTaker {
       throw WorkError(file_.place(line, c) + in_quotes(text) + " is not a finite number");
     }
     column.values.push_back(*value);
+  }
+
+  std::optional<double> date_of(std::string_view text) const {
+    return reading_.date_format ? reading_.date_format->read(text) : parse_moment(text);
   }
 
   // Leaves a column out that nobody has asked for, and holds nothing or mostly no numbers.
@@ -138,9 +141,13 @@ class CellTaker {
                            std::string_view text) const {
     const bool date = kind == CellKind::kDate;
     std::string problem = in_quotes(text) + (date ? " is not a date" : " is not a number");
-    if (date) {
+    if (date && reading_.date_format) {
+      problem += " as --date-format " + reading_.date_format->pattern() + " has it";
+    } else if (date) {
       const bool none_yet = table_.columns[c].values.empty();
       problem = why_no_moment(text, none_yet ? "is neither a number nor a date" : "is not a date");
+      const std::string formats = reading_.takes_date_format ? date_formats_of(text) : "";
+      if (!formats.empty()) problem += "; --date-format " + formats + " reads it";
     }
     throw WorkError(file_.place(line, c) + problem);
   }

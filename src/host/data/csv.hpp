@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/data/csv_form.hpp"
+#include "host/data/date_format.hpp"
 
 namespace vqmath63::host {
 
@@ -40,6 +41,8 @@ struct CsvReading {
   std::optional<double> empty_as;  ///< value of a cell that is empty or says NaN; none: an error
   /// Asked before an empty cell is refused: it may throw what a user should know first.
   std::function<void(const CsvTable& table)> before_refusing_gap{};
+  std::optional<DateFormat> date_format{};  ///< how dates are written; none: as ISO has it
+  bool takes_date_format = false;  ///< whether the user may name one, which messages propose
   /// Told now and then of rows read, bytes done and bytes in all.
   std::function<void(std::size_t, std::size_t, std::size_t)> progress;
 };

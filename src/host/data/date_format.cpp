@@ -142,6 +142,10 @@ std::optional<double> DateFormat::read(std::string_view text) const {
   return parse_moment(iso);
 }
 
+std::optional<DateFormat> date_format_option(const std::optional<std::string>& pattern) {
+  return pattern ? std::optional<DateFormat>(*pattern) : std::nullopt;
+}
+
 std::optional<double> moment_option(const std::optional<std::string>& text, const char* option,
                                     const std::optional<DateFormat>& format) {
   if (!text) return std::nullopt;

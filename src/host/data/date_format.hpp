@@ -35,6 +35,14 @@ class DateFormat {
 std::optional<double> moment_option(const std::optional<std::string>& text, const char* option,
                                     const std::optional<DateFormat>& format);
 
+/// What the help says of such an option.
+inline constexpr const char* kDateFormatHelp =
+    "How dates are written, in the file and on the line: DD/MM/YYYY for instance, D-MMM-YY, "
+    "YYYYMMDD hh:mm; serial: as spreadsheets count days";
+
+/// The format that an option of the command line names, or none; UsageError where it is none.
+std::optional<DateFormat> date_format_option(const std::optional<std::string>& pattern);
+
 /// Patterns that read a text, as a user would write them for --date-format: "DD/MM/YYYY or
 /// MM/DD/YYYY"; empty where none of the usual ones does.
 std::string date_formats_of(std::string_view text);
