@@ -103,7 +103,7 @@ struct Ratio {
 // tan(steps pi / 256 + angle) = (P + Q t) / (Q - P t), t = tan(angle), P / Q from the table, the
 // larger of which is 1 and the first part of which has 26 bits. t is lost where its cube's term is
 // rounded, 2^-77 some eight times, and above and below are no smaller than pi / 512 but where t
-// falls with them: 2^-66.4 of the value, and by the quotient's second part 2^-67.
+// falls with them: 2^-66.4 of the value, and by what the quotient keeps in the second Double 2^-67.
 inline Ratio quick_tangent(std::uint64_t steps, Pair angle) {
   const double* p = &kTangents.parts[2 * (steps & 255U)];
   const double* q = p + 256;  // a quarter further on
