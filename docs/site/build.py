@@ -18,6 +18,7 @@ import sys
 DOCS = pathlib.Path(__file__).resolve().parent.parent
 ROOT = DOCS.parent
 sys.path.insert(0, str(ROOT / "tools"))
+import calls  # noqa: E402
 from check_links import places  # noqa: E402
 from reference.examples import LANGUAGES  # noqa: E402
 
@@ -120,29 +121,6 @@ def mend_theme(static):
         sheet.write_text(text, encoding="utf-8")
 
 
-def typed(value):
-    """A value of the table of calls as somebody would type it into a form, or paste it from a sheet."""
-    if value.startswith("["):
-        rows = [row.split() for row in value[1:-1].split(";")]
-        return "\n".join("\t".join(row) for row in (rows if len(rows) > 1 else zip(*rows)))
-    return value.strip('"')
-
-
-def first_calls():
-    """Class -> member -> the arguments of its first worked call, and the properties set before it."""
-    made, settings = {}, {}
-    for line in (ROOT / "tests/data/calls.tsv").read_text(encoding="utf-8").splitlines():
-        kind, name, *rest = [*line.split("\t"), ""]
-        if kind == "new":
-            members, settings = made.setdefault(name, {}), {}
-        elif kind in ("call", "get", "let"):
-            given = [typed(cell.partition(">")[0]) for cell in rest[1:-1]]
-            members.setdefault(name, {"given": given, "set": dict(settings)})
-            if kind == "let":
-                settings[name] = given[0]
-    return made
-
-
 def live(static, wasm):
     """What the forms need: their script, the component and its module as scripts that a page read from
     disk may load, and what stands in the forms at first."""
@@ -153,7 +131,7 @@ def live(static, wasm):
         f"window.vqComponent = (() => {{\n{module}\nreturn {{ load, VqError }};\n}})();\n", encoding="utf-8")
     text = base64.b64encode(pathlib.Path(wasm).read_bytes()).decode()
     (static / "vqmath63_wasm.js").write_text(f"window.vqWasm = '{text}';\n", encoding="utf-8")
-    (static / "calls.js").write_text(f"window.vqCalls = {json.dumps(first_calls())};\n", encoding="utf-8")
+    (static / "calls.js").write_text(f"window.vqCalls = {json.dumps(calls.examples())};\n", encoding="utf-8")
 
 
 def main():
