@@ -29,6 +29,8 @@ addEventListener('DOMContentLoaded', () => {
     return loaded;
   }
 
+  const LONG = 100000;  // characters that are pasted: more stay behind the field, where they need no room
+
   // What is typed. A column from a sheet has a line a row; a table has cells between tabs or blanks.
   function number(text) {
     if (/^[-+]?\d{1,3}(,\d{3})+$/.test(text)) {  // 1.234 to some, 1234 to others
@@ -110,9 +112,18 @@ addEventListener('DOMContentLoaded', () => {
   function form(of, member, sample, wanted) {
     const fields = [];
     const field = (label, type, text = '', optional, setting) => {
-      const input = make(type.rank > 0 ? 'textarea' : 'input', { value: text, rows: Math.min(Math.max(text.split('\n').length, 2), 8), spellcheck: false, name: label });
+      const rows = Math.min(Math.max(text.split('\n').length, 2), 8);
+      const input = make(type.rank > 0 ? 'textarea' : 'input', { value: text, rows, spellcheck: false, wrap: 'off', name: label });
+      const each = { label, type, input, optional, setting };
+      input.onpaste = (event) => {
+        const pasted = event.clipboardData.getData('text');
+        if (type.rank === 0 || pasted.length < LONG) return;
+        event.preventDefault();
+        [each.held, input.value] = [pasted, `(${pasted.trimEnd().split('\n').length} rows)`];
+      };
+      input.oninput = () => { delete each.held; };
       const hint = type.name + ['', ', a column', ', a table'][type.rank] + (optional ? '; may be empty' : '');
-      fields.push({ label, type, input, optional, setting });
+      fields.push(each);
       return make('label', {}, make('span', { textContent: label }), input, make('small', { textContent: hint }));
     };
     const inputs = member.args.flatMap((a, k) => a.isInput ? [field(a.name, a.type, sample.given[k], a.optional, false)] : []);
@@ -122,10 +133,10 @@ addEventListener('DOMContentLoaded', () => {
     output.setAttribute('aria-live', 'polite');
     const tell = (words) => output.append(make('p', { className: 'vq-error', textContent: words }));
     const put = (label, value) => output.append(make('div', {}, make('span', { textContent: label }), shown(value)));
-    const value = ({ type, input, label, optional }) => {
+    const value = ({ type, input, label, optional, held }) => {
       if (input.value.trim() === '' && type.rank > 0) return null;
       if (input.value.trim() === '' && optional) return undefined;
-      try { return read(type, input.value); } catch (error) { throw new TypeError(`${label}: ${error.message}`); }
+      try { return read(type, held ?? input.value); } catch (error) { throw new TypeError(`${label}: ${error.message}`); }
     };
     const run = () => {
       output.replaceChildren();
