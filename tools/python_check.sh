@@ -24,20 +24,7 @@ unset PYTHONPATH
 rm -rf "$folder"
 mkdir -p "$folder"
 
-# A step that is a test by itself.
-step() {  # NAME COMMAND...
-  local name=$1
-  shift
-  if "$@" >"$folder/step.log" 2>&1; then
-    echo "$name: ok"
-    passed=$((passed + 1))
-  else
-    echo "$name: FAILED"
-    tail -n 40 "$folder/step.log"
-    failed=$((failed + 1))
-    return 1
-  fi
-}
+. "$root/tools/step.sh"
 
 # Adds up what pytest counts.
 pytest_step() {  # NAME PYTHON

@@ -230,6 +230,9 @@ def block_of(value: Any, type: Type, argument: str) -> Block:
     """What the component reads where it lies."""
     if numpy is None:
         made = _plain_block(value, type)
+    elif (value.__class__ is array.array and value.typecode == FORMAT[type.name]
+          and type.rank == 1 and type.name != "Boolean"):
+        made = Block(value.buffer_info()[0], (len(value),), value)
     elif (value.__class__ is numpy.ndarray and value.dtype == DTYPE[type.name]
           and value.ndim == type.rank and value.flags.f_contiguous and value.flags.aligned
           and type.name != "Boolean"):

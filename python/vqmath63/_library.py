@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import ctypes
+import functools
 import os
 import sys
 from ctypes import POINTER, c_int32, c_int64, c_uint16, c_uint32, c_void_p
@@ -123,6 +124,7 @@ def release(pointer: int) -> None:
     _slot(pointer, 2)(pointer)
 
 
+@functools.cache
 def _guid(text: str) -> bytes:
     import uuid
     return uuid.UUID(text).bytes_le

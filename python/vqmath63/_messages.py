@@ -135,6 +135,13 @@ def heard_lines() -> list[str]:
     return _thread.lines
 
 
+def resume(heard: list[str]) -> None:
+    """For a host that enters a thread with a new thread state of Python each time, which forgets what
+    is local to the thread: its error lines come into a list that it has had before, so that the
+    objects made then may be called on. `heard` has to be of this thread alone."""
+    _thread.lines = heard
+
+
 def log_heard(heard: list[str]) -> None:
     """For lines that come when no call is made whose result they could go with."""
     for line in heard:

@@ -2,7 +2,9 @@
 
 import datetime
 import functools
+import threading
 
+from vqmath63 import _messages
 from vqmath63._names import nearest
 
 from . import cells
@@ -67,14 +69,24 @@ def first_day_of(document):
         return FIRST_DAY
 
 
+_lines = {}  # thread -> the list of its error lines
+
+
+def enter():
+    """What each call of Calc's begins with: LibreOffice makes a new thread state of Python for it."""
+    _messages.resume(_lines.setdefault(threading.get_ident(), []))
+
+
 def _method(function):
     """The method of the component of Calc."""
     count = len(function.parameters)
 
     def without(self, *given):
+        enter()
         return call(function, _trimmed(given[:count]))[0]
 
     def with_document(self, document, *given):
+        enter()
         return call(function, _trimmed(given[:count]), first_day_of(document))[0]
 
     return with_document if function.wants_document else without
@@ -92,6 +104,7 @@ def methods():
     made = {f.identifier: _method(f) for f in functions().values()}
 
     def ask(self, document, name, given):
+        enter()
         return ((why(name, given, first_day_of(document)),),)
 
     made["Why"] = ask

@@ -74,7 +74,7 @@ class Member(Function):
         self.identifier = member.name.replace("_", "")
         self.help = member.help
         self._class = getattr(vqmath63, of.name)
-        self._objects = threading.local()
+        self._objects = {}
         lets = [m for m in of.members if m.kind == "let"]
         self._readable = [m.name for m in of.members if m.kind == "get" and not m.arguments]
         made = []
@@ -99,11 +99,10 @@ class Member(Function):
         """An object to call: of its own where the call changes it, else this thread's."""
         if self._back == [SUCCESS] or len(given) > self._settings_at:
             return self._class()
-        try:
-            return self._objects.made
-        except AttributeError:
-            self._objects.made = self._class()
-            return self._objects.made
+        thread = threading.get_ident()
+        if thread not in self._objects:
+            self._objects[thread] = self._class()
+        return self._objects[thread]
 
     def evaluate(self, given, first_day=FIRST_DAY):
         if len(given) > len(self.parameters):

@@ -15,18 +15,7 @@ folder=$(realpath -m "$3")
 passed=0
 failed=0
 
-step() {  # NAME COMMAND...
-  local name=$1
-  shift
-  if "$@" >"$folder/step.log" 2>&1; then
-    echo "$name: ok"
-    passed=$((passed + 1))
-  else
-    echo "$name: FAILED"
-    tail -n 30 "$folder/step.log"
-    failed=$((failed + 1))
-  fi
-}
+. "$root/tools/step.sh"
 
 same_bits() { node --no-experimental-fetch "$build/javascript/hostile_calls.js" 80 | diff "$root/tests/data/same_bits.txt" -; }
 small() { [ "$(stat -c %s "$build/javascript/vqmath63.wasm")" -le 614400 ]; }
