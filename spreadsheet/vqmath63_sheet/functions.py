@@ -196,6 +196,10 @@ class _Many:
         self.ranges = ranges
 
     def _values(self, parameter, cell, first_day):
+        if parameter.type.name == "Double" and len(cell) == self.height and len(cell[0]) == self.width:
+            plain = list(itertools.chain.from_iterable(cell))
+            if set(map(type, plain)) == {float}:
+                return plain
         made = []
         for k in range(self.height):
             row = cell[k if len(cell) > 1 else 0]
@@ -210,9 +214,12 @@ class _Many:
         given = {name: self._values(parameter, cell, first_day)
                  for name, (parameter, cell) in self.ranges.items()}
         count = self.height * self.width
-        made = [next((v for v in values if isinstance(v, CellError)), None)
-                for values in zip(*given.values())]
-        good = [k for k in range(count) if made[k] is None]
+        if any(CellError in map(type, values) for values in given.values()):
+            made = [next((v for v in values if isinstance(v, CellError)), None)
+                    for values in zip(*given.values())]
+            good = [k for k in range(count) if made[k] is None]
+        else:
+            made, good = [None] * count, range(count)
         if good:
             self._call(given, good, made)
         return self._shaped(made)
@@ -234,6 +241,10 @@ class _Many:
             for begin in range(0, len(places), step):
                 self._call(given, places[begin:begin + step], made)
             return
+        if self.function._back == ["result"]:
+            for k, value in zip(places, _listed(result)):
+                made[k] = [value]
+            return
         columns = result if len(self.function._back) > 1 else (result,)
         for k, *values in zip(places, *map(_listed, columns)):
             try:
@@ -244,6 +255,8 @@ class _Many:
     def _shaped(self, made):
         outputs = len([name for name in self.function._back if name != SUCCESS]) or 1
         each = [[cells.as_cell_error(v)] * outputs if isinstance(v, Exception) else v for v in made]
+        if self.width == 1:  # results of one place side by side
+            return each
         planes = [[[each[k * self.width + j][out] for j in range(self.width)]
                    for k in range(self.height)] for out in range(outputs)]
         if self.height == 1 and self.width > 1:
