@@ -161,7 +161,7 @@ def forms(folder, digits):
                 if digits and form["title"].split(", ")[0] not in call.settings:
                     for part, value in seen["shown"].items():
                         if not call.failure:
-                            digits.write(f"{call.line}\t{part}\t{json.dumps(numbers(value))}\n")
+                            digits.write(f"{call.line}\t{part}\t{json.dumps(sum(numbers(value), []))}\n")
             problems += [f"{where}: {problem}" for problem in bad_input_problems(form)]
             if form.get("million", "500000.5") != "500000.5":
                 problems.append(f"{where}: a million rows give {form['million']}")

@@ -5,7 +5,7 @@
 # usage: tests/javascript/run.sh BUILD LIBRARY FOLDER
 #   BUILD    of the preset "wasm"
 #   LIBRARY  libvqmath63.so of this system
-#   FOLDER   for what is made on the way; emptied first
+#   FOLDER   for what is made on the way; emptied first; the results of the calls are left in digits.tsv
 # The last line counts: "javascript: C checks, F failures".
 set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)
@@ -60,7 +60,7 @@ if command -v tsc >/dev/null; then
 else
   echo "javascript: types: not run, node-typescript is not installed"
 fi
-calls=$(cd "$folder/user" && node "$root/tests/javascript/worked_calls.mjs" "$root/tests/data/calls.tsv")
+calls=$(cd "$folder/user" && node "$root/tests/javascript/worked_calls.mjs" "$root/tests/data/calls.tsv" "$folder/digits.tsv")
 echo "$calls"
 if [[ ${calls##*$'\n'} =~ ([0-9]+)\ checks,\ ([0-9]+)\ failures$ ]]; then
   passed=$((passed + BASH_REMATCH[1] - BASH_REMATCH[2]))

@@ -1,8 +1,9 @@
 // The worked calls of tests/data/calls.tsv by the installed package in Node: single values and, where a
 // member takes arrays of them, three at once. The last line counts.
 //
-// usage: node worked_calls.mjs CALLS.tsv        in a folder with the package in node_modules
-import { readFileSync } from 'node:fs';
+// usage: node worked_calls.mjs CALLS.tsv DIGITS    in a folder with the package in node_modules; the results
+//                                                  are written into DIGITS, as tests/same_digits.py reads them
+import { readFileSync, writeFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import { pathToFileURL } from 'node:url';
 
@@ -43,6 +44,7 @@ function same(got, want, within) {
   return Math.abs(got - want) <= Math.max(within, 1e-15) * Math.abs(want);
 }
 
+let digits = '', made_at = '';
 function checkCall(object, fields, within, lines, many, where) {
   const [kind, name, result, ...cells] = fields;
   const member = object.constructor.members.find((m) => m.name === name
@@ -66,6 +68,9 @@ function checkCall(object, fields, within, lines, many, where) {
   const outputs = member.args.filter((a) => a.isOutput).length + (member.result !== null);
   for (const [key, want] of Object.entries(wanted)) {
     const part = outputs > 1 ? got[key] : got;
+    const told = kind === 'get' && member.args.length === 0 ? name : key;
+    if (kind === 'call' || told !== name) made_at = where.match(/\d+/)[0];  // what is read after it is of the call
+    if (!many && lines.length === 0) digits += `${made_at}\t${told}\t${JSON.stringify([plain(part)].flat(2))}\n`;
     const parts = many ? Array.from(part) : [part];
     that(parts.length === (many ? 3 : 1) && parts.every((x) => same(x, want, within)), `${where}: ${key} is ${parts}`);
   }
@@ -135,5 +140,6 @@ for (let k = 0; k < 600; ++k) {
 }
 that(made > 200, `${made} calls`);
 console.log(`${made} calls by JavaScript`);
+writeFileSync(process.argv[3], digits);
 console.log(`javascript: ${checks} checks, ${failures} failures`);
 process.exit(failures > 0 ? 1 : 0);

@@ -182,14 +182,15 @@ def hold(checks, sheet, cases, where):
 
 
 def exact(checks, sheet, cases):
-    """A cell has the very digits that Python has (files keep some fifteen of an argument's)."""
+    """Cells have the very digits that Python has (files keep some fifteen of an argument's)."""
     for case in cases:
         if case.wanted and not case.error and isinstance(case.wanted[0][0], float):
             given = [None if g is None else tuple(map(tuple, g or [[""]])) if isinstance(g, list)
                      else g for g in case.given]
             rows = addin.functions()[case.name].evaluate(given)
-            got = shown(sheet.getCellByPosition(0, case.row))
-            checks.that(got == rows[0][0], f"VQ.{case.name}: {got!r}, in Python {rows[0][0]!r}")
+            got = [[shown(sheet.getCellByPosition(j, case.row + k)) for j in range(len(row))]
+                   for k, row in enumerate(rows)]
+            checks.that(got == rows, f"VQ.{case.name}: {got!r}, in Python {rows!r}")
 
 
 def worked(checks, office, folder, cases):
