@@ -4,8 +4,9 @@
 usage: docs/site/build [FOLDER [WASM]]   by default build/site; the first page is FOLDER/html/index.html
     WASM   vqmath63.wasm of the preset "wasm": with it each member has a form that calls it
 
-Sphinx makes the pages, with the theme Furo. Before that each page is made to fit: formulas become
-MathML, the same program in several languages tabs, and links to what is no page of the site text."""
+Sphinx makes the pages, with the theme Furo; find.js puts the members that a task leads to before the results
+of its search. Before that each page is made to fit: formulas become MathML, the same program in several
+languages tabs, and links to what is no page of the site text."""
 
 import base64
 import json
@@ -121,6 +122,23 @@ def mend_theme(static):
         sheet.write_text(text, encoding="utf-8")
 
 
+def members():
+    """Class, name, help and tasks of each member, as the pages of the reference have them, and whether it is
+    a property."""
+    tasks = {}
+    for line in (DOCS / "reference.md").read_text(encoding="utf-8").splitlines():
+        for page, place in re.findall(r"\(reference/(\w+)\.md#(\w+)\)", line):
+            tasks.setdefault((page, place), []).append(line.split("|")[1].strip())
+    made = {}
+    for path in sorted((DOCS / "reference").glob("*.md")):
+        text = path.read_text(encoding="utf-8")
+        for name, kind, words in re.findall(r"^\| \d+ \| \[(\w+)\]\(\S+\)(.*?) \| (.*) \|$", text, re.M):
+            words = re.sub(r"\\(.)", r"\1", words)
+            made.setdefault((path.stem, name), [
+                path.stem, name, words, "; ".join(tasks[path.stem, name.lower()]), kind != ""])
+    return list(made.values())
+
+
 def live(static, wasm):
     """What the forms need: their script, the component and its module as scripts that a page read from
     disk may load, and what stands in the forms at first."""
@@ -150,10 +168,12 @@ def main():
     shutil.copy(DOCS / "site/conf.py", source)
     (source / "_static").mkdir()
     shutil.copy(DOCS / "site/site.css", source / "_static")
+    shutil.copy(DOCS / "site/find.js", source / "_static")
+    (source / "_static/members.js").write_text(f"window.vqMembers = {json.dumps(members())};\n", encoding="utf-8")
     options = []
     if len(sys.argv) > 2:
         live(source / "_static", sys.argv[2])
-        options = ["-D", "html_js_files=calls.js,live.js"]
+        options = ["-D", "html_js_files=find.js,calls.js,live.js"]
     subprocess.run(["/usr/bin/python3", "-m", "sphinx", "-q", "-W", "--keep-going", "-b", "html", *options,
                     str(source), str(folder / "html")], check=True)
     mend_theme(folder / "html/_static")

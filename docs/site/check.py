@@ -22,6 +22,14 @@ import urllib.parse
 
 import calls
 
+# What somebody may type -> a member that has to be among the first three.
+TASKS = {
+    "monthly totals": "Accumulate", "fit a decline": "Regression", "is this point in the cell": "Point_In_Cube",
+    "area under a curve": "Integral", "well path crosses cell": "Line_Through_Cube",
+    "bubble point": "GetVolumeCorrectionLive",
+    "missing values": "RemoveNulls", "confidence of a mean": "ConfidenceInterval", "error function": "Erf",
+    "normalize": "Normalise", "degrees to radians": "RTD", "rates from cumulative volumes": "FirstDerivative",
+    "median": "Median", "histogram": "BinVector", "slope of the fitted line": "B"}
 SEARCHES = {"Erf": "ztMathLib &gt; Erf", "decline": "Reference of the members", "LineIntersect": "LineIntersect"}
 SCREENS = {"light": [], "dark": ["--blink-settings=preferredColorScheme=0"], "narrow": ["--window-size=500,900"]}
 
@@ -175,6 +183,21 @@ def forms(folder, digits):
     return made + 1, problems
 
 
+def tasks(folder):
+    """What does not lead from a task to its member."""
+    script = f"""addEventListener('load', () => setTimeout(() => document.body.append(Object.assign(
+        document.createElement('pre'), {{ id: 'found', textContent: JSON.stringify({json.dumps(list(TASKS))}.map(
+        (query) => window.vqFind(query, window.vqMembers).map((m) => m.name))) }})), 500));"""
+    shown, said = look_changed(folder / "search.html", script, "?q=fit+a+decline")
+    yield from said
+    if 'reference/ztRegression.html#regression">ztRegression' not in shown:
+        yield "the members found are not shown"
+    found = re.search(r'<pre id="found">(.*?)</pre>', shown, re.S)
+    for query, names in zip(TASKS, json.loads(html.unescape(found[1])) if found else [[]] * len(TASKS)):
+        if TASKS[query] not in names[:3]:
+            yield f"the task '{query}' leads to {names}"
+
+
 def main():
     if len(sys.argv) not in (2, 3):
         sys.exit(__doc__)
@@ -198,6 +221,8 @@ def main():
         problems += [f"search for {words}: {problem}" for problem in said]
         if wanted not in results:
             problems.append(f"search for {words}: does not find {wanted}")
+    problems += tasks(folder)
+    checks += len(TASKS) + 1
     if (folder / "_static/live.js").exists():
         with open(sys.argv[2] if len(sys.argv) > 2 else os.devnull, "w", encoding="utf-8") as digits:
             made, found = forms(folder, digits)

@@ -53,7 +53,7 @@ addEventListener('load', async () => {
         clipboardData.setData('text', Array.from({ length: 1000000 }, (_, k) => `${k + 1}\r\n`).join(''));
         form.querySelector('textarea').dispatchEvent(new ClipboardEvent('paste', { clipboardData, cancelable: true }));
         form.requestSubmit();
-        each.million = seen(place).shown.result;
+        each.million = seen(place).shown.result ?? 'nothing';
       }
     }
   }

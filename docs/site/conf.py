@@ -6,6 +6,7 @@ extensions = ["myst_parser", "sphinx_inline_tabs", "sphinx_copybutton"]
 html_theme = "furo"
 html_static_path = ["_static"]
 html_css_files = ["site.css"]
+html_js_files = ["find.js"]
 html_show_copyright = False
 html_show_search_summary = False  # would fetch pages, which no browser does from disk
 smartquotes = False
