@@ -55,6 +55,7 @@ addEventListener('DOMContentLoaded', () => {
   function read(type, text) {
     const one = { Boolean: truth, Date: date }[type.name] ?? number;
     if (type.name === 'String') return text;
+    if (type.rank === 0 && text.trim() === '') throw new TypeError('is empty');
     if (type.rank === 0) return one(text.trim());
     const rows = text.replace(/\s+$/, '').split('\n').map(cells);
     const at = (cell, words) => {

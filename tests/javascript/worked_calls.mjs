@@ -5,7 +5,8 @@
 //                                                  are written into DIGITS, as tests/same_digits.py reads them
 import { readFileSync, writeFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
-import { pathToFileURL } from 'node:url';
+import { dirname } from 'node:path';
+import { fileURLToPath, pathToFileURL } from 'node:url';
 
 const { default: vq, VqError } = await import(pathToFileURL(
   createRequire(`${process.cwd()}/`).resolve('vqmath63')).href);
@@ -104,6 +105,15 @@ for (let k = 0; k < rows.length; ++k) {
       && fields.slice(3).some((cell) => typeof value(cell.split('>')[0]) === 'number')) {
     checkCall(object, fields, within, lines, true, `${where}, three`);
   }
+}
+// The examples of the pages, a line each, with what it gives behind it where that is a number or a truth.
+const root = dirname(dirname(dirname(fileURLToPath(import.meta.url))));
+for (const page of ['javascript/README.md', 'docs/guide/first_numbers.md']) {
+  const program = readFileSync(`${root}/${page}`, 'utf8').match(/^```js\nimport vq from 'vqmath63';\n(.*?)^```$/ms)[1];
+  const told = program.replace(/^(.*);\s*\/\/ (true|false|[-\d.e]+)$/gm, 'told($1, $2);');
+  let lines = 0;
+  new Function('vq', 'told', told)(vq, (got, want) => { ++lines; that(got === want, `${page}: ${got}, not ${want}`); });
+  that(lines > 0, `${page}: no line with a result`);
 }
 // What is not what it has to be.
 for (const [words, call] of [

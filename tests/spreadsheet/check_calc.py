@@ -8,6 +8,7 @@ usage: VQMATH63_LIBRARY=libvqmath63.so check_calc.py ADDIN.oxt FOLDER [--speed] 
 The last line counts: "spreadsheet: C checks, F failures"."""
 
 import pathlib
+import re
 import shutil
 import sys
 import time
@@ -281,6 +282,22 @@ def speed(office):
     document.close(True)
 
 
+def pages(checks, office):
+    """The formulas in the pages of which one number is told."""
+    document = office.open(None)
+    sheet = document.Sheets.getByIndex(0)
+    sheet.getCellRangeByName("A1:B3").setDataArray(((0.0, 0.0), (1.0, 1.0), (2.0, 4.0)))
+    for name in ("docs/spreadsheet.md", "docs/guide/first_numbers.md"):
+        text = (worked_calls.ROOT / name).read_text(encoding="utf-8")
+        told = re.findall(r"^(=VQ.*\))  +([\d.]+)$", text, re.M)
+        for formula_text, number in told:
+            cell = sheet.getCellRangeByName("D1")
+            cell.setFormula(formula_text)
+            checks.that(same(shown(cell), float(number), 0), f"{name}: {formula_text}: {shown(cell)}")
+        checks.that(told, f"{name}: no formula")
+    document.close(True)
+
+
 def sample(checks, office, path):
     """The sample opens and recalculates without an error."""
     document = office.open(path)
@@ -311,6 +328,7 @@ def main():
         wizard(checks, office)
         worked(checks, office, folder, cases)
         shapes(checks, office)
+        pages(checks, office)
         if len(words) == 3:
             sample(checks, office, pathlib.Path(words[2]))
         if "--speed" in sys.argv:
