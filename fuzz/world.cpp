@@ -175,6 +175,9 @@ void World::run(const Operation& operation) {
     case 8:
       prepare_file(head, operation);
       break;
+    case 9:
+      call_elementary(head);
+      break;
     default:
       call(head, operation);
   }

@@ -126,6 +126,9 @@ HRESULT World::as_host(Work work) {
 /// The host of the program that runs.
 extern World* world;
 
+/// An elementary function, by each way that the processor can go.
+void call_elementary(Bytes head);
+
 /// Looks at a result of a member, and at what a variable holds.
 void check_result(const automation::MemberInfo& member, const VARIANT& result);
 void check_value(const VARIANT& value, bool idle);

@@ -117,7 +117,7 @@ def operation(*chunks):
 # Numbers of fuzz/values.cpp: of types, of ways to send, of operations.
 R8, I2, OBJECT, TEXT, VARIANT, ARRAY = 0, 3, 9, 8, 22, 0x80
 BY_VALUE, BY_REF, IN_VARIANT, IN_REF, NESTED, MISSING = range(6)
-CALL, ASSIGN, STATE, COMPANIONS, OBJECTS, SYSTEM, ASK, LATER, PREPARE = range(9)
+CALL, ASSIGN, STATE, COMPANIONS, OBJECTS, SYSTEM, ASK, LATER, PREPARE, ELEMENTARY = range(10)
 BY_NAME, BY_VTABLE, AT_ONCE = range(3)
 NUMBERS = range(82)  # of the list of numbers
 EXTREMES = (0, 1, 2, 28, 3, 4, 24, 36, 44, 55, 45, 46, 47, 52)
@@ -252,7 +252,9 @@ def spoiled_calls(rows):
     """The worked calls, one or two of their arguments spoiled."""
     for of_class, place, cells, before in each_worked_call(rows):
         own = [b"\0" + value(*cell) for cell in cells]
-        one = lambda way, arguments: before + operation(bytes([CALL, of_class, place, way]), *arguments)
+        # The second call of a program goes the quick ways: companions are there.
+        first = before + operation(bytes([CALL, of_class, place, BY_VTABLE]), *own)
+        one = lambda way, arguments: first + operation(bytes([CALL, of_class, place, way]), *arguments)
         for i, cell in enumerate(cells):
             for way, form, spoilt in spoiled(*cell):
                 yield one(way, own[:i] + [bytes([form]) + spoilt] + own[i + 1 :])
@@ -358,17 +360,38 @@ def function_calls(rows):
                 yield program[:3000]
 
 
-def elementary_calls(rows):
-    """The members that are elementary functions at the arguments that are hard for these."""
-    members = {"exp": "aLog", "log": "Ln", "log10": "Log10", "sin": "sine", "cos": "cosine", "tan": "cot", "atan": "atan",
-               "log1p": "atanh", "pow": "x_to_Power_y", "atan2": "Rectangular_to_Polar", "hypot": "Rectangular_to_Polar"}
+def elementary_calls():
+    """The elementary functions at the arguments that are hard for them, and at special ones."""
+    functions = "exp log log1p log10 sin cos tan atan pow atan2 hypot".split()
+    call = lambda of, *numbers: operation(bytes([ELEMENTARY, of]) + b"".join(map(double, numbers)))
     for fields in fields_of("elementary_cases.tsv"):
-        if fields[0] in members:
-            of_class, place, types = rows["ztMathLib", "call", members[fields[0]]]
+        if fields[0] in functions:
             numbers = [float.fromhex(x) for x in fields[1:3]] + [0.0, 0.0]
-            for sign in (1.0, -1.0):
-                values = [b"\0\0" + double(sign * x) for x in numbers[: len(types)]]
-                yield operation(bytes([CALL, of_class, place, BY_VTABLE]), *values)
+            yield call(functions.index(fields[0]), *numbers[:2])
+            yield call(functions.index(fields[0]), *[-x for x in numbers[:2]])
+    special = [0.0, -0.0, 1.0, -1.0, 0.5, -2.0, 3.0, 1e5, 2.0**53, 1e22, 1e23, 707.5, -745.5, 5e-324, 2e-308, 2.0**-60, 1 + 2.0**-52,
+               1e-300, 1.7e308, -1.7e308, float("inf"), float("-inf"), float("nan")]
+    for of in range(len(functions)):
+        for x in special:
+            for y in special if of >= functions.index("pow") else (0.0,):
+                yield call(of, x, y)
+
+
+def polynomials(rows, chance):
+    """Fits of so many coefficients that their systems are solved in groups and by wide registers."""
+    call = lambda kind, name, *values: operation(bytes([CALL, *rows["ztRegression", kind, name][:2], BY_VTABLE]), *(b"\0" + v for v in values))
+    for order in (2, 7, 8, 9, 16, 17, 23, 24, 25, 42):
+        samples = order + 5
+        ramp = [float(i) for i in range(samples)]
+        noise = [chance.uniform(-9, 9) for _ in ramp]
+        ones = [1.0] * samples
+        far = [x * 3e36 for x in noise]
+        lost = ramp[:-1] + [float("nan")]
+        for x, y, weights in ((ramp, noise, ones), (noise, ramp, ramp), (ramp, far, ones), (far, ramp, ones), (ramp, noise, far),
+                              (ramp, lost, ones), (lost, ramp, ones), (ramp, ones, lost), (ones, ramp, ones), (ramp, ones, noise)):
+            arrays = [b"\0\0" + bytes([samples]) + b"\0" + struct.pack(f"<{samples}f", *numbers) for numbers in (x, y, weights)]
+            yield (call("let", "RegressionType", value('"Polynomial"', "String")) + call("let", "RegressionOrder", value(str(order), "Long"))
+                   + call("call", "Regression", *arrays, value("False", "Boolean")) * 2)
 
 
 def system_calls(chance):
@@ -405,7 +428,7 @@ def seeds(folder):
     folder = pathlib.Path(folder)
     folder.mkdir(parents=True, exist_ok=True)
     rows, chance = members(), random.Random(1)
-    inputs = {*worked_calls(rows), *spoiled_calls(rows), *troubled_calls(rows), *function_calls(rows), *elementary_calls(rows)}
+    inputs = {*worked_calls(rows), *spoiled_calls(rows), *troubled_calls(rows), *function_calls(rows), *elementary_calls(), *polynomials(rows, chance)}
     inputs |= {*interrupted_calls(rows), *system_calls(chance), *converted_values()}
     inputs = {data for data in inputs if 0 < len(data) <= 4096}
     for data in inputs:
