@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 
+#include "host/records/text_blocks.hpp"
 #include "host/vqhost_program.hpp"
 
 namespace vqmath63::host {
@@ -177,6 +178,21 @@ TEST_F(Vqhost, TakesRecordsInBlocksOnAllThreads) {
     EXPECT_EQ(fields[0], "well no. " + std::to_string(well));
     EXPECT_EQ(number_in(fields.back()), 600.0 * static_cast<double>(well + 1));
   }
+}
+
+TEST(TextBlocks, PiecesComeToTheTextAndTellHowFarItIsRead) {
+  const fs::path file = kSamples / "daily_records.csv";
+  TextBlocks blocks(file.string(), 10'000);
+  std::string text;
+  std::size_t before = 0;
+  for (TextPiece piece = blocks.next(); !piece.text.empty(); piece = blocks.next()) {
+    text += piece.text;
+    EXPECT_GT(blocks.bytes_done(), before);
+    before = blocks.bytes_done();
+  }
+  EXPECT_EQ(text, contents(file));
+  EXPECT_EQ(before, fs::file_size(file));
+  EXPECT_EQ(before, blocks.bytes());
 }
 
 // Ten times the rows of the same groups take no more memory.

@@ -108,6 +108,14 @@ TEST_F(Vqhost, LeavesNoUnfinishedFileWhenItIsStopped) {
   EXPECT_EQ(run("", "sh stop.sh").out, "err.txt\nstop.sh\nyear.csv\n");
 }
 
+// Nor does it write over what somebody else has where its unfinished file would be.
+TEST_F(Vqhost, LeavesAFileOfThatNameAlone) {
+  write("year.csv", "date,q\n2023-01-01,1\n2024-01-01,2\n");
+  const char* const before =
+      "sh -c 'echo mine >out.csv.part$$; exec \"$0\" accumulate year.csv -o out.csv'";
+  EXPECT_EQ(run("; cat out.csv.part*", before).out, "out.csv: 12 periods of 1 series\nmine\n");
+}
+
 // A table's rows are not kept until it is printed: kept, these would take 200 MB.
 TEST_F(Vqhost, PrintsALongTableInLittleMemory) {
   write("year.csv", "date,q\n2023-01-01,1\n2024-01-01,2\n");
