@@ -14,6 +14,7 @@ cd "$(dirname "$0")/.."
 require_packages clang llvm cmake ninja-build libgtest-dev libcli11-dev
 
 root=$PWD/build/coverage
+mkdir -p "$root"
 tests=(-LE install)
 targets=()
 programs=("$root"/fuzz/replay_component "$root"/src/libvqmath63.so)
