@@ -107,12 +107,13 @@ class ReportPage(unittest.TestCase):
         self.assertEqual([set(heights[0]), set(heights[1])], [{0, 100}, {100, 150}])
         self.assertEqual([(row["A-1, m3/d"], row["A-2, m3/d"], row["total, m3/d"]) for row in stack.rows],
                          [("100", "50", "150")] * 2 + [("100", "0", "100")] * 2)
-        volume, _ = figures["cumulative"]
+        volume, water = figures["cumulative"]
         self.assertEqual(volume.y_ticks[-1][1], f"50{NARROW_BLANK}000")
         self.assertEqual([float(row["total, m3"]) for row in volume.rows], [13500, 27150, 36350, 45550])
         self.assertEqual(volume.y_title, "Volume, m3")
         ends = [(round(x), round(volume.y_value(y))) for x, y in volume.corners("total")]
         self.assertEqual((ends[0], ends[-1]), ((0, 0), (1000, 45550)))
+        self.assertEqual([name for name, _, _ in water.paths], ["water"], "a panel of its own has no total")
         _, second, _ = figures["periods"]
         self.assertEqual([(name, kind[0]) for name, kind, _ in second.paths],
                          [("rows of the file", "steps"), ("mean of a quarter", "steps")])
