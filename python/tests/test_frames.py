@@ -66,6 +66,10 @@ def test_each_of_many_wells_is_as_it_is_alone(vq):
     levels = rows.set_index(["well", "date"])
     by_levels = vq.accumulate(levels, "quarter", by="well", date="date")
     pd.testing.assert_frame_equal(by_levels, alone, check_exact=True)
+    for ascending in (True, False):  # side by side
+        in_runs = rows.sort_values("well", ascending=ascending, kind="stable")
+        made = vq.accumulate(in_runs, "quarter", by="well", date="date")
+        pd.testing.assert_frame_equal(made, alone, check_exact=True)
     for name, own in rows.groupby("well"):
         one = vq.accumulate(own.set_index("date")[["oil", "water"]], "quarter")
         pd.testing.assert_frame_equal(alone.loc[name], one, check_exact=True)

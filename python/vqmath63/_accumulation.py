@@ -4,110 +4,19 @@ from __future__ import annotations
 
 import datetime
 import warnings
-from dataclasses import dataclass
+from collections.abc import Iterator
 from typing import Any
 
 import numpy as np
 
 from . import _frames, _messages
 from ._names import listed, nearest
+from ._profiles import Settings, made_of
 from ._spreading import spread
 from ._values import kind_of, to_long
 
-_NS_PER_MINUTE = 60 * 10**9
-_UNITS = (("day", 1440), ("hour", 60), ("minute", 1))
-_EXACT = 2**24  # whole numbers up to here are Singles
-_MONTHS = {"month": 1, "bi-monthly": 2, "quarter": 3, "half-year": 6, "year": 12}
-_MINUTES = {"minute": 1, "hour": 60, "day": 1440}
-
-
-@dataclass(frozen=True)
-class _Settings:
-    period: str
-    frequency: int
-    rates: tuple[bool, ...]  # per series
-    start: np.datetime64 | None
-
-
-def _singular(word: str) -> str:
-    lower = word.lower()
-    return lower if lower in ("bi-monthly",) else lower.removesuffix("s")
-
-
-def _start_of(period: str, moment: Any) -> Any:
-    """The beginning of the calendar period that a moment is in."""
-    if period in _MONTHS:
-        months = moment.astype("datetime64[M]").astype(int)
-        return np.datetime64(int(months - months % _MONTHS[period]), "M").astype("datetime64[ns]")
-    if period == "week":
-        days = moment.astype("datetime64[D]").astype(int)
-        return np.datetime64(int(days - (days + 3) % 7), "D").astype("datetime64[ns]")  # Monday
-    minutes = moment.astype("datetime64[m]").astype(int)
-    step = _MINUTES[period]
-    return np.datetime64(int(minutes - minutes % step), "m").astype("datetime64[ns]")
-
-
-def _times(dates: Any) -> tuple[Any, str]:
-    """Times since the first date as Singles, and the unit in which they are exact."""
-    since = (dates - dates[0]).astype("i8")
-    for word, minutes in _UNITS:
-        count, rest = np.divmod(since, minutes * _NS_PER_MINUTE)
-        if count[-1] <= _EXACT and not rest.any():
-            return count.astype("f4"), word
-    minutes_since = since / _NS_PER_MINUTE
-    if minutes_since[-1] > _EXACT / 60:  # to the second
-        raise ValueError("the dates are too far apart for times that are no whole minutes: "
-                         ".index.round('min') makes them so")
-    return minutes_since.astype("f4"), "minute"
-
-
-def _moments(first: Any, days: Any) -> Any:
-    """The ends of periods from days as Singles: the roundest clock times within their precision."""
-    told = days.astype("f8")
-    precision = np.spacing(days) / 2 + 1e-9
-    ends = told.copy()
-    done = np.zeros(len(told), bool)
-    base = float((first - first.astype("datetime64[D]")).astype("i8")) / (1440 * _NS_PER_MINUTE)
-    for per_day in (1, 24, 1440, 86400):
-        rounded = np.round((told + base) * per_day) / per_day - base
-        fits = ~done & (np.abs(rounded - told) <= precision)
-        ends[fits] = rounded[fits]
-        done |= fits
-    seconds = np.round(ends * 86400)
-    return first + (seconds * 1e9).astype("i8").astype("timedelta64[ns]")
-
-
-def _one(dates: Any, values: Any, settings: _Settings) -> tuple[Any, Any, Any]:
-    """Beginnings and ends of the periods and the values of one profile."""
-    from . import Accumulate
-    times, unit = _times(dates)
-    table = np.empty((len(times), values.shape[1] + 1), "f4", order="F")
-    table[:, 0] = times
-    table[:, 1:] = values
-    start = settings.start
-    if start is None:
-        start = _start_of(_singular(settings.period), dates[0])
-    profile = Accumulate(DataPeriod=unit, Period=settings.period, Frequency=settings.frequency,
-                         StartData=dates[0], StartDate=start,
-                         RateArray=[True, *settings.rates])
-    made = profile.Accumulate(table).dAccumulate
-    if made.size == 0:
-        made = np.zeros((0, values.shape[1] + 1), "f4")
-    first = max(dates[0], start)
-    ends = _moments(first, made[:, 0])
-    begins = np.concatenate([[first], ends[:-1]]) if len(ends) else ends
-    return begins, ends, made[:, 1:]
-
-
-def _many(work: list[tuple[Any, Any]], settings: _Settings) -> list[Any]:
-    """Several profiles, each with the error lines that it came to."""
-    results = []
-    for dates, values in work:
-        with _messages.errors("list") as lines:
-            begins, ends, made = _one(dates, values, settings)
-            results.append((begins, ends, made, list(lines)))
-    return results
-
+_FEW_ROWS = 4096  # that tell whether keys come in runs
+_SHORT_RUN = 4  # shorter ones are quicker looked up one by one
 
 def _check_period(word: str) -> None:
     from . import Accumulate
@@ -119,9 +28,9 @@ def _check_period(word: str) -> None:
         raise ValueError(f"'{word}' is no period{nearest(word, known)}: {listed(known)}")
 
 
-def _rates(series: Any, by: Any) -> Any:
+def _numbers(series: Any, by: Any) -> Any:
     try:
-        return _frames.singles(series)
+        return _frames.numbers(series, series.name)
     except TypeError as error:
         if by is not None or series.dtype != object:
             raise
@@ -137,29 +46,92 @@ def _check_frequency(frequency: Any) -> None:
         raise ValueError(f"frequency has to be 1 or more, not {frequency!r}")
 
 
-def _tell_doubled(dates: Any, profiles: list[Any], by: Any) -> None:
+def _runs(keys: Any) -> Any:
+    """Where runs of equal keys begin; None where they are too short to be of use, or of a kind that
+    is compared otherwise."""
+    values = keys.to_numpy() if isinstance(keys.dtype, np.dtype) else None
+    if values is None or values.ndim != 1:
+        return None
+    few = values[:_FEW_ROWS]
+    try:
+        if np.count_nonzero(few[1:] != few[:-1]) > len(few) // _SHORT_RUN:
+            return None
+        return np.concatenate([[0], np.flatnonzero(values[1:] != values[:-1]) + 1])
+    except Exception:  # of an element's own comparison
+        return None
+
+
+def _groups(keys: Any, by: Any) -> tuple[Any, list[Any]]:
+    """The keys in ascending order and where the rows of each are: a slice where all lie side by
+    side, so that rows in order of their wells cost one look at each key."""
+    pd = _frames.pandas()
+    begins = _runs(keys)
+    codes, names = pd.factorize(keys if begins is None else keys.iloc[begins], sort=True)
+    if (codes < 0).any():
+        raise ValueError(f"column {by!r} has missing values")
+    if begins is not None:
+        ends = np.append(begins[1:], len(keys))
+        if len(names) == len(begins):
+            order = np.argsort(codes)
+            return names, [slice(*edges) for edges in zip(begins[order], ends[order])]
+        codes = np.repeat(codes, ends - begins)
+    order = np.argsort(codes, kind="stable")
+    cuts = np.searchsorted(codes[order], np.arange(len(names) + 1))
+    return names, [order[a:b] for a, b in zip(cuts, cuts[1:])]
+
+
+def _tables(series: dict[Any, Any], all_rows: list[Any]) -> Iterator[Any]:
+    """A table of Singles for each group of rows, its first column for the times."""
+    if not all(isinstance(rows, slice) for rows in all_rows):
+        values = np.column_stack([_frames.narrowed(wide, name) for name, wide in series.items()])
+        for rows in all_rows:
+            table = np.empty((len(rows), len(series) + 1), "f4", order="F")
+            table[:, 1:] = values[rows]
+            yield table
+        return
+    for rows in all_rows:
+        columns = [wide[rows] for wide in series.values()]
+        table = np.empty((len(columns[0]), len(series) + 1), "f4", order="F")
+        with np.errstate(all="ignore"):
+            for k, column in enumerate(columns):
+                table[:, k + 1] = column
+        if np.isinf(table[:, 1:]).any():
+            for name, wide in series.items():
+                _frames.narrowed(wide, name)  # tells of the one that is too large
+        yield table
+
+
+def _tell_doubled(profiles: list[Any], total: int, by: Any) -> None:
     """Rows of one date cover no time but for the first: most often a column to tell them apart was
     left out."""
-    doubled = [own[1:][own[1:] == own[:-1]] for own in profiles]
-    count = sum(map(len, doubled))
+    counts = {id(own): np.count_nonzero(own[1:] == own[:-1])
+              for own in {id(own): own for own in profiles}.values()}
+    count = sum(counts[id(own)] for own in profiles)
     if count:
-        first = next(d[0] for d in doubled if len(d))
+        first = next(own[1:][own[1:] == own[:-1]][0] for own in profiles if counts[id(own)])
         words = " (is by= missing, which tells wells apart?)" if by is None else ""
-        warnings.warn(f"{count} of {len(dates)} rows have the date of the row before them, the first "
+        warnings.warn(f"{count} of {total} rows have the date of the row before them, the first "
                       f"{np.datetime_as_string(first, unit='auto')}: they cover no time{words}",
                       stacklevel=4)
 
 
-def _labels_of_groups(by: Any, names: list[Any], counts: list[int], begins: Any, ends: Any) -> Any:
+def _labels_of_groups(by: Any, names: list[Any], results: list[Any]) -> Any:
     """An index of groups and intervals. Many groups share few intervals: an interval is made once,
-    since pandas would look at each as an object."""
+    since pandas would look at each as an object, and periods that groups share are looked at once."""
     pd = _frames.pandas()
+    shared = {id(result[0]): result for result in results}
+    places = dict(zip(shared, range(len(shared))))
+    begins, ends = (np.concatenate([r[k] for r in shared.values()]) for k in (0, 1))
     (b, all_begins), (e, all_ends) = (pd.factorize(x, sort=True) for x in (begins, ends))
     pairs, codes = np.unique(b * len(all_ends) + e, return_inverse=True)
     intervals = pd.IntervalIndex.from_arrays(all_begins[pairs // len(all_ends)],
                                              all_ends[pairs % len(all_ends)])
+    cuts = np.cumsum([0, *(len(r[0]) for r in shared.values())])
+    of_each = [codes[a:b] for a, b in zip(cuts, cuts[1:])]
+    counts = [len(r[0]) for r in results]
     return pd.MultiIndex(levels=[pd.Index(names), intervals], names=[by, "period"],
-                         codes=[np.repeat(np.arange(len(names)), counts), codes])
+                         codes=[np.repeat(np.arange(len(names)), counts),
+                                np.concatenate([of_each[places[id(r[0])]] for r in results])])
 
 
 @_frames.spelt
@@ -191,46 +163,46 @@ def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any =
         _frames.column(frame, name)
         if name not in series:
             raise ValueError(f"cumulative names {name!r}, which is no column of numbers here")
-    values = np.column_stack([_rates(frame[name], by) for name in series])
+    numbers = {name: _numbers(frame[name], by) for name in series}
     first = None if start is None else _frames.moment(start, "start")
     _check_frequency(frequency)
-    settings = _Settings(period, frequency, tuple(name not in cumulative for name in series), first)
+    settings = Settings(period, frequency, tuple(name not in cumulative for name in series), first)
 
-    groups: list[tuple[Any, Any]] = [(None, slice(None))]
+    groups: list[tuple[Any, Any]] = [(None, slice(0, len(dates)))]
     if by is not None:
         if by == date:
             raise ValueError(f"by and date are one column, {by!r}")
-        codes, names = pd.factorize(groups_of, sort=True)
-        if (codes < 0).any():
-            raise ValueError(f"column {by!r} has missing values")
-        order = np.argsort(codes, kind="stable")
-        cuts = np.searchsorted(codes[order], np.arange(len(names) + 1))
-        groups = [(name, order[a:b]) for name, a, b in zip(names, cuts, cuts[1:])]
-    work, kept, short = [], [], []
+        groups = list(zip(*_groups(groups_of, by)))
+    profiles: list[Any] = []
+    kept, rows_kept, short = [], [], []
     for name, rows in groups:
         own = dates[rows]
-        _frames.ascending(own, "" if by is None else f" of {by} {name!r}", date)
-        if len(own) < 2 or own[-1] <= (own[0] if first is None else max(own[0], first)):
-            short.append(name)
-            continue
+        if profiles and np.array_equal(own, profiles[-1]):
+            own = profiles[-1]
+        else:
+            _frames.ascending(own, "" if by is None else f" of {by} {name!r}", date)
+            if len(own) < 2 or own[-1] <= (own[0] if first is None else max(own[0], first)):
+                short.append(name)
+                continue
         kept.append(name)
-        work.append((own, values[rows]))
+        rows_kept.append(rows)
+        profiles.append(own)
     why = "one date covers no time" if first is None else "no time is covered from the start on"
     if short and by is None:
         raise ValueError(f"{why}: nothing can be reported")
     if short:
         warnings.warn(f"left out, since {why}: {by} {listed(map(repr, short[:5]))}"
                       f"{' and others' if len(short) > 5 else ''}", stacklevel=3)
-    _tell_doubled(dates, [own for own, _ in work], by)
-    results = spread(_many, work, [len(own) for own, _ in work], settings, jobs)
+    _tell_doubled(profiles, len(dates), by)
+    work = zip(profiles, _tables(numbers, rows_kept))
+    results = spread(made_of, work, list(map(len, profiles)), settings, jobs)
     if not results:
         raise ValueError("there is nothing to report")
     lines = [line for result in results for line in result[3]]
-    begins, ends = (np.concatenate([r[k] for r in results]) for k in (0, 1))
     if by is None:
-        index = pd.IntervalIndex.from_arrays(begins, ends, name="period")
+        index = pd.IntervalIndex.from_arrays(*results[0][:2], name="period")
     else:
-        index = _labels_of_groups(by, kept, [len(r[1]) for r in results], begins, ends)
+        index = _labels_of_groups(by, kept, results)
     made = pd.DataFrame(np.concatenate([r[2] for r in results]), index=index, columns=series)
     if lines:
         _messages.tell_lines(f"accumulate: {lines[0]}", lines, made, len(lines), 0)

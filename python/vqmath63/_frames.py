@@ -80,6 +80,8 @@ def numbers(series: Any, name: Any) -> Any:
             if name is not None:
                 words += f", and .drop(columns={name!r}) leaves them out"
         raise TypeError(f"{named(name)} has elements of type {series.dtype}, not numbers{words}")
+    if series.dtype == np.float64:
+        return series.to_numpy()  # where they lie
     return series.to_numpy(dtype="f8", na_value=np.nan)
 
 
@@ -137,7 +139,7 @@ def dates_of(frame: Any, date: Any) -> Any:
         years = dates.astype("datetime64[Y]").astype(int) + 1970
         if years.min() < _FIRST_YEAR or years.max() > _LAST_YEAR:
             raise ValueError(f"{what} has dates outside the years {_FIRST_YEAR} to {_LAST_YEAR}")
-    return dates.astype("datetime64[ns]")
+    return dates.astype("datetime64[ns]", copy=False)
 
 
 def refuse_zone(dates: Any, what: str) -> None:

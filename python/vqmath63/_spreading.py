@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import operator
 import os
-from collections.abc import Callable, Iterator
+from collections.abc import Callable, Iterable, Iterator
 from concurrent.futures import Executor, ProcessPoolExecutor
 from typing import Any
 
@@ -26,7 +26,7 @@ def _processes(jobs: Any) -> int:
     return count or os.cpu_count() or 1
 
 
-def _parts(work: list[Any], costs: list[int], workers: int) -> Iterator[list[Any]]:
+def _parts(work: Iterable[Any], costs: list[int], workers: int) -> Iterator[list[Any]]:
     """Neighbouring pieces of work, of about the same cost together."""
     enough = min(_PART_COST, sum(costs) // (_PARTS_A_WORKER * workers))
     part: list[Any] = []
@@ -41,7 +41,7 @@ def _parts(work: list[Any], costs: list[int], workers: int) -> Iterator[list[Any
         yield part
 
 
-def spread(do: Callable[..., list[Any]], work: list[Any], costs: list[int], shared: Any,
+def spread(do: Callable[..., list[Any]], work: Iterable[Any], costs: list[int], shared: Any,
            jobs: Any) -> list[Any]:
     """The results of `do(some, shared)`, a result for each piece of work, in their order."""
     if isinstance(jobs, Executor):
@@ -53,7 +53,7 @@ def spread(do: Callable[..., list[Any]], work: list[Any], costs: list[int], shar
         asked = [jobs.submit(do, part, shared, pure=False) for part in lent]
         return [result for results in jobs.gather(asked) for result in results]
     workers = _processes(jobs)
-    if workers == 1 or len(work) < 2:
+    if workers == 1 or len(costs) < 2:
         return do(work, shared)
     with ProcessPoolExecutor(workers) as pool:
         futures = [pool.submit(do, part, shared) for part in _parts(work, costs, workers)]
