@@ -117,7 +117,7 @@ def _tell_doubled(profiles: list[Any], total: int, by: Any) -> None:
 
 def _labels_of_groups(by: Any, names: list[Any], results: list[Any]) -> Any:
     """An index of groups and intervals. Many groups share few intervals: an interval is made once,
-    since pandas would look at each as an object, and periods that groups share are looked at once."""
+    since pandas would look at each as an object; periods that groups share are looked at once."""
     pd = _frames.pandas()
     shared = {id(result[0]): result for result in results}
     places = dict(zip(shared, range(len(shared))))

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <sstream>
 
 #include "host/client/dispatch_client.hpp"
@@ -84,6 +85,7 @@ const ReadRow kReadRows[] = {
     {"t,oil,gas,oil\n0,1,2,3\n", "", "f.csv:1: columns 2 and 4 have the same name 'oil'"},
     {"t,gas,oil\n0,1,2\n1,1,abc\n", "", "f.csv:3: column 3 (oil): 'abc' is not a number"},
     {"t,note,oil\n\n0,\"a\nb\",2\n1,c,2x\n", "", "f.csv:5: column 3 (oil): '2x' is not a number"},
+    {"t,oil\n0,1\n1,1:5\n2,2.5\n", "nn", "f.csv:3: column 2 (oil): '1:5' is not a number"},
     {"t,oil\n0,1\n1,2 3\n", "", "f.csv:3: column 2 (oil): '2 3' is not a number"},
     {"t,oil,gas\n0,1,2\n1,2\n", "", "f.csv:3: the row has 2 cells, the header has 3"},
     {"t,oil\n0,1,, \n1,2,\n", "", "t: 0 1|oil: 1 2"},
@@ -128,6 +130,17 @@ const ReadRow kReadRows[] = {
 
 TEST(Csv, ReadsFilesOrSaysWhereTheyCannotBeRead) {
   for (const ReadRow& row : kReadRows) EXPECT_EQ(read(row.text, row.letters), row.want) << row.text;
+}
+
+TEST(Csv, ReadsANumberOfAnyLengthAsTheNearestDouble) {
+  const std::string digits = "73920518467391";
+  for (std::size_t before = 0; before <= digits.size(); ++before) {
+    for (std::size_t after = before == 0 ? 1 : 0; after < digits.size(); ++after) {
+      const std::string number = digits.substr(0, before) + "." + digits.substr(0, after);
+      const CsvFile file("f.csv", "oil\n1\n" + number + "\n1000000\n");
+      EXPECT_EQ(file.read({}).columns[0].values.at(1), std::strtod(number.c_str(), nullptr));
+    }
+  }
 }
 
 TEST(Csv, FindsColumnsByNameAndNumber) {

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -61,7 +62,9 @@ class FieldScanner {
   /// A plain number that fills its field: the common case, without looking at the field twice. The
   /// decimal mark must be no delimiter.
   bool take_plain_number(double& number, char mark = '.') {
-    const char* stop = take_decimal(at_, number, mark);
+    constexpr std::ptrdiff_t kShort = 8;
+    const char* stop = end_ - at_ > kShort ? take_short_decimal(at_, number, mark) : nullptr;
+    if (stop == nullptr) stop = take_decimal(at_, number, mark);
     if (stop == nullptr || *stop == 'e' || *stop == 'E') {
       if (mark != '.') return false;
       const auto [behind, error] = std::from_chars(at_, end_, number);
@@ -74,8 +77,16 @@ class FieldScanner {
   /// The same of a day as ISO writes it, a day count.
   bool take_plain_day(double& days) {
     if (end_ - at_ < kIsoDay) return false;
+    // Rows by date have the same one again and again.
+    if (day_ != nullptr && std::memcmp(at_, day_, kIsoDay) == 0) {
+      days = days_;
+      return end_field(at_ + kIsoDay);
+    }
     const char* const stop = take_iso_day(at_, days);
-    return stop != nullptr && end_field(stop);
+    if (stop == nullptr) return false;
+    day_ = at_;
+    days_ = days;
+    return end_field(stop);
   }
 
   /// The next field without its blanks and quotes; `column` is for faults. The text lives until
@@ -146,6 +157,8 @@ class FieldScanner {
   const char* end_;
   std::size_t line_;
   char delimiter_;
+  const char* day_ = nullptr;  // the last one that was read so, and what it was
+  double days_ = 0.0;
   std::string scratch_;
 };
 

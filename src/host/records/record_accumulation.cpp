@@ -41,7 +41,7 @@ class RecordFile::Reading {
   }
 
   void take(const TextPiece& piece, std::string_view text) {
-    std::vector<std::size_t> ends = row_ends(text, worker_count());
+    std::vector<std::size_t> ends = row_ends(text, worker_count(), piece.is_quoted);
     ends.back() = text.size();  // with a row whose quotes nothing closes
     std::vector<Part> parts = step_is_known_ ? std::move(free_) : std::vector<Part>();
     parts.resize(ends.size());

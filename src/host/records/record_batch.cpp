@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <memory>
 
 #include "host/data/moment.hpp"
 
@@ -120,7 +121,11 @@ void RecordBatch::read_rows(FieldScanner& scanner, const RecordPlan& plan) {
     do {
       const int role = c < columns ? roles[c] : kPass;
       if (role >= 0) {
-        take_value(scanner, plan, static_cast<std::size_t>(role));
+        const auto series = static_cast<std::size_t>(role);
+        double& value = values_[count_ * series_ + series];
+        if (!is_plain_ || !scanner.take_plain_number(value, mark_)) {
+          take_other_value(scanner, plan, series);
+        }
       } else if (role == kDate) {
         take_time(scanner, plan);
       } else if (role == kKey) {
@@ -206,7 +211,9 @@ void RecordBatch::set_time(double days, const RecordPlan& plan) {
 void RecordBatch::take_key(FieldScanner& scanner, const RecordPlan& plan, std::size_t column) {
   const std::string_view text = scanner.take(column);
   if (plan.by.size() == 1) {
-    rows_[count_].key = GroupKey(scanner.is_part(text) ? text : made_key(std::string(text)));
+    // In place: a copy would have to wait for the hash.
+    std::construct_at(&rows_[count_].key,
+                      scanner.is_part(text) ? text : made_key(std::string(text)));
     return;
   }
   for (std::size_t i = 0; i < plan.by.size(); ++i) {
@@ -214,10 +221,10 @@ void RecordBatch::take_key(FieldScanner& scanner, const RecordPlan& plan, std::s
   }
 }
 
-void RecordBatch::take_value(FieldScanner& scanner, const RecordPlan& plan, std::size_t series) {
+void RecordBatch::take_other_value(FieldScanner& scanner, const RecordPlan& plan,
+                                   std::size_t series) {
   double& value = values_[count_ * series_ + series];
   CellCounts& counts = counts_[series];
-  if (is_plain_ && scanner.take_plain_number(value, mark_)) return;
   value = kNone;
   const std::size_t line = scanner.line();
   const Series& about = plan.series[series];

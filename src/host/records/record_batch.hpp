@@ -92,7 +92,7 @@ class RecordBatch {
   void take_time(FieldScanner& scanner, const RecordPlan& plan);
   void join_time(std::size_t line, const RecordPlan& plan);
   void set_time(double days, const RecordPlan& plan);
-  void take_value(FieldScanner& scanner, const RecordPlan& plan, std::size_t series);
+  void take_other_value(FieldScanner& scanner, const RecordPlan& plan, std::size_t series);
   void take_key(FieldScanner& scanner, const RecordPlan& plan, std::size_t column);
   std::string_view made_key(std::string text);
   void make_room();

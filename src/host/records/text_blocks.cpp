@@ -20,14 +20,14 @@ bool opens(std::string_view text, std::size_t at) {
 
 }  // namespace
 
-std::vector<std::size_t> row_ends(std::string_view text, std::size_t parts) {
+std::vector<std::size_t> row_ends(std::string_view text, std::size_t parts, bool is_quoted) {
   std::vector<std::size_t> ends;
   std::size_t part = 1;
   const auto target = [&] { return text.size() / parts * part; };
   std::size_t at = 0;    // outside of quotes
   std::size_t last = 0;  // behind the last row's end
   while (at < text.size()) {
-    std::size_t quote = text.find('"', at);
+    std::size_t quote = is_quoted ? text.find('"', at) : std::string_view::npos;
     while (quote < text.size() && !opens(text, quote)) quote = text.find('"', quote + 1);
     const std::string_view plain = text.substr(0, quote);
     for (; part < parts; ++part) {
@@ -86,14 +86,15 @@ TextPiece TextBlocks::next() {
     }
     if (ended_ && text.size() > begin && text.back() != '\n') text += '\n';
     std::string_view piece = std::string_view(text).substr(begin);
-    std::size_t end = ended_ ? piece.size() : row_ends(piece, 1).back();
+    const bool is_quoted = piece.find('"') != std::string_view::npos;
+    std::size_t end = ended_ ? piece.size() : row_ends(piece, 1, is_quoted).back();
     const bool is_whole = end > 0 || piece.size() < kLongestRow;
     if (!is_whole) end = piece.size();
     rest_.assign(piece.substr(end));
     if (end == 0 && !ended_) continue;
     text.reserve(text.size() + kCellPadding);
     piece = std::string_view(text).substr(begin, end);
-    return {chunk.text, piece, is_whole};
+    return {chunk.text, piece, is_whole, is_quoted};
   }
   return {};
 }

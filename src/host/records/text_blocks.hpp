@@ -16,7 +16,8 @@ namespace vqmath63::host {
 struct TextPiece {
   std::shared_ptr<const std::string> memory;  ///< that `text` lies in
   std::string_view text;
-  bool is_whole = true;  ///< false where the last row is cut: it is too long to be one
+  bool is_whole = true;   ///< false where the last row is cut: it is too long to be one
+  bool is_quoted = true;  ///< whether there may be quotes in it
 };
 
 /// Hands out a text as pieces of whole rows: each ends with a line's end that stands in no quotes;
@@ -53,7 +54,8 @@ class TextBlocks {
 };
 
 /// Cuts pieces of whole rows into parts of whole rows: where each part ends, at most `parts` of
-/// them. Behind the last one there may be the beginning of a row.
-std::vector<std::size_t> row_ends(std::string_view text, std::size_t parts);
+/// them. Behind the last one there may be the beginning of a row. A text without quotes, where that
+/// is known, need not be looked through.
+std::vector<std::size_t> row_ends(std::string_view text, std::size_t parts, bool is_quoted = true);
 
 }  // namespace vqmath63::host

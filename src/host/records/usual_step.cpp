@@ -65,14 +65,6 @@ double Step::moved(double moment, int steps) const {
   return static_cast<double>((sys_days{day} - kDayZero).count()) + moment - std::floor(moment);
 }
 
-bool Step::is_gap(double usual, double next) const {
-  constexpr double kOfMonths = 3.5;
-  constexpr double kSeconds = 1.5;
-  constexpr double kShare = 0.05;
-  return next - usual >
-         (months > 0 ? kOfMonths : std::max(kSeconds / kSecondsPerDay, kShare * days));
-}
-
 std::string Step::text() const {
   for (const auto& [word, step] : kNamed) {
     if (months == step.months && std::fabs(days - step.days) < 1e-9)

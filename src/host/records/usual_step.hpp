@@ -1,6 +1,7 @@
 // The step in which the rows of records follow one another: a day, a month, an hour.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <optional>
@@ -19,7 +20,12 @@ struct Step {
   double before(double moment) const { return moved(moment, -1); }
   /// Whether a row's interval that ends usually at `usual` and lasts until `next` has a gap: is
   /// longer than months differ, or clocks are read.
-  bool is_gap(double usual, double next) const;
+  bool is_gap(double usual, double next) const {
+    constexpr double kOfMonths = 3.5;
+    constexpr double kClocks = 1.5 / 86400.0;
+    constexpr double kShare = 0.05;
+    return next - usual > (months > 0 ? kOfMonths : std::max(kClocks, kShare * days));
+  }
   /// "1 day", "3 months", "0.25 days".
   std::string text() const;
 
