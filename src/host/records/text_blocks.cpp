@@ -39,7 +39,7 @@ std::vector<std::size_t> row_ends(std::string_view text, std::size_t parts, bool
     if (end != std::string_view::npos && end >= at) last = end + 1;
     if (quote >= text.size()) break;
     at = text.find('"', quote + 1);
-    while (at + 1 < text.size() && text[at + 1] == '"') at = text.find('"', at + 2);
+    while (at < text.size() - 1 && text[at + 1] == '"') at = text.find('"', at + 2);
     if (at >= text.size()) break;  // the quotes end with a later piece
     ++at;
   }
