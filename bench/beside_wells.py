@@ -62,7 +62,7 @@ def main():
     vqhost, folder = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2]).absolute()
     seconds = {}
     for wells in WELLS:
-        few = 5 if wells < 100 else 3 if wells < 1_000 else 1
+        few = 5 if wells < 100 else 3
         jobs = {**dict(processes(vqhost, folder, wells)), **(dict(frames(wells)) if wells <= 1_000 else {})}
         for name, values in rounds.measure(jobs, few, 0.0, time.perf_counter).items():
             seconds[name] = values
