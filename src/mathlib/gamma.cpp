@@ -5,6 +5,7 @@
 #include "mathlib/locations.hpp"
 #include "mathlib/log_gamma.hpp"
 #include "mathlib/math_lib.hpp"
+#include "mathlib/special_ways.hpp"
 #include "mathlib/stirling.hpp"
 
 namespace vqmath63 {
@@ -14,14 +15,13 @@ using namespace cody;
 using namespace constants;
 using namespace locations;
 
-constexpr double kEpsilon = 2.22e-16;     // 1 + smaller rounds to 1
-constexpr double kSmallest = 2.23e-308;   // its reciprocal is still finite
-constexpr double kGammaLimit = 171.624;   // Gamma overflows just above
-constexpr double kLogLimit = 2.55e305;    // LoGamma overflows just above
-constexpr double kSeriesLimit = 2.25e76;  // beyond, the asymptotic series adds nothing
+constexpr double kEpsilon = 2.22e-16;    // 1 + smaller rounds to 1
+constexpr double kSmallest = 2.23e-308;  // its reciprocal is still finite
+constexpr double kGammaLimit = 171.624;  // Gamma overflows just above
+constexpr double kLogLimit = 2.55e305;   // LoGamma overflows just above
 
 // Numerator over denominator: (((P1 x) + P2) x + ...), the denominator likewise after its leading
-// coefficient. kAhead: the numerator carries one factor x more.
+// coefficient.
 template <std::size_t kN>
 double quotient(const double (&p)[kN], const double (&q)[kN], double leading, double x) {
   double numerator = 0.0;
@@ -57,7 +57,7 @@ double gamma_below_asymptotic(double y) {
 double gamma_of_positive(double y) {
   if (y < kEpsilon) return 1.0 / y;
   if (y < kAsymptotic) return gamma_below_asymptotic(y);
-  return unchecked::exp(stirling_sum(y) - y + kLogSqrtTwoPi + (y - 0.5) * unchecked::log(y));
+  return special::gamma_from_12(y);
 }
 
 double log_gamma_near_one(double x) {
@@ -72,22 +72,21 @@ double log_gamma_near_one(double x) {
   return correction + down * (kLogGammaD2 + down * quotient(kLogGammaP2, kLogGammaQ2, 1.0, down));
 }
 
-}  // namespace
-
-double log_gamma(double x) {
+double log_gamma_to_12(double x) {
   if (x <= kEpsilon) return -unchecked::log(x);
   if (x <= 1.5) return log_gamma_near_one(x);
   if (x <= 4.0) {
     const double d = x - 2.0;
     return d * (kLogGammaD2 + d * quotient(kLogGammaP2, kLogGammaQ2, 1.0, d));
   }
-  if (x <= kAsymptotic) {
-    const double d = x - 4.0;
-    return kLogGammaD4 + d * quotient(kLogGammaP4, kLogGammaQ4, -1.0, d);
-  }
-  const double series = x <= kSeriesLimit ? stirling_sum(x) : 0.0;
-  const double logarithm = unchecked::log(x);
-  return series + kLogSqrtTwoPi - 0.5 * logarithm + x * (logarithm - 1.0);
+  const double d = x - 4.0;
+  return kLogGammaD4 + d * quotient(kLogGammaP4, kLogGammaQ4, -1.0, d);
+}
+
+}  // namespace
+
+double log_gamma(double x) {
+  return x <= kAsymptotic ? log_gamma_to_12(x) : special::log_gamma_from_12(x);
 }
 
 double ztMathLib::Gamma(double X) const {
@@ -120,7 +119,11 @@ double ztMathLib::Gamma(double X) const {
 
 double ztMathLib::LoGamma(double X) const {
   return trap<double>(kLoGamma, [&](double& result) {
-    result = X > 0.0 && X <= kLogLimit ? log_gamma(X) : kOutOfRange;
+    if (X > kAsymptotic && X <= kLogLimit) {
+      result = special::log_gamma_from_12(X);
+    } else {
+      result = X > 0.0 && X <= kAsymptotic ? log_gamma_to_12(X) : kOutOfRange;
+    }
   });
 }
 

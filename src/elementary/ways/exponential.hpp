@@ -14,11 +14,10 @@ namespace {
 }  // namespace
 
 double exp(double x) {
-  // Beyond, the result is subnormal, infinite, or near it.
-  if (!(std::fabs(x) < 708.0)) [[unlikely]]
+  if (!(std::fabs(x) < kMostExponent)) [[unlikely]]
     return std::isnan(x) ? x : sure::exp(x);
   double result;
-  if (!settled(quick_exponential(x), 0x1.ap-65, result)) [[unlikely]]
+  if (!settled(quick_exponential(x), kExponentialError, result)) [[unlikely]]
     return careful_exp(x);
   return result;
 }

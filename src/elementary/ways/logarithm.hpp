@@ -11,19 +11,6 @@ double logarithm_outside(double x) {
   return x < 0.0 ? kNaN : x + x;
 }
 
-// ln x of normal x > 0 with r in one Double, whose rounding is the error, 2^-62, and the series
-// within 2^-62.8: of less than an eighth that is too much.
-inline Bounded short_logarithm(double x) {
-  const LogParts parts = log_parts(x, 0.0);
-  const double r = parts.first + parts.second;
-  const double square = r * r;
-  const double* c = kShortLogSeries;
-  const double series = multiply_add(
-      square, multiply_add(square, c[4], multiply_add(r, c[3], c[2])), multiply_add(r, c[1], c[0]));
-  const Pair sum = ordered_sum(parts.hi, r);
-  return {{sum.hi, multiply_add(square, series, sum.lo + parts.lo)}, 0x1p-61};
-}
-
 // Of any finite x > 0.
 [[gnu::noinline]] double careful_log(double x) {
   const Bounded log = careful_logarithm(log_parts(x));
@@ -82,7 +69,7 @@ inline bool settled_log10(const Bounded& log, double& result) {
 double log(double x) {
   if (!lies_in(x, 0x1p-1022, kInfinity)) [[unlikely]]
     return x > 0.0 && x <= kLargest ? careful_log(x) : logarithm_outside(x);
-  if (lies_in(x, 0.875, 1.125)) return log_near_one(x);
+  if (lies_in(x, kNearOne, kPastOne)) return log_near_one(x);
   const Bounded log = short_logarithm(x);
   double result;
   if (!settled(log.value.hi, log.value.lo, log.error, result)) [[unlikely]]

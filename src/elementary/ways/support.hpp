@@ -84,6 +84,11 @@ inline Pair quotient_of(Pair a, Pair b, double inverse) {
   return {first, (left + a.lo) * inverse};
 }
 
+/// Beyond it a power of e is subnormal, infinite, or near it.
+inline constexpr double kMostExponent = 708.0;
+/// Error of hi and hi rest of the following without a tail.
+inline constexpr double kExponentialError = 0x1.ap-65;
+
 /// e^(x + tail) for |x| < 710, tail below the last place of x; hi, from 1 to 2, and rest give it
 /// within 2^-65 of hi, and the tail's error.
 ///
@@ -220,6 +225,22 @@ inline Bounded careful_logarithm(const LogParts& parts) {
   const double low = (first.lo + second.lo) + ((rest + parts.lo) + (mixed + cubic));
   const Pair value = ordered_sum(second.hi, low);
   return {value, parts.hi == 0.0 ? std::fabs(value.hi) * 0x1p-67 : 0x1p-76};
+}
+
+inline constexpr double kNearOne = 0.875;
+inline constexpr double kPastOne = 1.125;
+
+/// ln x of normal x > 0 with r in one Double, whose rounding is the error, 2^-62, and the series
+/// within 2^-62.8: of less than an eighth, from kNearOne to kPastOne, that is too much.
+inline Bounded short_logarithm(double x) {
+  const LogParts parts = log_parts(x, 0.0);
+  const double r = parts.first + parts.second;
+  const double square = r * r;
+  const double* c = kShortLogSeries;
+  const double series = multiply_add(
+      square, multiply_add(square, c[4], multiply_add(r, c[3], c[2])), multiply_add(r, c[1], c[0]));
+  const Pair sum = ordered_sum(parts.hi, r);
+  return {{sum.hi, multiply_add(square, series, sum.lo + parts.lo)}, 0x1p-61};
 }
 
 }  // namespace vqmath63::elementary::VQ_WAY

@@ -1,0 +1,3 @@
+// The special functions for every processor.
+#include "mathlib/ways/error_function.hpp"
+#include "mathlib/ways/gamma.hpp"
