@@ -1,5 +1,9 @@
 #include "automation/many_calls.hpp"
 
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+
 namespace vqmath63::automation {
 namespace {
 
@@ -10,7 +14,24 @@ namespace {
   throw BoundaryError(why, text.append(detail));
 }
 
+// The first byte of a column of Doubles, and the one behind its last.
+std::pair<std::intptr_t, std::intptr_t> extent(const Column& column, std::int64_t count) {
+  const auto first = reinterpret_cast<std::intptr_t>(column.first);
+  const auto last = static_cast<std::intptr_t>(first + (count - 1) * column.stride);
+  return {std::min(first, last), std::max(first, last) + std::intptr_t{sizeof(double)}};
+}
+
 }  // namespace
+
+bool apart(const ManyCalls& calls) noexcept {
+  const auto [first, end] = extent(calls.result, calls.count);
+  return std::all_of(calls.arguments.begin(), calls.arguments.end(), [&](const Column& column) {
+    const bool same = column.first == calls.result.first && column.stride == calls.result.stride &&
+                      std::abs(column.stride) >= std::int64_t{sizeof(double)};
+    const auto [from, to] = extent(column, calls.count);
+    return same || to <= first || end <= from;
+  });
+}
 
 void require_memory(const Column& column, const ArgumentPlace& place) {
   if (column.first != nullptr || place.info.optional) return;

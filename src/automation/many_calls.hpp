@@ -1,6 +1,7 @@
 // Many calls of one member at once: over columns of its arguments, straight to its native function.
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 #include <span>
@@ -165,6 +166,17 @@ class ResultColumn<void> {
   void advance() noexcept {}
 };
 
+/// Whether a member of this native signature may have a way of its own through blocks of calls: a
+/// function block_way(F) beside its class that hands out one, as that of mathlib/blocks.hpp.
+template <class F, class R, class... A>
+concept HasBlocks = std::is_same_v<R, double> &&(std::is_same_v<A, double>&&...) &&
+                    requires(F function) {
+  block_way(function);
+};
+
+/// Whether results may be written before all arguments of their block are read.
+bool apart(const ManyCalls& calls) noexcept;
+
 /// The loop over the calls of one native signature F of a table's class.
 template <const auto& kTable, class F, class R, class... A>
 struct ManyCallsOf {
@@ -185,11 +197,10 @@ struct ManyCallsOf {
       auto& instance = static_cast<Object<kTable>*>(self)->instance;
       HRESULT outcome = S_OK;
       MessageTally tally(calls.count);
-      for (; tally.call < calls.count; ++tally.call) {
-        (std::get<k>(columns).take(), ...);
+      // The result of one call, or of its failure.
+      const auto put = [&](const auto& call) {
         try {
-          results.put(
-              [&]() -> R { return (instance.*function)(std::get<k>(columns).native()...); });
+          results.put(call);
         } catch (...) {
           // What was written by reference before the failure stays written, as in one call.
           results.put_zero();
@@ -197,6 +208,32 @@ struct ManyCallsOf {
           if (SUCCEEDED(outcome)) outcome = failure_in_flight(calls.info);
         }
         results.advance();
+      };
+      if constexpr (HasBlocks<F, R, A...>) {
+        const auto way = block_way(function);
+        if (way != nullptr && calls.count > 1 && apart(calls)) {
+          constexpr std::int64_t kMost = 256;
+          double given[sizeof...(k)][kMost];
+          const double* const arguments[] = {given[k]...};
+          double values[kMost];
+          bool done[kMost];
+          while (tally.call < calls.count) {
+            const std::int64_t count = std::min(kMost, calls.count - tally.call);
+            for (std::int64_t i = 0; i < count; ++i) {
+              (std::get<k>(columns).take(), ...);
+              ((given[k][i] = std::get<k>(columns).native()), ...);
+              (std::get<k>(columns).put(), ...);
+            }
+            way(arguments, values, done, static_cast<std::size_t>(count));
+            for (std::int64_t i = 0; i < count; ++i, ++tally.call) {
+              put([&] { return done[i] ? values[i] : (instance.*function)(given[k][i]...); });
+            }
+          }
+        }
+      }
+      for (; tally.call < calls.count; ++tally.call) {
+        (std::get<k>(columns).take(), ...);
+        put([&]() -> R { return (instance.*function)(std::get<k>(columns).native()...); });
         (std::get<k>(columns).put(), ...);
       }
       calls.failed = tally.failed();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "automation/member_table.hpp"
+#include "mathlib/blocks.hpp"
 #include "mathlib/math_lib.hpp"
 
 namespace vqmath63::members {
