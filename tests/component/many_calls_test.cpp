@@ -1,6 +1,7 @@
 // VqCallMany: what a column may be, calls that fail among others, what is refused.
 #include <cmath>
 #include <limits>
+#include <random>
 
 #include "component_host.hpp"
 
@@ -70,6 +71,57 @@ TEST_F(ManyCallsTest, the_first_failure_that_reaches_the_caller_is_the_result) {
   EXPECT_EQ(failures_.first, 1);
   EXPECT_TRUE(lines_.text.empty());
   EXPECT_EQ(ascii(error_words()), "Overflow");
+}
+
+// Some members go through blocks, four calls side by side: as one by one, to the last bit, whatever
+// stands beside. Columns that overlap otherwise than one over the other are read call by call.
+TEST_F(ManyCallsTest, blocks_answer_as_single_calls_do) {
+  constexpr double kOften[] = {0, 1e-310, 1e-16, 0.46875, 0.5,     0.6796875, 1,     1.5,   2,
+                               4, 5.9,    12,    100,     171.624, 1e60,      1e306, kHuge, NAN};
+  constexpr struct {
+    DISPID id;
+    std::size_t arguments;
+  } kMembers[] = {{51, 1}, {52, 1}, {59, 1}, {53, 2}, {56, 2}, {55, 3}, {kMax, 2}};
+  std::mt19937_64 random(63);
+  const auto draw = [&](double most) {
+    const double even = static_cast<double>(random() >> 11U) * 0x1p-53 * most;
+    return random() % 8 != 0 ? even
+                             : std::copysign(kOften[random() % std::size(kOften)], even - 0.1);
+  };
+  for (const auto& [id, arguments] : kMembers) {
+    for (const int64_t calls : {2, 3, 5, 256, 1003, 20000}) {
+      const auto count = static_cast<std::size_t>(calls);
+      std::vector<double> x[3];
+      std::vector<VqColumn> columns, ones;
+      for (std::size_t k = 0; k < arguments; ++k) {
+        for (std::size_t i = 0; i < count; ++i)
+          x[k].push_back(draw(k == 2 ? 1 : calls < 9 ? 2 : 30));
+        columns.push_back({x[k].data(), 8});
+      }
+      std::vector<double> one(count), all(count);
+      int64_t failed = 0;
+      for (std::size_t i = 0; i < count; ++i) {
+        ones.clear();
+        for (std::size_t k = 0; k < arguments; ++k) ones.push_back({&x[k][i], 8});
+        ASSERT_EQ(many(id, 1, ones, {&one[i], 8}), S_OK);
+        failed += failures_.count;
+      }
+      ASSERT_EQ(many(id, calls, columns, {all.data(), 8}), S_OK);
+      EXPECT_EQ(failures_.count, failed) << id;
+      for (std::size_t i = 0; i < count; ++i) {
+        ASSERT_TRUE(std::memcmp(&one[i], &all[i], 8) == 0 ||
+                    (std::isnan(one[i]) && std::isnan(all[i])))
+            << "member " << id << " of " << x[0][i] << ": " << all[i] << ", not " << one[i];
+      }
+    }
+  }
+  double chain[6] = {0.25};
+  ASSERT_EQ(many(59, 5, {{chain, 8}}, {chain + 1, 8}), S_OK);
+  for (int i = 0; i < 5; ++i) {
+    double next = 0;
+    ASSERT_EQ(many(59, 1, {{chain + i, 8}}, {&next, 8}), S_OK);
+    EXPECT_EQ(chain[i + 1], next);
+  }
 }
 
 TEST_F(ManyCallsTest, what_cannot_be_called_is_refused_before_the_first_call) {
