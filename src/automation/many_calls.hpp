@@ -174,6 +174,9 @@ concept HasBlocks = std::is_same_v<R, double> &&(std::is_same_v<A, double>&&...)
   block_way(function);
 };
 
+/// So many calls a block has at most.
+inline constexpr std::int64_t kCallsInBlock = 256;
+
 /// Whether results may be written before all arguments of their block are read.
 bool apart(const ManyCalls& calls) noexcept;
 
@@ -212,13 +215,12 @@ struct ManyCallsOf {
       if constexpr (HasBlocks<F, R, A...>) {
         const auto way = block_way(function);
         if (way != nullptr && calls.count > 1 && apart(calls)) {
-          constexpr std::int64_t kMost = 256;
-          double given[sizeof...(k)][kMost];
+          double given[sizeof...(k)][kCallsInBlock];
           const double* const arguments[] = {given[k]...};
-          double values[kMost];
-          bool done[kMost];
+          double values[kCallsInBlock];
+          bool done[kCallsInBlock];
           while (tally.call < calls.count) {
-            const std::int64_t count = std::min(kMost, calls.count - tally.call);
+            const std::int64_t count = std::min(kCallsInBlock, calls.count - tally.call);
             for (std::int64_t i = 0; i < count; ++i) {
               (std::get<k>(columns).take(), ...);
               ((given[k][i] = std::get<k>(columns).native()), ...);

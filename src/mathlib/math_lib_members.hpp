@@ -1,6 +1,7 @@
 // The member table of ztMathLib.
 #pragma once
 
+#include "automation/many_calls.hpp"
 #include "automation/member_table.hpp"
 #include "mathlib/blocks.hpp"
 #include "mathlib/math_lib.hpp"
@@ -13,6 +14,8 @@ using automation::lent;
 using automation::method;
 using automation::optional_arg;
 using automation::out;
+
+static_assert(automation::kCallsInBlock <= kMostInBlock, "what a block way has room for");
 
 inline constexpr auto kMathLib = automation::table<ztMathLib>(
     "ztMathLib", "Elementary and special functions, tolerant arithmetic and geometry.",
