@@ -19,7 +19,7 @@ names="($names|[lt]gamma|erfc?|beta|cyl_[a-z_]+|fmod|remainder|fma|(ll?)?rint|ne
 # name is a call only where no type stands before it, as in a declaration, and no object or scope.
 calls() {
   sed -E -e 's/.*\/\/ platform: .+//' -e 's://.*::' -e 's/"[^"]*"//g' -e '/^ *#/s/.*//' \
-    -e 's/\b(bool|float|double|Double|int|std::ofstream) [a-z0-9]+\(//g' |
+    -e 's/\b(bool|float|double|Double|int|Four|FourResults|std::ofstream) [a-z0-9]+\(//g' |
     grep -nE -e "std::$names([^a-z0-9_]|\$)" -e "(^|[^A-Za-z0-9_:.>])(::)?$names\(" || true
 }
 

@@ -54,7 +54,7 @@ inline Four exp(Four x) {
   const FourTruths sure = (upper <= lower) & (magnitude(x) < kMostExponent);
   if (!all(sure)) [[unlikely]] {
     for (int k = 0; k < 4; ++k) {
-      if (sure[k] == 0) result[k] = exp(x[k]);
+      if (sure[k] == 0) result[k] = fused::exp(x[k]);
     }
   }
   return result;
@@ -87,7 +87,7 @@ inline Four log(Four x) {
                           ((x < kNearOne) | (x > kPastOne));
   if (!all(sure)) {
     for (int k = 0; k < 4; ++k) {
-      if (sure[k] == 0) result[k] = log(x[k]);
+      if (sure[k] == 0) result[k] = fused::log(x[k]);
     }
   }
   return result;
