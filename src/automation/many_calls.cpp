@@ -24,12 +24,12 @@ std::pair<std::intptr_t, std::intptr_t> extent(const Column& column, std::int64_
 }  // namespace
 
 bool apart(const ManyCalls& calls) noexcept {
-  const auto [first, end] = extent(calls.result, calls.count);
+  const auto written = extent(calls.result, calls.count);
   return std::all_of(calls.arguments.begin(), calls.arguments.end(), [&](const Column& column) {
     const bool same = column.first == calls.result.first && column.stride == calls.result.stride &&
                       std::abs(column.stride) >= std::int64_t{sizeof(double)};
     const auto [from, to] = extent(column, calls.count);
-    return same || to <= first || end <= from;
+    return same || to <= written.first || written.second <= from;
   });
 }
 
