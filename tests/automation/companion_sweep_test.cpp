@@ -78,8 +78,9 @@ class CompanionSweep final : public WorkedCalls<Base> {
 
  private:
   void trouble(const std::string& name, const calls::Member&, const Outcome& usual) override {
-    for (const auto& [fail, number] : kFailures) {
-      plan.fail = fail;
+    for (const auto& failure : kFailures) {
+      const int number = failure.number;
+      plan.fail = failure.fail;
       each_step([&](long at, bool on) {
         plan.steps = 0;
         plan.fail_on = on;
