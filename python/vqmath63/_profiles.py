@@ -87,7 +87,7 @@ class _Reporter:
 
     def _look_at(self, dates: Any) -> None:
         self.times, unit = _times(dates)
-        start = self.settings.start
+        start: Any = self.settings.start
         if start is None:
             start = _start_of(_singular(self.settings.period), dates[0])
         self.profile.DataPeriod = unit
