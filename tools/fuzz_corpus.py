@@ -377,6 +377,21 @@ def elementary_calls():
                 yield call(of, x, y)
 
 
+def blocks(rows, chance):
+    """Special functions by blocks: several calls at once, each lane another way through the function."""
+    near = [1e-120, 1e-17, 0.1, 0.3, 0.46875, 0.5, 0.6, 0.68, 1.0, 1.5, 1.7, 2.0, 3.9, 4.0, 4.5, 5.9, 6.0, 11.9, 12.0, 13.0]
+    far = [25.0, 80.0, 171.7, 1e3, 1e60, 1e77, 1e120, 1e306, -0.0, 0.0, -1.0, -2.5, float("inf"), float("nan")]
+    for member in ("Erf", "Gamma", "LoGamma", "beta", "Gamma_P", "BetaI"):
+        of_class, place, types = rows["ztMathLib", "call", member]
+        for case in range(150):
+            pool = near if case % 3 else near + far
+            draw = lambda k: chance.choice(pool) if k < 2 or case % 5 == 0 else chance.random()
+            columns = [[draw(k) for _ in range(6)] for k in range(len(types))]
+            head = bytes([CALL, of_class, place, AT_ONCE, chance.choice((4, 5, 6, 6)), 0])
+            head += b"".join(b"\0" + double(x) for column in columns for x in column[1:])
+            yield operation(head, *(b"\0\0" + double(column[0]) for column in columns))
+
+
 def polynomials(rows, chance):
     """Fits of so many coefficients that their systems are solved in groups and by wide registers."""
     call = lambda kind, name, *values: operation(bytes([CALL, *rows["ztRegression", kind, name][:2], BY_VTABLE]), *(b"\0" + v for v in values))
@@ -428,7 +443,7 @@ def seeds(folder):
     folder = pathlib.Path(folder)
     folder.mkdir(parents=True, exist_ok=True)
     rows, chance = members(), random.Random(1)
-    inputs = {*worked_calls(rows), *spoiled_calls(rows), *troubled_calls(rows), *function_calls(rows), *elementary_calls(), *polynomials(rows, chance)}
+    inputs = {*worked_calls(rows), *spoiled_calls(rows), *troubled_calls(rows), *function_calls(rows), *elementary_calls(), *polynomials(rows, chance), *blocks(rows, chance)}
     inputs |= {*interrupted_calls(rows), *system_calls(chance), *converted_values()}
     inputs = {data for data in inputs if 0 < len(data) <= 4096}
     for data in inputs:
