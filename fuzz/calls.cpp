@@ -175,7 +175,7 @@ HRESULT World::call_by_vtable(const MemberInfo& member, std::size_t slot, Frame&
 
 /// Many calls at once, over columns of the arguments' values.
 void World::call_many(const MemberInfo& member, Frame& frame, Bytes& head) {
-  constexpr std::int64_t kMost = 6, kStride = 8;
+  constexpr std::int64_t kMost = 6, kStride = 8;  // memory: one more, for results further on
   void* places[automation::kMostArguments] = {};
   place_arguments(member, frame, places);
   const std::int64_t calls = head.byte() % (kMost + 1);
@@ -188,7 +188,7 @@ void World::call_many(const MemberInfo& member, Frame& frame, Bytes& head) {
     if (type.rank > 0 || type.vt == VT_BSTR || places[i] == nullptr || (odd >> i % 8 & 1) != 0) {
       continue;
     }
-    memory[i].assign(kMost, frame.arguments[i].variable->v.llVal);
+    memory[i].assign(kMost + 1, frame.arguments[i].variable->v.llVal);
     for (std::size_t k = 1; k < kMost; ++k) {
       VARIANT other{};
       make(head, type, variables, other);
@@ -198,7 +198,10 @@ void World::call_many(const MemberInfo& member, Frame& frame, Bytes& head) {
     column = {memory[i].data(), kStride};
   }
   memory[automation::kMostArguments].assign(kMost, 0);
-  const VqColumn results{memory[automation::kMostArguments].data(), kStride};
+  // Results of their own, or where the first arguments are: in place, or one further on.
+  const bool in_place = (odd & 0xC0) == 0x40 && !memory[0].empty() && member.result.vt != VT_BSTR;
+  std::int64_t* const own = memory[automation::kMostArguments].data();
+  const VqColumn results{in_place ? memory[0].data() + (odd >> 5 & 1) : own, kStride};
   VqFailures failures{};
   WORD flags =
       member.kind == automation::MemberKind::kPropertyLet ? DISPATCH_PROPERTYPUT : DISPATCH_METHOD;

@@ -387,7 +387,7 @@ def blocks(rows, chance):
             pool = near if case % 3 else near + far
             draw = lambda k: chance.choice(pool) if k < 2 or case % 5 == 0 else chance.random()
             columns = [[draw(k) for _ in range(6)] for k in range(len(types))]
-            head = bytes([CALL, of_class, place, AT_ONCE, chance.choice((4, 5, 6, 6)), 0])
+            head = bytes([CALL, of_class, place, AT_ONCE, chance.choice((4, 5, 6, 6)), chance.choice((0, 0, 0x40, 0x60))])
             head += b"".join(b"\0" + double(x) for column in columns for x in column[1:])
             yield operation(head, *(b"\0\0" + double(column[0]) for column in columns))
 
