@@ -47,4 +47,13 @@ class CallScope : FloatingPointScope {
   CallScope() noexcept { forget_failure(); }
 };
 
+/// Surrounds a call without arithmetic, which the host's floating-point state cannot disturb: to
+/// look at that state takes longer than the rest of such a call.
+struct PlainScope {
+  PlainScope() noexcept { forget_failure(); }
+};
+
+/// The same where an earlier failure's text stays.
+struct NoScope {};
+
 }  // namespace vqmath63::automation

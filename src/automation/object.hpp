@@ -24,6 +24,12 @@ struct Slots<F, Rest...> {
   Slots<Rest...> rest;
 };
 
+/// Whether an instance is made and ended without arithmetic: a class whose constructor cannot fail
+/// only sets what it keeps, and has no more than memory to give back. The host's floating-point
+/// state may stay then; to look at it costs more than all the rest.
+template <class Class>
+constexpr bool kPlainEnds = std::is_nothrow_default_constructible_v<Class>;
+
 template <const auto& kTable>
 struct Object {
   using Class = typename std::remove_cvref_t<decltype(kTable)>::Class;
@@ -48,7 +54,8 @@ struct Object {
     const std::int32_t left = last ? 0 : --object->references;
     if (left == 0) {
       // The class's own termination runs now. A text that the host has yet to read stays.
-      const FloatingPointScope scope;
+      [[maybe_unused]] const std::conditional_t<kPlainEnds<Class>, NoScope, FloatingPointScope>
+          scope{};
       delete object;
     }
     return static_cast<ULONG>(left);
@@ -187,15 +194,19 @@ const ClassInfo& class_info() noexcept {
 template <const auto& kTable>
 HRESULT Boundary<kTable>::create(REFIID iid, void** out) noexcept {
   static_assert(sizeof(kVtable) == (7 + kRows) * sizeof(void*));
-  const CallScope scope;
+  using Class = typename TableType::Class;
+  [[maybe_unused]] const std::conditional_t<kPlainEnds<Class>, PlainScope, CallScope> scope;
   try {
     auto* object = new Object<kTable>(&kVtable);
+    if (out != nullptr && is_own_interface(kInfo, iid)) [[likely]] {
+      *out = object;  // with the reference that it begins with
+      return S_OK;
+    }
     const HRESULT found = Object<kTable>::QueryInterface(object, iid, out);
     if (FAILED(found)) {
       delete object;
-    } else {  // nobody else knows of the object yet: its first reference goes without a lock
-      const std::int32_t held = object->references.load(std::memory_order_relaxed);
-      object->references.store(held - 1, std::memory_order_relaxed);
+    } else {
+      --object->references;
     }
     return found;
   } catch (...) {

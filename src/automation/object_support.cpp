@@ -80,11 +80,15 @@ bool may_unload() noexcept {
   return live_count() == 0 && server_locks == 0;
 }
 
+bool is_own_interface(const ClassInfo& info, REFIID iid) noexcept {
+  return IsEqualGUID(iid, IID_IUnknown) || IsEqualGUID(iid, IID_IDispatch) ||
+         IsEqualGUID(iid, info.iid);
+}
+
 HRESULT query_interface(const ClassInfo& info, void* self, REFIID iid, void** out) noexcept {
   if (out == nullptr) return E_POINTER;
   *out = nullptr;
-  if (IsEqualGUID(iid, IID_IUnknown) || IsEqualGUID(iid, IID_IDispatch) ||
-      IsEqualGUID(iid, info.iid)) {
+  if (is_own_interface(info, iid)) {
     static_cast<IUnknown*>(self)->AddRef();
     *out = self;
     return S_OK;

@@ -25,6 +25,10 @@ struct LiveObject {
   LiveObject& operator=(const LiveObject&) = delete;
 };
 
+/// Whether an interface of a class's objects is the object itself: IUnknown, IDispatch, the dual
+/// one.
+bool is_own_interface(const ClassInfo& info, REFIID iid) noexcept;
+
 /// QueryInterface of an object: IUnknown, IDispatch and the class's dual interface are the object
 /// itself; ISupportErrorInfo and IProvideClassInfo are small objects of their own that answer to
 /// the same identity.

@@ -41,13 +41,7 @@ HRESULT hand_back(Adapts& adapts, [[maybe_unused]] std::size_t& failed) noexcept
       adapts);
 }
 
-/// Surrounds a property of one number or date, which is stored or given as it is kept: there is no
-/// arithmetic that the host's floating-point state could disturb, and to look at that state takes
-/// longer than the rest of such a call.
-struct PlainPropertyScope {
-  PlainPropertyScope() noexcept { forget_failure(); }
-};
-
+/// A property of one of these is stored or given as it is kept, without arithmetic.
 template <class T>
 constexpr bool kIsPlain = std::is_void_v<T> || std::is_arithmetic_v<T> || std::is_same_v<T, Date>;
 
@@ -70,7 +64,7 @@ struct ThunkBase {
     constexpr const auto& kRowOf = std::get<kRow>(kTable.rows);
     constexpr bool kPlain =
         kRowOf.kind != MemberKind::kMethod && kIsPlain<R> && (kIsPlain<A> && ...);
-    [[maybe_unused]] const std::conditional_t<kPlain, PlainPropertyScope, CallScope> scope;
+    [[maybe_unused]] const std::conditional_t<kPlain, PlainScope, CallScope> scope;
     try {
       Adapts adapts{Given<typename Param<A>::Abi>{a, {kRowOf.name, kRowOf.arguments[k]}}...};
       HRESULT outcome = S_OK;

@@ -39,7 +39,7 @@ void differentiate(const Routine& routine, const Samples& x, const Samples& y,
 
 }  // namespace
 
-ztDifferentiate::ztDifferentiate() {
+ztDifferentiate::ztDifferentiate() noexcept {
   trap(kClassInitialize, [&] {
     bool ok = false;
     InitDiffs(ok);

@@ -17,7 +17,7 @@ namespace vqmath63 {
 /// @param qOK receives True when every point was reached
 class ztDifferentiate {
  public:
-  ztDifferentiate();
+  ztDifferentiate() noexcept;
 
   /// First derivative; inside from three points, h1 and h2 being the steps before and after a
   /// point. dydx must hold elements 1 to n already; it is not re-dimensioned. Fails for a single

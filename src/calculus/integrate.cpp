@@ -12,7 +12,7 @@ constexpr Location kIntegral{"ztAnalyse - ztIntegrate", "Integral"};
 
 }  // namespace
 
-ztIntegrate::ztIntegrate() {
+ztIntegrate::ztIntegrate() noexcept {
   trap(kClassInitialize, [&] { InitIntegrate(); });
 }
 

@@ -24,7 +24,7 @@ class ztIntegrate {
   enum Rule : std::int32_t { kTrapezoidal = 1, kSimpson = 2, kForward = 3, kBackward = 4 };
 
   /// A new instance has rule 1.
-  ztIntegrate();
+  ztIntegrate() noexcept;
 
   /// Always 0: the rule cannot be read back. Re-applies the stored rule to itself.
   /// @return 0

@@ -22,7 +22,7 @@ constexpr std::int32_t kPolynomial = 5;
 
 }  // namespace
 
-ztRegression::ztRegression() {
+ztRegression::ztRegression() noexcept {
   trap(kClassInitialize, [&] { InitRegression(); });
 }
 

@@ -24,7 +24,7 @@ namespace vqmath63 {
 class ztRegression {
  public:
   /// Type "Linear", order 1, A = B = R = 0.
-  ztRegression();
+  ztRegression() noexcept;
 
   /// Chooses the type by the word's first letter, in any case, and turns the word into the type's
   /// name. Every word in L is linear ("Logarithmic" too), every word in P polynomial ("Power" too).

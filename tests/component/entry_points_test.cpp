@@ -1,6 +1,7 @@
 // The exported functions: class ids, factories, unloading, registration, descriptions.
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <fenv.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -90,6 +91,32 @@ TEST(EntryPointsTest, programmatic_ids_are_found_in_any_letter_case) {
   CLSID none;
   EXPECT_EQ(CLSIDFromProgID(nullptr, &none), E_INVALIDARG);
   EXPECT_EQ(CLSIDFromProgID(u"vq140Analyse.ztIntegrate", nullptr), E_INVALIDARG);
+}
+
+// No arithmetic of theirs is met by a host that traps all of it.
+TEST(EntryPointsTest, objects_begin_and_end_in_any_floating_point_state) {
+  fenv_t usual;
+  fegetenv(&usual);
+  for (const std::string& name : split("Accumulate AnalyseInfo Differentiate Integrate MathLib "
+                                       "Petroleum Regression Sample Statistics",
+                                       ' ')) {
+    const std::string id = "vq140Analyse.zt" + name;
+    CLSID clsid{};
+    void *factory = nullptr, *object = nullptr;
+    if (FAILED(CLSIDFromProgID(std::u16string(id.begin(), id.end()).c_str(), &clsid)))
+      ADD_FAILURE() << id;
+    ASSERT_EQ(DllGetClassObject(clsid, IID_IClassFactory, &factory), S_OK) << name;
+    feclearexcept(FE_ALL_EXCEPT);
+    feenableexcept(FE_DIVBYZERO | FE_INVALID | FE_OVERFLOW | FE_UNDERFLOW | FE_INEXACT);
+    fesetround(FE_UPWARD);
+    const HRESULT made =
+        static_cast<IClassFactory*>(factory)->CreateInstance(nullptr, IID_IDispatch, &object);
+    const ULONG left = static_cast<IUnknown*>(object)->Release();
+    const int rounding = fegetround();
+    fesetenv(&usual);
+    EXPECT_TRUE(made == S_OK && left == 0 && rounding == FE_UPWARD) << name;
+    static_cast<IUnknown*>(factory)->Release();
+  }
 }
 
 TEST(EntryPointsTest, factories_and_unloading) {
