@@ -2,6 +2,7 @@
 #include "statistics/sums.hpp"
 
 #include "frame/speculate.hpp"
+#include "statistics/summary_lanes.hpp"
 
 namespace vqmath63 {
 namespace {
@@ -25,22 +26,21 @@ float running_sum(bool in_bounds, std::int64_t n, const MakeTerm& make_term) {
   });
 }
 
-// The running values of one array.
-template <class Mode>
-class Running {
-  using Stored = typename Mode::Single;
+using CheckedSingle = CheckedMode::Single;
 
+// The running values of one array, step by step.
+class Running {
  public:
-  explicit Running(Stored x)
+  explicit Running(CheckedSingle x)
       : sum_(x),
         squares_(x * x),
         absolute_(std::fabs(x.value())),
         minimum_(x.value()),
         maximum_(x.value()) {}
 
-  void add(Stored x) {
+  void add(CheckedSingle x) {
     sum_ = sum_ + x;
-    squares_ = squares_ + Stored(x * x);
+    squares_ = squares_ + CheckedSingle(x * x);
     // Replaced, not added: the value is the magnitude of the last sample.
     absolute_ = std::fabs(x.value());
     if (maximum_ < x.value()) maximum_ = x.value();
@@ -50,18 +50,17 @@ class Running {
   Summary value() const { return {sum_.value(), squares_.value(), absolute_, minimum_, maximum_}; }
 
  private:
-  Stored sum_;
-  Stored squares_;
+  CheckedSingle sum_;
+  CheckedSingle squares_;
   float absolute_;
   float minimum_;
   float maximum_;
 };
 
-template <class Mode>
 struct RunningPair {
-  Running<Mode> x;
-  Running<Mode> y;
-  typename Mode::Single products;
+  Running x;
+  Running y;
+  CheckedSingle products;
 
   PairSummary value() const { return {x.value(), y.value(), products.value()}; }
 };
@@ -108,27 +107,32 @@ float sum_of_products(const Samples& x, const Samples& y) {
 Summary summary_of(const Samples& x) {
   const std::int64_t n = x.upper();
   return speculate(hold_samples(x, n), [&](auto mode) {
-    using Mode = decltype(mode);
-    const typename Mode::template Reader<float> xs(x);
-    Running<Mode> running(xs(1));
-    for (std::int64_t i = 2; i <= n; ++i) running.add(xs(i));
-    return running;
+    if constexpr (std::is_same_v<decltype(mode), PlainMode>) {
+      return lanes::summary(&x(1), static_cast<std::size_t>(n));
+    } else {
+      const CheckedMode::Reader<float> xs(x);
+      Running running(xs(1));
+      for (std::int64_t i = 2; i <= n; ++i) running.add(xs(i));
+      return running;
+    }
   });
 }
 
 PairSummary summary_of(const Samples& x, const Samples& y) {
   const std::int64_t n = x.upper();
   return speculate(hold_samples(x, n) && y.covers(1, n), [&](auto mode) {
-    using Mode = decltype(mode);
-    using Stored = typename Mode::Single;
-    const typename Mode::template Reader<float> xs(x), ys(y);
-    RunningPair<Mode> running{Running<Mode>(xs(1)), Running<Mode>(ys(1)), xs(1) * ys(1)};
-    for (std::int64_t i = 2; i <= n; ++i) {
-      running.x.add(xs(i));
-      running.y.add(ys(i));
-      running.products = running.products + Stored(xs(i) * ys(i));
+    if constexpr (std::is_same_v<decltype(mode), PlainMode>) {
+      return lanes::summary(&x(1), &y(1), static_cast<std::size_t>(n));
+    } else {
+      const CheckedMode::Reader<float> xs(x), ys(y);
+      RunningPair running{Running(xs(1)), Running(ys(1)), xs(1) * ys(1)};
+      for (std::int64_t i = 2; i <= n; ++i) {
+        running.x.add(xs(i));
+        running.y.add(ys(i));
+        running.products = running.products + CheckedSingle(xs(i) * ys(i));
+      }
+      return running;
     }
-    return running;
   });
 }
 

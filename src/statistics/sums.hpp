@@ -30,6 +30,7 @@ struct Summary {
   float minimum = 0.0F;
   float maximum = 0.0F;
 
+  const Summary& value() const { return *this; }
   /// A sample that is not finite leaves a sum that is not.
   bool all_finite() const { return std::isfinite(sum) && std::isfinite(squares); }
 };
@@ -40,6 +41,7 @@ struct PairSummary {
   Summary y;
   float products = 0.0F;
 
+  const PairSummary& value() const { return *this; }
   bool all_finite() const { return x.all_finite() && y.all_finite() && std::isfinite(products); }
 };
 

@@ -113,13 +113,21 @@ TEST_F(MeasuresTest, extremes_keep_the_first_of_ties_and_a_leading_nan) {
   const auto alike = [](float got, float want) {
     return same(got, want) && std::signbit(got) == std::signbit(want);
   };
-  each_row("statistics.tsv", "extremes", 7, [&](const TableRow& row) {
+  each_row("statistics.tsv", "extremes", 9, [&](const TableRow& row) {
     A x = samples(row["x"], 0);
     const std::int32_t most_at = row["most at"], least_at = row["least at"];
     EXPECT_TRUE(alike(z.Maximum(x), row["most"]));
     EXPECT_TRUE(alike(z.Minimum(x), row["least"]));
     EXPECT_EQ(z.Index_of_Maximum_Of_X(x), most_at);
     EXPECT_EQ(z.Index_Of_Minimum_Of_X(x), least_at);
+    bool ok = false;
+    z.BasicStatistics(x, ok);
+    if (!ok) return;  // infinities of both signs have no sum
+    EXPECT_TRUE(alike(z.get_xMax(), row["most"]) && alike(z.get_xMin(), row["least"]));
+    EXPECT_TRUE(alike(z.get_SigmaX(), z.SumOfX(x)));
+    z.BasicStatisticsPairs(x, x, ok);
+    EXPECT_TRUE(alike(z.get_yMax(), row["most"]) && alike(z.get_yMin(), row["least"]));
+    EXPECT_TRUE(alike(z.get_SigmaY(), z.SumOfX(x)));
   });
 }
 
