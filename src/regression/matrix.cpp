@@ -190,10 +190,10 @@ bool eliminate_in_groups(WorkingSystem& system) {
     for (std::size_t j = 0; j < groups * kGroup; ++j) {
       pivot_row[j] = static_cast<double>(singles[first + j]);
     }
-    const auto divisor = static_cast<double>(singles[k]);
+    const float divisor = singles[k];
     for (std::size_t i = k + 1; i < n; ++i) {
       float* row = system.row(i);
-      const auto m = static_cast<double>(static_cast<float>(static_cast<double>(row[k]) / divisor));
+      const auto m = static_cast<double>(row[k] / divisor);
       subtract_groups(m, pivot_row, row + first, groups);
       next.look_at(row[k + 1], i);
     }
