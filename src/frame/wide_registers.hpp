@@ -19,6 +19,13 @@ template <class Loop>
 }  // namespace detail
 #endif
 
+// Fused multiply-add, of single numbers, where a processor has it: functions are marked with
+// [[gnu::target("fma")]], and called where kFusedSteps is true.
+#if defined(__x86_64__) && defined(__GNUC__)
+#define VQ_FUSED_STEPS 1
+inline const bool kFusedSteps = !kStepsOnly && __builtin_cpu_supports("fma");
+#endif
+
 /// Runs `loop()`, all of whose calls have to be inline, in the widest registers that the processor
 /// has. Each number is worked out as everywhere: a compiler that does not contract multiplications
 /// and additions puts the same steps side by side, no more.

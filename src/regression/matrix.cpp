@@ -223,20 +223,51 @@ bool eliminate_by(WorkingSystem& system, bool bounded) {
   return work();
 }
 
+// Right-hand side i less what the solutions behind it take of it.
+template <class Mode>
+float left_of_row(WorkingSystem& system, std::size_t i) {
+  using Single = typename Mode::Single;
+  const float* row = system.row(i);
+  Single value = system.right_side(i);
+  for (std::size_t j = i + 1; j < system.size(); ++j) {
+    value = value - Single(row[j]) * Single(system.right_side(j));
+  }
+  return value.value();
+}
+
+#ifdef VQ_FUSED_STEPS
+// The same on plain numbers in half of the time, as each step waits for the one before: a fused
+// step rounds the Single that a step by way of Double does, but where the Double happens to lie
+// midway between two. Whether they are the same is looked at beside the way.
+[[gnu::target("fma")]] float left_of_row_fused(WorkingSystem& system, std::size_t i) {
+  const float* row = system.row(i);
+  float value = system.right_side(i);
+  std::uint32_t unlike = 0;
+  for (std::size_t j = i + 1; j < system.size(); ++j) {
+    const float factor = system.right_side(j);
+    const float fused = __builtin_fmaf(-row[j], factor, value);
+    const auto step = static_cast<float>(static_cast<double>(value) -
+                                         static_cast<double>(row[j]) * static_cast<double>(factor));
+    unlike |= std::bit_cast<std::uint32_t>(fused) ^ std::bit_cast<std::uint32_t>(step);
+    value = fused;
+  }
+  return unlike == 0 ? value : left_of_row<PlainMode>(system, i);
+}
+#endif
+
 // Leaves the solution in the right-hand sides.
 template <class Mode>
 Elimination solve(WorkingSystem& system) {
   using Single = typename Mode::Single;
   const bool bounded = std::is_same_v<Mode, PlainMode> && system.cannot_overflow();
   if (!eliminate_by<Mode>(system, bounded)) return {system, bounded, false};
-  const std::size_t n = system.size();
-  for (std::size_t i = n; i-- > 0;) {
-    const float* row = system.row(i);
-    Single value = system.right_side(i);
-    for (std::size_t j = i + 1; j < n; ++j) {
-      value = value - Single(row[j]) * Single(system.right_side(j));
-    }
-    system.right_side(i) = Single(value / Single(row[i])).value();
+  auto left = &left_of_row<Mode>;
+#ifdef VQ_FUSED_STEPS
+  if (std::is_same_v<Mode, PlainMode> && kFusedSteps) left = &left_of_row_fused;
+#endif
+  for (std::size_t i = system.size(); i-- > 0;) {
+    const Single value = left(system, i);
+    system.right_side(i) = Single(value / Single(system.row(i)[i])).value();
   }
   return {system, bounded, true};
 }

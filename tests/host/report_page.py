@@ -220,6 +220,7 @@ class ReportPage(unittest.TestCase):
         self.assertLess(self.size, 3_000_000)
         self.assertEqual(len(figures["periods"]), 12)
         self.assertEqual(figures["stack"][0].legend[-1], "23 others")
+        self.assertIn("well Hx and 22 others) are in no period", " ".join(self.story()))
         for figure in figures["periods"]:
             for name in ("rows of the file", "mean of a day"):
                 places = [x for x, y in figure.corners(name) if figure.y_value(y) > 89000]
