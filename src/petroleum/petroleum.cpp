@@ -3,7 +3,9 @@
 #include <cmath>
 #include <limits>
 #include <type_traits>
+#include <typeinfo>
 
+#include "frame/common_maths.hpp"
 #include "frame/companions.hpp"
 #include "frame/speculate.hpp"
 #include "frame/trap.hpp"
@@ -23,6 +25,19 @@ constexpr std::int64_t kLeastIndex = std::numeric_limits<std::int32_t>::min();
 std::int32_t next(std::int32_t i) {
   if (i == std::numeric_limits<std::int32_t>::max()) raise_fault(ErrorNumber::kOverflow);
   return i + 1;
+}
+
+// Asks the thread's mathematical companion. The built-in one runs no code of a host's, which alone
+// could release it meanwhile: it is asked without a further reference to it, which would cost as
+// much as the search.
+void bracket(float& value, Array1<float>& list, std::int32_t& lower, std::int32_t& upper) {
+  std::int32_t spare = 0;
+  ztCommonMaths* const shared = common_globals().CommonMaths.get();
+  if (shared != nullptr && typeid(*shared) == typeid(BuiltInCommonMaths)) [[likely]] {
+    static_cast<BuiltInCommonMaths*>(shared)->BracketIndex(value, list, lower, upper, spare);
+  } else {
+    common_maths()->BracketIndex(value, list, lower, upper, spare);
+  }
 }
 
 // The arguments of a live-oil factor, and the two curves that bracket the data point.
@@ -152,10 +167,7 @@ void ztPetroleum::GetVolumeCorrectionLive(
     qOK = false;
     std::int32_t i = 1;
     std::int32_t u = 1;
-    if (nPrimary != 1) {
-      std::int32_t spare = 0;
-      common_maths()->BracketIndex(dDataPrimary, dPrimary, i, u, spare);
-    }
+    if (nPrimary != 1) bracket(dDataPrimary, dPrimary, i, u);
     const Array1<const float> primary = dPrimary;
     const LiveOil oil{primary, iMapPrimary,  dSecondary,     dValue, nPrimary,
                       nVal,    dDataPrimary, dDataSecondary, i,      u};
