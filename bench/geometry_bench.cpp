@@ -1,4 +1,5 @@
-// Cell containment and point location, beside plain loops and beside GEOS where it is.
+// Cell containment and point location, beside the same steps, plainly, beside plain loops and
+// beside GEOS where it is.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -11,6 +12,8 @@
 #include "geometry/cell.hpp"
 #include "geometry/polygon.hpp"
 #include "mathlib/math_lib.hpp"
+#include "plain_cell.hpp"
+#include "same_result.hpp"
 
 #ifdef VQ_HAVE_GEOS
 #include <geos/algorithm/PointLocation.h>
@@ -24,6 +27,7 @@ using vqmath63::Array1;
 using vqmath63::Array2;
 using vqmath63::Boolean;
 using vqmath63::Point3D;
+using vqmath63::ztMathLib;
 
 using Corners = Array2<float>;
 
@@ -47,6 +51,7 @@ struct Cell {
 constexpr Point3D kLocal{100, 200, 300};
 constexpr double kHundredth = 0.0056;  // with what else of the cell is outside that box
 constexpr Point3D kField{490000, 6700000, 2500};
+constexpr std::int64_t kMostPoints = 1'000'000;
 
 // Points around the box (2, 2, 1) to (48, 38, 7) of the cell, which has the share
 // `box_share` of their volume; all of it is inside.
@@ -68,7 +73,7 @@ struct Points {
 void points_in_cell(benchmark::State& state, const Point3D& at, double inside) {
   Points points(state.range(0), at, inside);
   Cell cell(at);
-  const vqmath63::ztMathLib lib;
+  const ztMathLib lib;
   Array1<float> x{std::span<float>(points.x)}, y{std::span<float>(points.y)},
       z{std::span<float>(points.z)};
   std::int32_t count = 0;
@@ -94,6 +99,45 @@ void FieldPointsOfWhichHundredthInside(benchmark::State& state) {
 }
 void FieldPointsAllInside(benchmark::State& state) {
   points_in_cell(state, kField, 1.0);
+}
+
+void plain_points_in_cell(benchmark::State& state, const Point3D& at) {
+  const Points points(state.range(0), at, 1.0);
+  const Cell cell(at);
+  for (auto _ : state) {
+    const bench::PlainCell plain(cell.top, cell.bottom);
+    benchmark::DoNotOptimize(bench::PlainContainment(points.x, points.y, points.z, plain).count);
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+void PlainPointsAllInside(benchmark::State& state) {
+  plain_points_in_cell(state, kLocal);
+}
+void PlainFieldPointsAllInside(benchmark::State& state) {
+  plain_points_in_cell(state, kField);
+}
+
+// Point by point, also where most are outside; fewer points are the first of many.
+void hold_plain_to_ours() {
+  for (const Point3D& at : {kLocal, kField}) {
+    for (const double share : {1.0, kHundredth}) {
+      const Points points(kMostPoints, at, share);
+      const Cell cell(at);
+      std::int32_t count = 0;
+      Array1<Boolean> flags;
+      Array1<std::int32_t> indices;
+      bool ok = false;
+      ztMathLib().Points_In_CubeIndex(points.x, points.y, points.z, cell.top, cell.bottom, count,
+                                      indices, flags, ok);
+      const bench::PlainContainment plain(points.x, points.y, points.z,
+                                          bench::PlainCell(cell.top, cell.bottom));
+      bench::must_agree(
+          ok && static_cast<std::size_t>(count) == plain.count &&
+              std::ranges::equal(flags.elements(), plain.inside, {}, &Boolean::stored) &&
+              std::ranges::equal(indices.elements(), plain.indices),
+          "points in a cell");
+    }
+  }
 }
 
 // The routine of one point that PointsInCube repeats, step by step.
@@ -183,7 +227,7 @@ constexpr float kRough = 900.0F;
 void point_in_polygon(benchmark::State& state, float roughness) {
   Ring ring(state.range(0), roughness);
   Array1<float> x{std::span<float>(ring.x)}, y{std::span<float>(ring.y)};
-  const vqmath63::ztMathLib lib;
+  const ztMathLib lib;
   float px = 3050.5F, py = 3990.25F;
   for (auto _ : state) {
     benchmark::DoNotOptimize(lib.Point_In_Polygon(px, py, x, y));
@@ -237,7 +281,7 @@ void GeosPointInRoughRing(benchmark::State& state) {
 #endif
 
 void points(benchmark::internal::Benchmark* bench) {
-  for (const std::int64_t n : {1'000, 10'000, 100'000, 1'000'000}) bench->Arg(n);
+  for (std::int64_t n = 1'000; n <= kMostPoints; n *= 10) bench->Arg(n);
 }
 void vertices(benchmark::internal::Benchmark* bench) {
   for (const std::int64_t n : {100, 1'000, 10'000, 100'000}) bench->Arg(n);
@@ -247,6 +291,8 @@ BENCHMARK(PointsOfWhichHundredthInside)->Apply(points);
 BENCHMARK(PointsAllInside)->Apply(points);
 BENCHMARK(FieldPointsOfWhichHundredthInside)->Apply(points);
 BENCHMARK(FieldPointsAllInside)->Apply(points);
+BENCHMARK(PlainPointsAllInside)->Apply(points);
+BENCHMARK(PlainFieldPointsAllInside)->Apply(points);
 BENCHMARK(StepByStepPointIn3DPolygon);
 BENCHMARK(TetrahedraHundredthInside)->Apply(points);
 BENCHMARK(TetrahedraAllInside)->Apply(points);
@@ -259,3 +305,9 @@ BENCHMARK(GeosPointInRoughRing)->Apply(vertices);
 #endif
 
 }  // namespace
+
+int main(int argc, char** argv) {
+  hold_plain_to_ours();
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,5 +1,6 @@
 // ztMathLib's functions beside those of the C library, Boost.Math and GSL, each over the same 1024
-// seeded arguments; the time is that of one call. Boost works in Double throughout, as we do.
+// seeded arguments; the time is that of one call. Boost works in Double throughout, as we do. Where
+// our steps are promised, also the same steps with the functions of the C library (of Boost).
 #include <benchmark/benchmark.h>
 
 #include <array>
@@ -9,6 +10,7 @@
 #include <string>
 
 #include "mathlib/math_lib.hpp"
+#include "same_result.hpp"
 #include "tolerant/tolerant_arithmetic.hpp"
 
 #if VQ_HAVE_BOOST
@@ -82,20 +84,52 @@ constexpr auto kPolicy = policy<promote_double<false>, overflow_error<errno_on_e
 #endif
 #define VQ_LIBC(arguments, call) VQ_PEER("libc", arguments, std::call)
 
+constexpr double kPi = 3.14159265358979, kHalfPi = 1.5707963267949;
+constexpr double kOutOfRange = 1e308;
+
+double arc_cosine_by_steps(double x) {
+  if (x == 0.0) return kHalfPi;
+  if (x == 1.0) return 0.0;
+  if (x == -1.0) return kPi;
+  if (std::fabs(x) > 1.0) return kOutOfRange;
+  const double arc = std::atan(std::sqrt(1.0 - x * x) / x);
+  return x > 0.0 ? arc : arc + kPi;
+}
+
+double arc_sine_by_steps(double x) {
+  if (x == 1.0) return kHalfPi;
+  if (x == -1.0) return -kHalfPi;
+  if (x == 0.0) return 0.0;
+  if (std::fabs(x) > 1.0) return kOutOfRange;
+  return std::atan(x / std::sqrt(std::fabs(1.0 - x * x)));
+}
+
+// Up to 1e-12: the functions of each library err in digits of their own.
+template <class Ours, class Steps>
+void add_steps(const std::string& name, const Arguments& arguments, Ours ours, Steps steps) {
+  for (const auto& [a, b, c] : arguments) {
+    const double expected = ours(a, b, c);
+    bench::must_agree(std::fabs(steps(a, b, c) - expected) <= 1e-12 * std::fabs(expected),
+                      name.c_str());
+  }
+  add(name, arguments, steps);
+}
+
 void elementary() {
   struct {
     const char* name;
     Range range;
     double (ztMathLib::*ours)(double) const;
     double (*libc)(double);
+    double (*steps)(double) = nullptr;
   } const rows[] = {
       {"aLog", {-700, 700}, &ztMathLib::aLog, std::exp},
       {"Ln", {0.001, 1000}, &ztMathLib::Ln, std::log},
       {"Log10", {0.001, 1000}, &ztMathLib::Log10, std::log10},
       {"sine", {-10, 10}, &ztMathLib::sine, std::sin},
       {"cosine", {-10, 10}, &ztMathLib::cosine, std::cos},
-      {"acos", {-1, 1}, &ztMathLib::acos, std::acos},
-      {"asin", {-1, 1}, &ztMathLib::asin, std::asin},
+      {"acos", {-1, 1}, &ztMathLib::acos, std::acos, arc_cosine_by_steps},
+      {"asin", {-1, 1}, &ztMathLib::asin, std::asin, arc_sine_by_steps},
       {"sinh", {-5, 5}, &ztMathLib::sinh, std::sinh},
       {"cosh", {-5, 5}, &ztMathLib::cosh, std::cosh},
       {"tanh", {-5, 5}, &ztMathLib::tanh, std::tanh},
@@ -107,10 +141,16 @@ void elementary() {
   };
   for (const auto& row : rows) {
     const Arguments arguments = draw(row.range);
-    add(std::string(row.name) + "/ours", arguments,
-        [lib = ztMathLib(), f = row.ours](double a, double, double) { return (lib.*f)(a); });
+    const auto ours = [lib = ztMathLib(), f = row.ours](double a, double, double) {
+      return (lib.*f)(a);
+    };
+    add(std::string(row.name) + "/ours", arguments, ours);
     add(std::string(row.name) + "/libc", arguments,
         [f = row.libc](double a, double, double) { return f(a); });
+    if (row.steps != nullptr) {
+      add_steps(std::string(row.name) + "/steps", arguments, ours,
+                [f = row.steps](double a, double, double) { return f(a); });
+    }
   }
   const std::string where = "x_to_Power_y";
   const Arguments arguments = draw({0.01, 100}, {-20, 20});
@@ -159,6 +199,16 @@ void incomplete() {
     VQ_LIBC(arguments, beta(a, b));
     VQ_BOOST(arguments, beta(a, b, kPolicy));
     VQ_GSL(arguments, gsl_sf_beta(a, b));
+    const auto ours = [lib = ztMathLib()](double a, double b, double) { return lib.beta(a, b); };
+    add_steps(where + "/steps, libc", arguments, ours, [](double a, double b, double) {
+      return std::tgamma(b) * std::tgamma(a) / std::tgamma(a + b);
+    });
+#if VQ_HAVE_BOOST
+    add_steps(where + "/steps, boost", arguments, ours, [](double a, double b, double) {
+      using boost::math::tgamma;
+      return tgamma(b, kPolicy) * tgamma(a, kPolicy) / tgamma(a + b, kPolicy);
+    });
+#endif
   }
   for (const Range range : {Range{0.05, 2}, Range{2, 50}}) {
     const std::string to = "(.." + std::to_string(static_cast<int>(range.high)) + ")";

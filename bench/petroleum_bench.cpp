@@ -1,7 +1,8 @@
 // A live-oil factor on tables of so many curves of as many points, and that nothing is allocated;
-// beside it the live-oil table of the Open Porous Media project.
+// beside it the same steps, plainly, and the live-oil table of the Open Porous Media project.
 #include <benchmark/benchmark.h>
 
+#include <bit>
 #include <cstdlib>
 #include <new>
 
@@ -10,6 +11,8 @@
 #endif
 
 #include "petroleum/petroleum.hpp"
+#include "plain_live_oil.hpp"
+#include "same_result.hpp"
 
 namespace {
 std::int64_t allocations = 0;
@@ -57,13 +60,17 @@ struct LiveOil {
 // order, or along a path on which the pressure falls by small steps, as in the life of a field.
 class DataPoints {
  public:
+  static constexpr std::uint32_t kCount = 0x10000;  // after which they come again
+
   explicit DataPoints(float above, bool path = false) : above_(above), path_(path) {}
-  float primary() const { return 20.0F + 180.0F * static_cast<float>(state_) / 65536.0F; }
+  float primary() const {
+    return 20.0F + 180.0F * static_cast<float>(state_) / static_cast<float>(kCount);
+  }
   float pressure() const {
     const std::uint32_t step = path_ ? 210U - state_ / 313U : state_ % 211U;
     return 2.5F * primary() + above_ * static_cast<float>(step);
   }
-  void next() { state_ = (path_ ? state_ + 1U : state_ * 1103515245U + 12345U) & 0xFFFFU; }
+  void next() { state_ = (path_ ? state_ + 1U : state_ * 1103515245U + 12345U) % kCount; }
 
  private:
   float above_;
@@ -71,40 +78,98 @@ class DataPoints {
   std::uint32_t state_ = 0;
 };
 
+// Ours, asked about one data point after the other.
+class Ours {
+ public:
+  explicit Ours(std::int64_t curves) : oil_(curves), entries_(oil_.n * oil_.n) {}
+  float factor(float primary, float pressure) {
+    float factor = 0.0F;
+    petroleum_.GetVolumeCorrectionLive(oil_.primary, oil_.map, oil_.n, oil_.pressure, oil_.factor,
+                                       entries_, primary, pressure, null_, factor, ok_);
+    return factor;
+  }
+  bool ok() const { return ok_; }
+
+ private:
+  LiveOil oil_;
+  std::int32_t entries_;
+  float null_ = 0.0F;
+  bool ok_ = false;
+  vqmath63::ztPetroleum petroleum_;
+};
+
 void live_factor(benchmark::State& state, DataPoints data) {
-  LiveOil oil(state.range(0));
-  std::int32_t entries = oil.n * oil.n;
-  float null = 0.0F;
-  float factor = 0.0F;
-  bool ok = false;
-  vqmath63::ztPetroleum petroleum;
-  const auto call = [&] {
-    data.next();
-    float primary = data.primary();
-    float pressure = data.pressure();
-    petroleum.GetVolumeCorrectionLive(oil.primary, oil.map, oil.n, oil.pressure, oil.factor,
-                                      entries, primary, pressure, null, factor, ok);
-    benchmark::DoNotOptimize(factor);
-  };
-  call();  // the thread's mathematical companion is made now
+  Ours ours(state.range(0));
+  ours.factor(data.primary(), data.pressure());  // the thread's mathematical companion is made now
   const std::int64_t before = allocations;
-  for (auto _ : state) call();
+  for (auto _ : state) {
+    data.next();
+    benchmark::DoNotOptimize(ours.factor(data.primary(), data.pressure()));
+  }
   state.counters["allocations"] = static_cast<double>(allocations - before);
-  if (!ok) state.SkipWithError("no factor");
+  if (!ours.ok()) state.SkipWithError("no factor");
+}
+
+bench::PlainLiveOil plain_table(std::int64_t curves) {
+  const LiveOil oil(curves);
+  const auto copy = [](const auto& a) { return std::vector(a.data(), a.data() + a.size()); };
+  bench::PlainLiveOil plain{copy(oil.primary), {}, copy(oil.pressure), copy(oil.factor)};
+  for (const std::int32_t start : oil.map.elements()) {
+    plain.map.push_back(static_cast<std::size_t>(start) - 1);
+  }
+  return plain;
+}
+
+void plain_factor(benchmark::State& state, DataPoints data) {
+  const bench::PlainLiveOil plain = plain_table(state.range(0));
+  for (auto _ : state) {
+    data.next();
+    benchmark::DoNotOptimize(plain.factor(data.primary(), data.pressure()));
+  }
+}
+
+const DataPoints kUndersaturated(1.0F), kUndersaturatedPath(1.0F, true), kSaturated(-0.1F);
+constexpr std::int64_t kSizes[] = {5, 10, 20, 40};
+
+// Bit for bit, at every data point of every table.
+void hold_plain_to_ours() {
+  for (const std::int64_t curves : kSizes) {
+    Ours ours(curves);
+    const bench::PlainLiveOil plain = plain_table(curves);
+    for (DataPoints data : {kUndersaturated, kUndersaturatedPath, kSaturated}) {
+      for (std::uint32_t k = 0; k < DataPoints::kCount; ++k, data.next()) {
+        const float expected = ours.factor(data.primary(), data.pressure());
+        const float got = plain.factor(data.primary(), data.pressure());
+        bench::must_agree(
+            std::bit_cast<std::uint32_t>(got) == std::bit_cast<std::uint32_t>(expected),
+            "live-oil factor");
+      }
+    }
+  }
 }
 
 void LiveUndersaturated(benchmark::State& state) {
-  live_factor(state, DataPoints(1.0F));
+  live_factor(state, kUndersaturated);
 }
 void LiveUndersaturatedPath(benchmark::State& state) {
-  live_factor(state, DataPoints(1.0F, true));
+  live_factor(state, kUndersaturatedPath);
 }
 void LiveSaturated(benchmark::State& state) {
-  live_factor(state, DataPoints(-0.1F));
+  live_factor(state, kSaturated);
+}
+
+void PlainUndersaturated(benchmark::State& state) {
+  plain_factor(state, kUndersaturated);
+}
+void PlainUndersaturatedPath(benchmark::State& state) {
+  plain_factor(state, kUndersaturatedPath);
+}
+void PlainSaturated(benchmark::State& state) {
+  plain_factor(state, kSaturated);
 }
 
 void curves(benchmark::internal::Benchmark* bench) {
-  for (const std::int64_t n : {5, 10, 20, 40}) bench->Arg(n);
+  for (const std::int64_t n : kSizes) bench->Arg(n);
 }
 
 #ifdef VQ_WITH_OPM
@@ -130,10 +195,10 @@ void opm_factor(benchmark::State& state, DataPoints data) {
   }
 }
 void OpmUndersaturated(benchmark::State& state) {
-  opm_factor(state, DataPoints(1.0F));
+  opm_factor(state, kUndersaturated);
 }
 void OpmUndersaturatedPath(benchmark::State& state) {
-  opm_factor(state, DataPoints(1.0F, true));
+  opm_factor(state, kUndersaturatedPath);
 }
 BENCHMARK(OpmUndersaturated)->Apply(curves);
 BENCHMARK(OpmUndersaturatedPath)->Apply(curves);
@@ -142,5 +207,14 @@ BENCHMARK(OpmUndersaturatedPath)->Apply(curves);
 BENCHMARK(LiveUndersaturated)->Apply(curves);
 BENCHMARK(LiveUndersaturatedPath)->Apply(curves);
 BENCHMARK(LiveSaturated)->Apply(curves);
+BENCHMARK(PlainUndersaturated)->Apply(curves);
+BENCHMARK(PlainUndersaturatedPath)->Apply(curves);
+BENCHMARK(PlainSaturated)->Apply(curves);
 
 }  // namespace
+
+int main(int argc, char** argv) {
+  hold_plain_to_ours();
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+}
