@@ -87,7 +87,7 @@ bool between(double x, double low, double high) {
 
 FourResults log_gamma_results(Four x) {
   const FourTruths good = (x > 0.0) & (x <= 2.25e76);
-  return {fused::log_gamma(good ? x : fused::four(1.0)), good};
+  return {fused::log_gamma(fused::chosen(good, x, fused::four(1.0))), good};
 }
 
 }  // namespace

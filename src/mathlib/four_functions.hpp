@@ -17,6 +17,7 @@ namespace {
 using elementary::fused::all;
 using elementary::fused::any;
 using elementary::fused::at;
+using elementary::fused::chosen;
 using elementary::fused::Four;
 using elementary::fused::four;
 using elementary::fused::FourBits;
@@ -39,8 +40,8 @@ inline Four stirling_sum(Four y) {
 // Gamma of 0 < y < 12.
 inline Four gamma_to_12(Four y) {
   const FourTruths small = y < 1.0;
-  const Four steps = small ? four(0.0) : _mm256_floor_pd(y) - 1.0;
-  const Four z = small ? y : y - steps - 1.0;
+  const Four steps = chosen(small, four(0.0), _mm256_floor_pd(y) - 1.0);
+  const Four z = chosen(small, y, y - steps - 1.0);
   Four numerator = four(0.0);
   Four denominator = four(1.0);
   for (std::size_t i = 0; i < std::size(cody::kGammaP); ++i) {
@@ -50,22 +51,22 @@ inline Four gamma_to_12(Four y) {
   Four value = numerator / denominator + 1.0;
   Four factor = z + 1.0;
   for (double step = 0.0; any(step < steps); ++step) {
-    value = step < steps ? value * factor : value;
+    value = chosen(step < steps, value * factor, value);
     factor += 1.0;
   }
-  return small ? value / y : value;
+  return chosen(small, value / y, value);
 }
 
 inline FourResults gamma(Four y) {
   const FourTruths good = (y >= 2.22e-16) & (y <= 171.624);
   const FourTruths far = y >= 12.0;
   Four values = four(0.0);
-  if (!all(far)) values = gamma_to_12(far ? four(1.0) : y);
+  if (!all(far)) values = gamma_to_12(chosen(far, four(1.0), y));
   if (any(far & good)) {
-    const Four from_12 = far & good ? y : four(12.0);
+    const Four from_12 = chosen(far & good, y, four(12.0));
     const Four sum = stirling_sum(from_12) - from_12 + constants::kLogSqrtTwoPi;
     const Four logarithm = sum + (from_12 - 0.5) * elementary::fused::log(from_12);
-    values = far ? elementary::fused::exp(logarithm) : values;
+    values = chosen(far, elementary::fused::exp(logarithm), values);
   }
   return {values, good};
 }
@@ -76,12 +77,13 @@ inline Four log_gamma_to_12(Four x) {
   const FourTruths around_2 = ((x > 0.5) & reduced) | ((x > 1.5) & (x <= 4.0));
   const FourTruths around_4 = x > 4.0;
   const auto of_fit = [&](double first, double second, double fourth) {
-    return around_4 ? four(fourth) : around_2 ? four(second) : four(first);
+    return chosen(around_4, four(fourth), chosen(around_2, four(second), four(first)));
   };
-  const Four base = around_4 ? four(4.0) : x > 1.5 ? four(2.0) : x > 0.5 ? four(1.0) : four(0.0);
+  const Four base = chosen(around_4, four(4.0),
+                           chosen(x > 1.5, four(2.0), chosen(x > 0.5, four(1.0), four(0.0))));
   const Four d = x - base;
   Four numerator = four(0.0);
-  Four denominator = around_4 ? four(-1.0) : four(1.0);
+  Four denominator = chosen(around_4, four(-1.0), four(1.0));
   for (std::size_t i = 0; i < std::size(cody::kLogGammaP1); ++i) {
     numerator =
         numerator * d + of_fit(cody::kLogGammaP1[i], cody::kLogGammaP2[i], cody::kLogGammaP4[i]);
@@ -91,28 +93,28 @@ inline Four log_gamma_to_12(Four x) {
   const Four value = of_fit(cody::kLogGammaD1, cody::kLogGammaD2, cody::kLogGammaD4) +
                      d * (numerator / denominator);
   Four correction = four(0.0);
-  if (any(reduced)) correction = reduced ? -elementary::fused::log(x) : correction;
-  const Four values = around_4 ? value : correction + d * value;
-  return x <= 2.22e-16 ? correction : values;
+  if (any(reduced)) correction = chosen(reduced, -elementary::fused::log(x), correction);
+  const Four values = chosen(around_4, value, correction + d * value);
+  return chosen(x <= 2.22e-16, correction, values);
 }
 
 /// For 0 < x <= 2.25e76.
 inline Four log_gamma(Four x) {
   const FourTruths far = x > 12.0;
   Four values = four(0.0);
-  if (!all(far)) values = log_gamma_to_12(far ? four(1.0) : x);
+  if (!all(far)) values = log_gamma_to_12(chosen(far, four(1.0), x));
   if (any(far)) {
-    const Four from_12 = far ? x : four(12.0);
+    const Four from_12 = chosen(far, x, four(12.0));
     const Four logarithm = elementary::fused::log(from_12);
     const Four value = stirling_sum(from_12) + constants::kLogSqrtTwoPi - 0.5 * logarithm +
                        from_12 * (logarithm - 1.0);
-    values = far ? value : values;
+    values = chosen(far, value, values);
   }
   return values;
 }
 
 inline Four erf_near_0(Four x, Four y) {
-  const Four square = y > 1.5e-16 ? y * y : four(0.0);
+  const Four square = chosen(y > 1.5e-16, y * y, four(0.0));
   Four numerator = cody::kErfA[4] * square;
   Four denominator = square;
   for (std::size_t i = 0; i < 3; ++i) {
@@ -151,19 +153,19 @@ inline FourResults erf(Four x) {
   const FourTruths between = (y > 0.46875) & (y < 6.0);
   Four values = four(1.0);
   if (any(between)) {
-    const Four inside = between ? y : four(1.0);
+    const Four inside = chosen(between, y, four(1.0));
     Four complement = erfc_to_4(inside);
-    if (any(far)) complement = far ? erfc_from_4(inside) : complement;
+    if (any(far)) complement = chosen(far, erfc_from_4(inside), complement);
     const Four head = _mm256_floor_pd(inside * 16.0) * 0.0625;
     const Four tail = (inside - head) * (inside + head);
     const FourBits sixteenths = reinterpret_cast<FourBits>(head * 16.0 + 0x1p52) & 127U;
     complement = complement * (at(kExpOfMinusSquare, sixteenths) * elementary::fused::exp(-tail));
-    values = between ? (0.5 - complement) + 0.5 : values;
+    values = chosen(between, (0.5 - complement) + 0.5, values);
   }
   const FourBits sign = reinterpret_cast<FourBits>(x) & 0x8000'0000'0000'0000U;
   values = reinterpret_cast<Four>(reinterpret_cast<FourBits>(values) | sign);
-  if (any(near)) values = near ? erf_near_0(x, y) : values;
-  return {x != x ? x : values, FourTruths{-1, -1, -1, -1}};
+  if (any(near)) values = chosen(near, erf_near_0(x, y), values);
+  return {chosen(x != x, x, values), FourTruths{-1, -1, -1, -1}};
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ inline FourResults gamma_series(Four a, Four x) {
     const Four first = term * (x * (ap + 2.0) * inverse);
     term *= square * inverse;
     ap += 2.0;
-    sum = open ? sum + (first + term) : sum;
+    sum = chosen(open, sum + (first + term), sum);
     open &= ~(term < sum * kPrecision);
   }
   const Four values = sum * power_part(a, x);
@@ -62,14 +62,14 @@ inline FourResults gamma_fraction(Four a, Four x) {
     b1 = x * b0 + step * b1;
     const Four value = b1 / a1;
     const FourTruths done = open & (magnitude(value - last) < kPrecision * magnitude(value));
-    kept = done ? value : kept;
+    kept = chosen(done, value, kept);
     good |= done;
     open &= ~done & (value != 0.0);
     last = value;
     const FourTruths large = ~(magnitude(a1) < kLarge);
     if (any(open & large)) [[unlikely]] {
       open &= ~large | finite(value);
-      const Four scale = large ? four(0x1p-200) : four(1.0);
+      const Four scale = chosen(large, four(0x1p-200), four(1.0));
       a0 *= scale;
       a1 *= scale;
       b0 *= scale;
@@ -88,9 +88,9 @@ inline FourResults incomplete_beta(Four given_a, Four given_b, Four given_x) {
                          given_b * elementary::fused::log(1.0 - given_x);
   const Four front = elementary::fused::exp(logarithm);
   const FourTruths turned = ~(given_x < (given_a + 1.0) / (given_a + given_b + 2.0));
-  const Four a = turned ? given_b : given_a;
-  const Four b = turned ? given_a : given_b;
-  const Four x = turned ? 1.0 - given_x : given_x;
+  const Four a = chosen(turned, given_b, given_a);
+  const Four b = chosen(turned, given_a, given_b);
+  const Four x = chosen(turned, 1.0 - given_x, given_x);
   const Four qab = a + b;
   const Four qap = a + 1.0;
   const Four qam = a - 1.0;
@@ -114,11 +114,11 @@ inline FourResults incomplete_beta(Four given_a, Four given_b, Four given_x) {
     bm = bp / bpp;
     az = app / bpp;
     bz = four(1.0);
-    kept = open ? az : kept;
+    kept = chosen(open, az, kept);
     open &= ~(magnitude(az - last) < kPrecision * magnitude(az));
   }
   const Four part = front * kept / a;
-  const Four values = turned ? 1.0 - part : part;
+  const Four values = chosen(turned, 1.0 - part, part);
   return {values, finite(values) & finite(kept) & finite(front)};
 }
 

@@ -24,6 +24,10 @@ inline bool any(FourTruths lanes) {
 inline bool all(FourTruths lanes) {
   return truths(lanes) == 15;
 }
+/// Each lane from `yes` where its truth holds, else from `no`.
+inline Four chosen(FourTruths lanes, Four yes, Four no) {
+  return lanes ? yes : no;
+}
 inline Four four(double x) {
   return Four{x, x, x, x};
 }
