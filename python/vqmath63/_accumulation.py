@@ -10,13 +10,12 @@ from typing import Any
 import numpy as np
 
 from . import _frames, _messages
+from ._groups import groups as groups_of_keys
 from ._names import listed, nearest
 from ._profiles import Settings, made_of
 from ._spreading import spread
 from ._values import kind_of, to_long
 
-_FEW_ROWS = 4096  # that tell whether keys come in runs
-_SHORT_RUN = 4  # shorter ones are quicker looked up one by one
 
 def _check_period(word: str) -> None:
     from . import Accumulate
@@ -44,40 +43,6 @@ def _check_frequency(frequency: Any) -> None:
         raise error.__class__(f"frequency {error}") from None
     if number < 1:
         raise ValueError(f"frequency has to be 1 or more, not {frequency!r}")
-
-
-def _runs(keys: Any) -> Any:
-    """Where runs of equal keys begin; None where they are too short to be of use, or of a kind that
-    is compared otherwise."""
-    values = keys.to_numpy() if isinstance(keys.dtype, np.dtype) else None
-    if values is None or values.ndim != 1:
-        return None
-    few = values[:_FEW_ROWS]
-    try:
-        if np.count_nonzero(few[1:] != few[:-1]) > len(few) // _SHORT_RUN:
-            return None
-        return np.concatenate([[0], np.flatnonzero(values[1:] != values[:-1]) + 1])
-    except Exception:  # of an element's own comparison
-        return None
-
-
-def _groups(keys: Any, by: Any) -> tuple[Any, list[Any]]:
-    """The keys in ascending order and where the rows of each are: a slice where all lie side by
-    side, so that rows in order of their wells cost one look at each key."""
-    pd = _frames.pandas()
-    begins = _runs(keys)
-    codes, names = pd.factorize(keys if begins is None else keys.iloc[begins], sort=True)
-    if (codes < 0).any():
-        raise ValueError(f"column {by!r} has missing values")
-    if begins is not None:
-        ends = np.append(begins[1:], len(keys))
-        if len(names) == len(begins):
-            order = np.argsort(codes)
-            return names, [slice(*edges) for edges in zip(begins[order], ends[order])]
-        codes = np.repeat(codes, ends - begins)
-    order = np.argsort(codes, kind="stable")
-    cuts = np.searchsorted(codes[order], np.arange(len(names) + 1))
-    return names, [order[a:b] for a, b in zip(cuts, cuts[1:])]
 
 
 def _tables(series: dict[Any, Any], all_rows: list[Any]) -> Iterator[Any]:
@@ -172,7 +137,7 @@ def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any =
     if by is not None:
         if by == date:
             raise ValueError(f"by and date are one column, {by!r}")
-        groups = list(zip(*_groups(groups_of, by)))
+        groups = list(zip(*groups_of_keys(groups_of, by)))
     profiles: list[Any] = []
     kept, rows_kept, short = [], [], []
     for name, rows in groups:
