@@ -75,6 +75,42 @@ def test_each_of_many_wells_is_as_it_is_alone(vq):
         pd.testing.assert_frame_equal(alone.loc[name], one, check_exact=True)
 
 
+def test_wells_of_the_same_dates_are_each_as_alone(vq, monkeypatch):
+    from vqmath63 import _accumulation
+    dates = [DAYS[:900] if k in (9, 10) else DAYS.shift(k // 15) for k in range(20)]
+    parts = [history(own, k) for k, own in enumerate(dates)]
+    parts[3].iloc[40:50, 0] = np.nan
+    for k in (5, 6, 19):
+        parts[k].iloc[:, 1] = 3e38  # a sum of which is beyond the range of a Single
+    columns = ["oil", "total", "water"]
+    parts = [part.assign(total=part["oil"].cumsum())[columns] for part in parts]
+    with vq.errors("list") as lines:
+        alone = [vq.accumulate(part, cumulative="total") for part in parts]
+        lines_alone = vq.lines()
+    assert len(lines_alone) > 3
+    frame = pd.concat(parts, keys=range(20), names=["well", "date"])
+    for rows in (frame, frame.sort_index(level="date", kind="stable")):
+        for together in (3, 6, 16, 60, 10**6):
+            monkeypatch.setattr(_accumulation, "_COLUMNS_TOGETHER", together)
+            for jobs in (1, futures.ThreadPoolExecutor(2)):
+                with vq.errors("list") as lines:
+                    made = vq.accumulate(rows, by="well", date="date", cumulative="total", jobs=jobs)
+                    assert lines == lines_alone
+                for k, one in enumerate(alone):
+                    pd.testing.assert_frame_equal(made.loc[k], one, check_exact=True)
+
+
+def test_wells_of_the_same_dates_share_a_call(vq, monkeypatch):
+    from vqmath63 import _profiles
+    columns, of_one = [], _profiles._Reporter.made
+    monkeypatch.setattr(_profiles._Reporter, "made", lambda self, dates, table: (
+        columns.append(table.shape[1]), of_one(self, dates, table))[1])
+    parts = [history(DAYS[1:]), *[history()] * 20]
+    frame = pd.concat(parts, keys=range(21), names=["well", "date"])
+    vq.accumulate(frame, by="well", date="date", cumulative="water")
+    assert columns == [1 + 2, 1 + 12 * 2, 1 + 8 * 2]
+
+
 def test_start_frequency_missing_values_and_hours(vq):
     frame = history(DAYS[:100])
     made = vq.accumulate(frame, "week", frequency=2, start=pd.Timestamp("2020-11-20"))
@@ -91,6 +127,12 @@ def test_start_frequency_missing_values_and_hours(vq):
 
 def doubled(frame):
     return pd.concat([frame, frame[["oil"]]], axis=1)
+
+
+def with_a_large_number(row, name):
+    rows = pd.concat([FRAME.assign(well=well) for well in "AB"])
+    rows.iloc[row, rows.columns.get_loc(name)] = 1e40
+    return rows
 
 
 FRAME = history(DAYS[:5])
@@ -112,6 +154,8 @@ REFUSED = [
     (lambda v: v.accumulate(doubled(FRAME)), ValueError, "one name: 'oil'"),
     (lambda v: v.accumulate(FRAME.assign(name="x")), TypeError, "'name' has elements of type"),
     (lambda v: v.accumulate(FRAME * 1e40), OverflowError, "Single"),
+    (lambda v: v.accumulate(with_a_large_number(2, "water"), by="well"), OverflowError, "'water'"),
+    (lambda v: v.accumulate(with_a_large_number(9, "oil"), by="well"), OverflowError, "'oil'"),
     (lambda v: v.accumulate(FRAME, by="wel"), KeyError, "no column 'wel'"),
     (lambda v: v.accumulate(FRAME, cumulative="oli"), KeyError, "did you mean 'oil'"),
     (lambda v: v.accumulate(FRAME, by=["oil"]), TypeError, "one column is wanted"),

@@ -16,6 +16,10 @@ from ._profiles import Settings, made_of
 from ._spreading import spread
 from ._values import kind_of, to_long
 
+_COLUMNS_TOGETHER = 24  # of which the dates are looked at once
+_NUMBERS_TOGETHER = 2**18  # that stay in the cache
+_PARTS = 64  # of many profiles that are spread, at least
+
 
 def _check_period(word: str) -> None:
     from . import Accumulate
@@ -45,22 +49,36 @@ def _check_frequency(frequency: Any) -> None:
         raise ValueError(f"frequency has to be 1 or more, not {frequency!r}")
 
 
-def _tables(series: dict[Any, Any], all_rows: list[Any]) -> Iterator[Any]:
-    """A table of Singles for each group of rows, its first column for the times."""
-    if not all(isinstance(rows, slice) for rows in all_rows):
-        values = np.column_stack([_frames.narrowed(wide, name) for name, wide in series.items()])
-        for rows in all_rows:
-            table = np.empty((len(rows), len(series) + 1), "f4", order="F")
-            table[:, 1:] = values[rows]
-            yield table
-        return
-    for rows in all_rows:
-        columns = [wide[rows] for wide in series.values()]
-        table = np.empty((len(columns[0]), len(series) + 1), "f4", order="F")
+def _batches(profiles: list[Any], columns: int, most: int) -> list[slice]:
+    """Neighbours of the same dates that go into one table, since much of the work is for the dates
+    alone: a few columns, and what stays in the cache."""
+    made = []
+    begin = 0
+    while begin < len(profiles):
+        dates = profiles[begin]
+        room = min(most, _COLUMNS_TOGETHER // columns, _NUMBERS_TOGETHER // (columns * len(dates)))
+        end = begin + 1
+        while end < min(begin + room, len(profiles)) and profiles[end] is dates:
+            end += 1
+        made.append(slice(begin, end))
+        begin = end
+    return made
+
+
+def _tables(series: dict[Any, Any], batches: Iterator[list[Any]], sliced: bool) -> Iterator[Any]:
+    """A table of Singles for each batch of groups of rows: its first column for the times, then
+    those of each group."""
+    if not sliced:
+        values = [_frames.narrowed(wide, name) for name, wide in series.items()]
+    else:
+        values = list(series.values())
+    for batch in batches:
+        columns = [column[rows] for rows in batch for column in values]
+        table = np.empty((len(columns[0]), len(columns) + 1), "f4", order="F")
         with np.errstate(all="ignore"):
             for k, column in enumerate(columns):
                 table[:, k + 1] = column
-        if np.isinf(table[:, 1:]).any():
+        if sliced and np.isinf(table[:, 1:]).any():
             for name, wide in series.items():
                 _frames.narrowed(wide, name)  # tells of the one that is too large
         yield table
@@ -142,7 +160,7 @@ def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any =
     kept, rows_kept, short = [], [], []
     for name, rows in groups:
         own = dates[rows]
-        if profiles and np.array_equal(own, profiles[-1]):
+        if profiles and np.array_equal(own.view("i8"), profiles[-1].view("i8")):
             own = profiles[-1]
         else:
             _frames.ascending(own, "" if by is None else f" of {by} {name!r}", date)
@@ -159,8 +177,13 @@ def accumulate(frame: Any, period: str = "month", *, by: Any = None, date: Any =
         warnings.warn(f"left out, since {why}: {by} {listed(map(repr, short[:5]))}"
                       f"{' and others' if len(short) > 5 else ''}", stacklevel=3)
     _tell_doubled(profiles, len(dates), by)
-    work = zip(profiles, _tables(numbers, rows_kept))
-    results = spread(made_of, work, list(map(len, profiles)), settings, jobs)
+    most = len(profiles) if jobs == 1 else len(profiles) // _PARTS
+    batches = _batches(profiles, len(series), most)
+    tables = _tables(numbers, (rows_kept[batch] for batch in batches),
+                     all(isinstance(rows, slice) for rows in rows_kept))
+    work = zip((profiles[batch.start] for batch in batches), tables)
+    costs = [len(profiles[batch.start]) * (batch.stop - batch.start) for batch in batches]
+    results = spread(made_of, work, costs, settings, jobs)
     if not results:
         raise ValueError("there is nothing to report")
     lines = [line for result in results for line in result[3]]

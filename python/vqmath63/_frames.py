@@ -132,9 +132,9 @@ def dates_of(frame: Any, date: Any) -> Any:
                      words + ", and `date=` names the column that has them")
         raise TypeError(f"{what} has to have dates{words}")
     refuse_zone(given, what)
-    if given.hasnans:
-        raise ValueError(f"{what} has missing dates (NaT)")
     dates = given.to_numpy()
+    if dates.view("i8").min() == np.iinfo("i8").min:
+        raise ValueError(f"{what} has missing dates (NaT)")
     if dates.dtype != "datetime64[ns]":
         years = dates.astype("datetime64[Y]").astype(int) + 1970
         if years.min() < _FIRST_YEAR or years.max() > _LAST_YEAR:

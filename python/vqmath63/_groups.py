@@ -26,18 +26,18 @@ class _Addresses:
 
 
 class _Keys:
-    """Keys that are compared with their neighbours. Texts of one well are mostly one object, since
-    what reads or sorts them hands it on: they are looked at only where neighbours are two objects."""
+    """Keys that are compared with their neighbours. Texts of one well are mostly one object, which
+    what reads or sorts them hands on: they are looked at only where neighbours are two objects."""
 
     def __init__(self, series: Any) -> None:
         values = series.array
-        if hasattr(values, "codes"):
+        if isinstance(series.dtype, _frames.pandas().CategoricalDtype):
             values = values.codes  # of categories, which are all different
         elif isinstance(series.dtype, np.dtype) or \
                 getattr(series.dtype, "storage", None) == "python":
-            values = np.asarray(values)
+            values = np.asarray(values)  # where they lie
         self.values = values
-        self.addresses = None
+        self.addresses: Any = None
         if values.dtype == object and sys.implementation.name == "cpython":
             self.addresses = np.asarray(_Addresses(values))
 
@@ -47,11 +47,18 @@ class _Keys:
             rows = begin + np.flatnonzero(self.addresses[begin:end]
                                           != self.addresses[begin - 1:end - 1])
             if len(rows) <= (end - begin) // _SHORT_RUN:
-                return rows[self.values[rows] != self.values[rows - 1]]
-        differ = self.values[begin:end] != self.values[begin - 1:end - 1]
-        if not isinstance(differ, np.ndarray):
-            differ = differ.to_numpy(dtype=bool, na_value=True)
-        return begin + np.flatnonzero(differ)
+                return rows[_differ(self.values[rows], self.values[rows - 1])]
+            self.addresses = None  # each row has an object of its own
+        return begin + np.flatnonzero(_differ(self.values[begin:end],
+                                              self.values[begin - 1:end - 1]))
+
+
+def _differ(one: Any, other: Any) -> Any:
+    if isinstance(one, np.ndarray):
+        # The operator may only warn that elements cannot be compared, such as NA.
+        return np.not_equal(one, other)
+    made = one != other
+    return made if isinstance(made, np.ndarray) else made.to_numpy(dtype=bool, na_value=True)
 
 
 def _runs(series: Any) -> Any:

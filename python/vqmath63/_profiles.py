@@ -80,8 +80,8 @@ class _Reporter:
     def __init__(self, settings: Settings) -> None:
         from . import Accumulate
         self.settings = settings
-        self.profile = Accumulate(Period=settings.period, Frequency=settings.frequency,
-                                  RateArray=[True, *settings.rates])
+        self.profile = Accumulate(Period=settings.period, Frequency=settings.frequency)
+        self.columns = 0
         self.dates: Any = None
         self.days: Any = None
 
@@ -96,11 +96,15 @@ class _Reporter:
         self.first = max(dates[0], start)
         self.dates, self.days = dates, None
 
-    def one(self, dates: Any, table: Any) -> tuple[Any, Any, Any]:
-        """Beginnings and ends of the periods, and the values, of a profile whose series begin in
-        the second column of the table."""
+    def made(self, dates: Any, table: Any) -> tuple[Any, Any, Any]:
+        """Beginnings and ends of the periods, and the values, of series that begin in the second
+        column of the table: those of one profile, or of several side by side."""
         if dates is not self.dates:
             self._look_at(dates)
+        if table.shape[1] != self.columns:
+            self.columns = table.shape[1]
+            rates = self.settings.rates
+            self.profile.RateArray = [True, *rates * (self.columns // len(rates))]
         table[:, 0] = self.times
         made = self.profile.Accumulate(table).dAccumulate
         if made.size == 0:
@@ -116,12 +120,23 @@ class _Reporter:
 
 def made_of(work: Iterable[tuple[Any, Any]], settings: Settings) -> list[Any]:
     """Profiles of dates and tables, each with the error lines that it came to: beginnings and ends
-    of the periods, values, lines. Neighbours of the same dates are quicker with the same array of
-    dates."""
-    results = []
+    of the periods, values, lines. A table may have the series of several profiles. Neighbours of
+    the same dates are quicker with the same array of dates."""
+    results: list[Any] = []
     with _messages.errors("list") as lines:
         reporter = _Reporter(settings)
+        wide = len(settings.rates)
         for dates, table in work:
-            results.append((*reporter.one(dates, table), list(lines)))
+            places = range(1, table.shape[1], wide)
+            begins, ends, values = reporter.made(dates, table)
+            if not lines:
+                results += [(begins, ends, values[:, k - 1:k - 1 + wide], []) for k in places]
+                continue
+            for k in places:  # one by one: an error in one ends the work on those after it
+                if len(places) > 1:
+                    lines.clear()
+                    alone = np.asfortranarray(table[:, [0, *range(k, k + wide)]])
+                    begins, ends, values = reporter.made(dates, alone)
+                results.append((begins, ends, values, list(lines)))
             lines.clear()
     return results
