@@ -88,16 +88,12 @@ double ztMathLib::acos(double dX) const {
 
 double ztMathLib::asin(double dX) const {
   return trap<double>(kAsin, [&](double& result) {
-    if (dX == 1.0) {
-      result = kHalfPi;
-    } else if (dX == -1.0) {
-      result = -kHalfPi;
-    } else if (dX == 0.0) {
-      result = 0.0;
+    if (std::abs(dX) < 1.0 && dX != 0.0) [[likely]] {  // no step of which can fail
+      result = unchecked::atan(dX / unchecked::sqrt(std::abs(1.0 - dX * dX)));
     } else if (std::abs(dX) > 1.0) {
       result = kOutOfRange;
-    } else {  // no step of which can fail
-      result = unchecked::atan(dX / unchecked::sqrt(std::abs(1.0 - dX * dX)));
+    } else if (dX != 0.0) {  // of a NaN itself
+      result = dX == 1.0 ? kHalfPi : dX == -1.0 ? -kHalfPi : unchecked::atan(dX);
     }
   });
 }
