@@ -175,10 +175,10 @@ class ReportPage(unittest.TestCase):
         self.assertIn(f"{len(rows)} rows of 15 groups", " ".join(self.story()))
 
     def test_names_and_titles_are_text_whatever_they_hold(self):
-        name = "<b a='\">&amp;\x01\u00e9\u2028"
+        name = "<b a='\">&amp;\x01\uffff\u00e9\u2028\U00010000"
         self.write("f.csv", "date,\"" + name.replace('"', '""') + "\"", [(day(i), i) for i in range(9)])
         figures = self.report("f.csv", "--title", "</title><script>")
-        self.assertEqual(figures["periods"][0].title, name.replace("\x01", "\ufffd"))
+        self.assertEqual(figures["periods"][0].title, name.replace("\x01", "\ufffd").replace("\uffff", 3 * "\ufffd"))
         self.assertEqual(self.page.find("head/title").text, "</title><script>")
         self.assertEqual(len(list(self.page.iter("script"))), 1)
 
@@ -247,6 +247,9 @@ class ReportPage(unittest.TestCase):
         figure, = self.report("--live", "live.csv", "--points", "points.csv", "--pressure-unit", "bar")["fluid"]
         self.assertEqual(figure.legend, ["primary 1", "primary 3", "saturated", "asked for"])
         self.assertEqual(figure.x_title, "Pressure, bar")
+        for name in figure.legend[:2]:
+            places = [x for x, _ in figure.corners(name)]
+            self.assertTrue(len(places) > 8 and places == sorted(places), places)
         at_rows = {(row["primary"], row["pressure, bar"]): float(row["factor"]) for row in figure.rows}
         for key, factor in {("1", "100"): 1.25, ("1", "300"): 1, ("3", "200"): 1.75, ("3", "300"): 1.5}.items():
             self.assertAlmostEqual(at_rows[key], factor, delta=1e-6)
