@@ -135,6 +135,17 @@ TEST(Bessel, debyes_polynomials_at_one_are_stirlings_coefficients) {
   EXPECT_EQ(c, std::end(bessel::kDebye));
 }
 
+// 2^(k/64) 2^((64-k)/64) is 2, in both parts.
+TEST(Bessel, powers_of_two_go_together) {
+  const double* powers = bessel::kPowersOfTwo;
+  for (int k = 0; k < 64; ++k) {
+    const double* other = k == 0 ? powers : powers + 2 * (64 - k);
+    const double low = powers[2 * k] * other[1] + powers[2 * k + 1] * other[0];
+    const double rest = std::fma(powers[2 * k], other[0], k == 0 ? -1.0 : -2.0) + low;
+    EXPECT_LT(std::fabs(rest), 0x1p-104) << k;
+  }
+}
+
 TEST(Bessel, parity) {
   int count = 0;
   for (const std::int32_t n : {0, 1, 2, 3, 50, 51, 200, 201, 5001}) {
