@@ -3,8 +3,9 @@
 #
 # usage: tools/fuzz.sh TARGET SECONDS [--keep] [BUILD]
 #   TARGET   component or host
-#   --keep   then puts what was found into the committed corpus, only as much as reaches all that is
-#            reached now (component; the host's corpus is text and is added to by hand)
+#   --keep   begins with all worked calls too, which alone take an hour, and then puts what was found
+#            into the committed corpus, only as much as reaches all that is reached now (component;
+#            the host's corpus is text and is added to by hand)
 #   BUILD    a build of the preset fuzz, build/fuzz by default; built first
 #
 # Below BUILD/runs/TARGET stand the inputs, and each input at which the program failed (crash-...,
@@ -27,13 +28,14 @@ launcher=()
 cmake --preset fuzz -B "$build" "${launcher[@]}" >/dev/null
 cmake --build "$build" -j "$(nproc)" --target "fuzz_$target"
 
+rm -rf "$run/first"
 mkdir -p "$run/inputs" "$run/failed" "$run/first"
 options=(-timeout=120 -rss_limit_mb=2000 -print_final_stats=1 -artifact_prefix="$run/failed/")
 case $target in
   component)
     options+=(-max_len=4096)
     python3 tools/fuzz_corpus.py unpack fuzz/corpus/component.corpus "$run/first"
-    [ "$seconds" -le 60 ] || python3 tools/fuzz_corpus.py seeds "$run/first"
+    [ "$keep" = no ] || python3 tools/fuzz_corpus.py seeds "$run/first"
     ;;
   host)
     options+=(-max_len=8192 -dict=fuzz/host.dict)
