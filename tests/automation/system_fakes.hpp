@@ -19,6 +19,8 @@ struct CountingObject final : IDispatch {
   int released = 0;
   VARIANT default_value{};
   HRESULT default_result = S_OK;
+  VARIANT* let_go = nullptr;  // a variable that gets no value meanwhile
+  int held = 0;               // references that were left then
   void (*on_release)(CountingObject&) = nullptr;
   void* context = nullptr;
 
@@ -49,6 +51,8 @@ struct CountingObject final : IDispatch {
     const bool right = id == DISPID_VALUE && (flags & DISPATCH_PROPERTYGET) != 0 &&
                        arguments != nullptr && arguments->cArgs == 0 && result != nullptr;
     if (!right) return DISP_E_MEMBERNOTFOUND;
+    if (let_go != nullptr) VariantClear(let_go);
+    held = references;
     return SUCCEEDED(default_result) ? VariantCopy(result, &default_value) : default_result;
   }
 };

@@ -316,9 +316,11 @@ HRESULT convert_object(const VARIANT& source, const Request& request, int object
   }
   Owned value;
   DISPPARAMS none{};
-  const HRESULT hr =
-      source.pdispVal->Invoke(DISPID_VALUE, IID_NULL, request.lcid, DISPATCH_PROPERTYGET, &none,
-                              &value.value, nullptr, nullptr);
+  IDispatch* const object = source.pdispVal;
+  object->AddRef();  // its getter may give the variable another value
+  const HRESULT hr = object->Invoke(DISPID_VALUE, IID_NULL, request.lcid, DISPATCH_PROPERTYGET,
+                                    &none, &value.value, nullptr, nullptr);
+  object->Release();
   return FAILED(hr) ? hr : convert(value.value, request, objects + 1, made);
 }
 
