@@ -197,7 +197,7 @@ bool World::refuses_memory(std::size_t size) noexcept {
 }
 
 void World::moment() {
-  constexpr unsigned kMost = 3'000'000;
+  constexpr unsigned kMost = 20'000'000;  // some arrays of two million holes each
   require(++moments_ < kMost, "the host is called without an end");
   const bool in_library = std::exchange(in_library_, false);
   if (in_library) {
