@@ -166,10 +166,12 @@ TEST(SystemChangeType, AnObjectConvertsThroughItsDefaultValue) {
       expect_refusal(none, VT_R8, kMismatch);
     }
   }
-  Value variable = object(inner), made;
-  inner.let_go = &variable.v;  // whose value lives until it has answered
-  EXPECT_EQ(VariantChangeType(&made.v, &variable.v, 0, VT_I4), S_OK);
-  EXPECT_EQ(inner.held, 1);
+  for (const VARTYPE kind : {VT_I4, VT_UNKNOWN}) {
+    Value variable = object(inner), made;
+    inner.let_go = &variable.v;  // whose value lives until it has answered
+    EXPECT_EQ(VariantChangeType(&made.v, &variable.v, 0, kind), S_OK);
+    EXPECT_EQ(inner.held, 1) << kind;
+  }
   for (const CountingObject* one : {&inner, &outer, &endless}) EXPECT_EQ(one->references, 0);
 }
 

@@ -28,6 +28,7 @@ struct CountingObject final : IDispatch {
     const bool known = riid == IID_IUnknown || riid == IID_IDispatch;
     *out = known ? this : nullptr;
     if (!known) return E_NOINTERFACE;
+    let_variable_go();
     AddRef();
     return S_OK;
   }
@@ -51,9 +52,12 @@ struct CountingObject final : IDispatch {
     const bool right = id == DISPID_VALUE && (flags & DISPATCH_PROPERTYGET) != 0 &&
                        arguments != nullptr && arguments->cArgs == 0 && result != nullptr;
     if (!right) return DISP_E_MEMBERNOTFOUND;
+    let_variable_go();
+    return SUCCEEDED(default_result) ? VariantCopy(result, &default_value) : default_result;
+  }
+  void let_variable_go() {
     if (let_go != nullptr) VariantClear(let_go);
     held = references;
-    return SUCCEEDED(default_result) ? VariantCopy(result, &default_value) : default_result;
   }
 };
 

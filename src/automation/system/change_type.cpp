@@ -297,7 +297,11 @@ HRESULT write_text(const VARIANT& source, BSTR& made) {
 HRESULT convert(const VARIANT& source, const Request& request, int objects, VARIANT& made);
 
 /// An object as another kind of object, or its default value.
-HRESULT convert_object(const VARIANT& source, const Request& request, int objects, VARIANT& made) {
+HRESULT convert_object(const VARIANT& variable, const Request& request, int objects,
+                       VARIANT& made) {
+  Owned held;  // the object's own code may give the variable another value
+  VariantCopy(&held.value, &variable);
+  const VARIANT& source = held.value;
   if (request.vt == VT_DISPATCH || request.vt == VT_UNKNOWN) {
     if (source.punkVal == nullptr) return S_OK;
     const IID& iid = request.vt == VT_DISPATCH ? IID_IDispatch : IID_IUnknown;
@@ -316,11 +320,9 @@ HRESULT convert_object(const VARIANT& source, const Request& request, int object
   }
   Owned value;
   DISPPARAMS none{};
-  IDispatch* const object = source.pdispVal;
-  object->AddRef();  // its getter may give the variable another value
-  const HRESULT hr = object->Invoke(DISPID_VALUE, IID_NULL, request.lcid, DISPATCH_PROPERTYGET,
-                                    &none, &value.value, nullptr, nullptr);
-  object->Release();
+  const HRESULT hr =
+      source.pdispVal->Invoke(DISPID_VALUE, IID_NULL, request.lcid, DISPATCH_PROPERTYGET, &none,
+                              &value.value, nullptr, nullptr);
   return FAILED(hr) ? hr : convert(value.value, request, objects + 1, made);
 }
 
