@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <tuple>
 #include <type_traits>
+#include <utility>
 
 #include "component/class_list.hpp"
 #include "component/exports.hpp"
@@ -270,7 +271,9 @@ void use_nothing_of(IDispatch* object, const automation::ClassInfo& info) {
 }  // namespace
 
 void World::system_call(Bytes head, const Operation&) {
+  const bool before = std::exchange(in_system_, true);
   with_refusals([&] { call_system(head); });
+  in_system_ = before;
 }
 
 void World::call_system(Bytes& head) {

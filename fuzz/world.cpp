@@ -161,8 +161,8 @@ void World::run(const Operation& operation) {
     case 4:
       use_object(head);
       break;
-    case 5:
-      system_call(head, operation);
+    case 5:  // which runs in the state that it is called in, and so here in the usual one
+      if (control_ == kUsualControl) system_call(head, operation);
       break;
     case 6:
       ask(head, operation);
@@ -283,7 +283,8 @@ void World::set_host_state(Bytes head) {
     last.v.vt = VT_BSTR;
     VqLastMessage(what & 64, &last.v.bstrVal);
   }
-  if ((what & 4) != 0 && !keeps_control_) control_ = head.raw<std::uint16_t>() & kControlBits;
+  if ((what & 4) != 0 && !keeps_control_ && !in_system_)
+    control_ = head.raw<std::uint16_t>() & kControlBits;
   if ((what & 128) != 0) refusal_ = head.byte();
 }
 

@@ -94,6 +94,7 @@ class World {
   std::deque<Event> events_;
   std::uint32_t control_ = kUsualControl;
   bool in_library_ = false;
+  bool in_system_ = false;  // in a call of the system itself
   std::FILE* const standard_error_ = stderr;
   bool wrote_log_ = false;
   bool own_companions_ = false;
