@@ -315,9 +315,10 @@ void World::prepare_file(Bytes head, const Operation& operation) {
 void World::replace_companions(Bytes head) {
   const std::uint8_t which = head.byte();
   const std::uint8_t way = head.byte() % 7;
-  if (way == 4 && control_ != kUsualControl) return;  // built-in ones want the usual state
+  const bool asks_built_in = way == 4 || way == 6;
+  if (asks_built_in && control_ != kUsualControl) return;  // they want the usual state
   own_companions_ = true;
-  keeps_control_ = keeps_control_ || way == 4;
+  keeps_control_ = keeps_control_ || asks_built_in;
   const CompanionMakers built_in = built_in_makers();
   CompanionMakers& makers = companion_makers();
   if (way == 6) {
