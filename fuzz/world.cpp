@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -323,7 +324,7 @@ void World::replace_companions(Bytes head) {
   CompanionMakers& makers = companion_makers();
   if (way == 6) {
     Odd::what = head.byte();
-    Odd::other = std::clamp(number(head), -2147483648.0, 70000.0);
+    Odd::other = std::fmin(std::fmax(number(head), -2147483648.0), 70000.0);  // never NaN
   }
   if ((which & 1) != 0)
     makers.CommonMaths = maker<passed_on::CommonMaths>(way, built_in.CommonMaths);
