@@ -9,17 +9,14 @@
 # "package: C checks, F failures"; exit status 1 on any failure.
 set -u
 
+here=$(cd "$(dirname "$0")" && pwd)
 zip=$(realpath "${1:?usage: package.sh ZIP WORK_FOLDER}")
 work=$(realpath -m "${2:?usage: package.sh ZIP WORK_FOLDER}")
 rm -rf "$work"
 mkdir -p "$work/Größe 1" && cd "$work" || exit 2
 
-export WINEPREFIX=$work/prefix WINEARCH=win64 WINEDEBUG=-all LC_ALL=C.UTF-8
-export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe,winedbg.exe="
-unset DISPLAY WAYLAND_DISPLAY
-wine=/usr/lib/wine/wine64
-[ -x "$wine" ] || wine=$(command -v wine64 || command -v wine) || wine=wine
-export WINELOADER=$wine
+export WINEPREFIX=$work/prefix LC_ALL=C.UTF-8
+. "$here/wine.sh"
 
 checks=0
 failures=0
@@ -38,10 +35,7 @@ check() {  # NAME COMMAND...
 
 python3 -m zipfile -e "$zip" "$work/Größe 1"
 folder=$(echo "$work/Größe 1"/vqmath63-*-windows)
-"$wine" wineboot -i >/dev/null 2>&1
-timeout 60 wineserver -w 2>/dev/null  # the server that lasts starts when this one has ended
-wineserver -p60 2>/dev/null
-trap 'wineserver -k 2>/dev/null' EXIT
+start_wine
 
 in_folder() { (cd "$folder" && timeout 300 "$wine" "$@"); }
 # What the system knows of classes, of the machine's and of the user's.

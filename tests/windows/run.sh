@@ -27,10 +27,8 @@ work=$build/wine
 data=$(realpath "$here/../data")
 host_tests=${2:-$build/../release/tests/test_host}
 
-export WINEPREFIX=$work/prefix WINEARCH=win64 WINEDEBUG=-all LC_ALL=C
-# No Mono, no browser, no menus, no crash dialogs, no display.
-export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe,winedbg.exe="
-unset DISPLAY WAYLAND_DISPLAY
+export WINEPREFIX=$work/prefix LC_ALL=C
+. "$here/wine.sh"
 # Where Wine for 32-bit programs is installed too, the plain name starts 32-bit script hosts; those
 # of each kind have a folder of their own.
 system='C:\windows\system32'
@@ -42,9 +40,6 @@ if head -c 1024 "$component" | grep -aqP 'PE\x00\x00\x4C\x01'; then
   fi
 fi
 [ "$only_ask" = no ] || exit 0
-wine=/usr/lib/wine/wine64
-[ -x "$wine" ] || wine=$(command -v wine64 || command -v wine) || wine=wine
-export WINELOADER=$wine
 
 mkdir -p "$work/run"
 cd "$work/run" || exit 2
@@ -143,13 +138,7 @@ expect() {  # ok|refused NAME COMMAND...
   fi
 }
 
-if [ ! -e "$WINEPREFIX/system.reg" ]; then
-  "$wine" wineboot -i >output.txt 2>&1 || { cat output.txt; echo "Wine cannot make its prefix"; exit 1; }
-  timeout 60 wineserver -w 2>/dev/null  # the server that lasts starts when this one has ended
-fi
-# One server for all programs, ended in any case.
-wineserver -p60 2>/dev/null
-trap 'wineserver -k 2>/dev/null' EXIT
+start_wine
 
 dll=$(windows_path "$component")
 calls=$(windows_path "$data/calls.tsv")
