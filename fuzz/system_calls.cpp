@@ -102,7 +102,8 @@ void use_array(Bytes& head, HostVariable& variable, HostVariable& other) {
       break;
     }
     default:
-      if (SafeArrayUnlock(array) == S_OK) SafeArrayLock(array);
+      // The host may have put a count of locks there to which none can be added.
+      if (SafeArrayUnlock(array) == S_OK && SafeArrayLock(array) != S_OK) ++array->cLocks;
   }
 }
 
