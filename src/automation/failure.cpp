@@ -101,6 +101,12 @@ Reference<IErrorInfo> take_failure() noexcept {
   return error;
 }
 
+void give_failure(const Reference<IErrorInfo>& error) noexcept {
+  if (!error) return;
+  SetErrorInfo(0, error.get());
+  note_failure(true);
+}
+
 void forget_failure_of_thread() noexcept {
   if (!has_set_failure) return;
   note_failure(false);

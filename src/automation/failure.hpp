@@ -52,6 +52,9 @@ HRESULT refuse_null_result(const ClassInfo& info, const char* member) noexcept;
 /// Takes this thread's error info away; empty when there is none.
 Reference<IErrorInfo> take_failure() noexcept;
 
+/// Makes that one this thread's error info again; null changes nothing.
+void give_failure(const Reference<IErrorInfo>& error) noexcept;
+
 /// How many threads have set an error info that no host has taken. Good calls look here first: a
 /// thread's own storage costs more.
 inline std::atomic<int> failing_threads{0};

@@ -144,16 +144,25 @@ class LateArguments {
   alignas(kAlignment) std::byte storage_[kMostArguments * kSize];
 };
 
-// Moves this thread's error info into the exception record of the call.
-HRESULT as_exception(HRESULT failed, EXCEPINFO* exception) noexcept {
-  if (exception == nullptr) return DISP_E_EXCEPTION;  // the error info stays for the host to read
+// Puts what is told of a failure into the exception record of the call.
+HRESULT as_exception(HRESULT failed, EXCEPINFO* exception,
+                     const Reference<IErrorInfo>& error) noexcept {
+  if (exception == nullptr) {  // the host reads it from the error info
+    give_failure(error);
+    return DISP_E_EXCEPTION;
+  }
   *exception = EXCEPINFO{};
   exception->scode = failed;
-  if (const Reference<IErrorInfo> error = take_failure()) {
+  if (error) {
     error->GetSource(&exception->bstrSource);
     error->GetDescription(&exception->bstrDescription);
   }
   return DISP_E_EXCEPTION;
+}
+
+// The same of what this thread's error info tells.
+HRESULT as_exception(HRESULT failed, EXCEPINFO* exception) noexcept {
+  return as_exception(failed, exception, take_failure());
 }
 
 // The call itself; `answer` stays empty unless it did well.
@@ -182,16 +191,17 @@ HRESULT call_by_name(const ClassInfo& info, void* self, DISPID dispid, LCID loca
   const Slots slots = *static_cast<const Slots*>(self);
   const HRESULT called =
       member->late_call(self, slots[kInherited + place], arguments.places(), &answer.llVal);
+  // The host's code that takes the values may call here again and change the thread's error info.
+  const Reference<IErrorInfo> error = FAILED(called) ? take_failure() : Reference<IErrorInfo>();
   // A failed call has written some by-reference values too: they are the host's to see.
   std::size_t failed = 0;
   HRESULT outcome = arguments.hand_back(SUCCEEDED(called), failed);
   if (SUCCEEDED(called)) answer.vt = member->result.vt;
   if (SUCCEEDED(called) && SUCCEEDED(outcome)) return S_OK;
   clear(answer);
-  outcome = FAILED(called)
-                ? called
-                : fail_to_hand_back(info, member->name, member->arguments[failed].name, outcome);
-  return as_exception(outcome, exception);
+  if (FAILED(called)) return as_exception(called, exception, error);
+  return as_exception(
+      fail_to_hand_back(info, member->name, member->arguments[failed].name, outcome), exception);
 }
 
 }  // namespace
