@@ -241,6 +241,40 @@ TEST_F(ScriptObjectsTest, an_array_that_an_object_changes_at_its_end_is_not_writ
   }
 }
 
+// A box takes the text that the failed call wrote; its code calls the component again meanwhile.
+TEST_F(ScriptObjectsTest, a_failed_call_is_told_whatever_is_called_while_it_hands_back) {
+  void (*const calls[])(ISample*) = {
+      [](ISample*) {},
+      [](ISample* sample) {
+        double half = 0.0;
+        EXPECT_EQ(sample->Quotient(1, 2, &half), S_OK);
+      },
+      [](ISample* sample) {
+        float none = 0.0F;
+        BSTR where = nullptr;
+        EXPECT_EQ(sample->Fail(9, &where, &none), error_code(9));
+        SysFreeString(where);
+      },
+      [](ISample* sample) {
+        EXPECT_EQ(call(sample, u"Fail", {i4(9).v, r8(0).v}).scode, error_code(9));
+      }};
+  for (void (*const again)(ISample*) : calls) {
+    const Value box = script_box(text(u""));
+    object_of(box).work = [&] { again(object); };
+    const Answer answer = call(object, u"Fail", {i4(6).v, box.v});
+    EXPECT_EQ(answer.scode, error_code(6));
+    EXPECT_EQ(ascii(answer.words), "Overflow");
+    EXPECT_EQ(ascii(answer.source), "vq140Analyse.ztSample");
+    EXPECT_EQ(shown(object_of(box).value.v), shown(text(u"reached").v));
+    // A host that asks for no exception record reads the error info.
+    VARIANT sent[] = {box.v, i4(6).v};
+    DISPPARAMS params{sent, nullptr, 2, 0};
+    EXPECT_EQ(object->Invoke(23, IID_NULL, 0, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr),
+              DISP_E_EXCEPTION);
+    EXPECT_EQ(ascii(error_words()), "Overflow");
+  }
+}
+
 TEST_F(ScriptObjectsTest, boxes_carry_scalars_by_reference) {
   const struct {
     const char16_t* member;
