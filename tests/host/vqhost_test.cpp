@@ -153,6 +153,23 @@ TEST_F(Vqhost, SeenObliquelyEveryPointIsAnsweredRightly) {
   }
 }
 
+// Only a terminal is told how far a long file has been read, and keeps nothing of it.
+TEST_F(Vqhost, TellsATerminalHowFarItHasRead) {
+  if (std::getenv("VQHOST") != nullptr) GTEST_SKIP() << "needs the terminal of this system";
+  std::string rows = "day,oil\n";
+  for (int i = 0; i < 600'000; ++i) rows += std::to_string(40000 + i) + ",1.5\n";
+  write("long.csv", rows);
+  const std::string terminal = "on_terminal() { script -qec \"$*\" /dev/null; }; on_terminal";
+  for (const std::string command : {"statistics long.csv",
+                                    "accumulate long.csv --date-format serial --stamp begin "
+                                    "--period year -o out.csv"}) {
+    EXPECT_EQ(run(command).err.find("reading"), std::string::npos) << command;
+    const std::string shown = run(command, terminal).out;
+    expect_in_order(shown, {"\rreading long.csv: ", " %, ", " rows\r\033[K"}, command.c_str());
+    EXPECT_EQ(shown.find("reading", shown.find("\033[K")), std::string::npos) << command;
+  }
+}
+
 TEST_F(Vqhost, FindsCrossingsOnAMap) {
   write("far.csv", kFar);
   // Beside millions, y = 25.125 is kept: the top there is at 11.005.
