@@ -144,30 +144,33 @@ class LateArguments {
   alignas(kAlignment) std::byte storage_[kMostArguments * kSize];
 };
 
-// Puts what is told of a failure into the exception record of the call.
-HRESULT as_exception(HRESULT failed, EXCEPINFO* exception,
-                     const Reference<IErrorInfo>& error) noexcept {
-  if (exception == nullptr) {  // the host reads it from the error info
-    give_failure(error);
-    return DISP_E_EXCEPTION;
-  }
-  *exception = EXCEPINFO{};
-  exception->scode = failed;
-  if (error) {
-    error->GetSource(&exception->bstrSource);
-    error->GetDescription(&exception->bstrDescription);
-  }
+// What is told of a call that failed. Kept here, not in the thread's error info, until the
+// arguments are gone: code of the host that takes a value or lets an object go may call here again.
+struct Failure {
+  HRESULT code = S_OK;
+  Reference<IErrorInfo> error;
+};
+
+// Takes the thread's error info as that of a call with this result.
+HRESULT note(HRESULT failed, Failure& failure) noexcept {
+  failure = {failed, take_failure()};
   return DISP_E_EXCEPTION;
 }
 
-// The same of what this thread's error info tells.
-HRESULT as_exception(HRESULT failed, EXCEPINFO* exception) noexcept {
-  return as_exception(failed, exception, take_failure());
+// Puts it into the exception record of the call.
+void tell(const Failure& failure, EXCEPINFO* exception) noexcept {
+  if (exception == nullptr) return give_failure(failure.error);  // the host reads it there
+  *exception = EXCEPINFO{};
+  exception->scode = failure.code;
+  if (!failure.error) return;
+  failure.error->GetSource(&exception->bstrSource);
+  failure.error->GetDescription(&exception->bstrDescription);
 }
 
-// The call itself; `answer` stays empty unless it did well.
+// The call itself; `answer` stays empty unless it did well, `failure` unless the outcome is
+// DISP_E_EXCEPTION.
 HRESULT call_by_name(const ClassInfo& info, void* self, DISPID dispid, LCID locale, WORD flags,
-                     DISPPARAMS& params, Variant& answer, EXCEPINFO* exception,
+                     DISPPARAMS& params, Variant& answer, Failure& failure,
                      UINT* bad_argument) noexcept {
   std::size_t place = 0;
   const MemberInfo* member = find_member(info, dispid, flags, &place);
@@ -183,7 +186,7 @@ HRESULT call_by_name(const ClassInfo& info, void* self, DISPID dispid, LCID loca
       arguments.add({member->name, member->arguments[i], binding.given[i], locale});
     }
   } catch (...) {
-    return as_exception(failure_in_flight(info), exception);
+    return note(failure_in_flight(info), failure);
   }
 
   constexpr std::size_t kInherited = 7;  // IUnknown and IDispatch
@@ -191,17 +194,16 @@ HRESULT call_by_name(const ClassInfo& info, void* self, DISPID dispid, LCID loca
   const Slots slots = *static_cast<const Slots*>(self);
   const HRESULT called =
       member->late_call(self, slots[kInherited + place], arguments.places(), &answer.llVal);
-  // The host's code that takes the values may call here again and change the thread's error info.
-  const Reference<IErrorInfo> error = FAILED(called) ? take_failure() : Reference<IErrorInfo>();
+  if (FAILED(called)) note(called, failure);
   // A failed call has written some by-reference values too: they are the host's to see.
   std::size_t failed = 0;
-  HRESULT outcome = arguments.hand_back(SUCCEEDED(called), failed);
+  const HRESULT outcome = arguments.hand_back(SUCCEEDED(called), failed);
   if (SUCCEEDED(called)) answer.vt = member->result.vt;
   if (SUCCEEDED(called) && SUCCEEDED(outcome)) return S_OK;
   clear(answer);
-  if (FAILED(called)) return as_exception(called, exception, error);
-  return as_exception(
-      fail_to_hand_back(info, member->name, member->arguments[failed].name, outcome), exception);
+  if (FAILED(called)) return DISP_E_EXCEPTION;
+  return note(fail_to_hand_back(info, member->name, member->arguments[failed].name, outcome),
+              failure);
 }
 
 }  // namespace
@@ -252,8 +254,10 @@ HRESULT invoke(const ClassInfo& info, void* self, DISPID dispid, LCID locale, WO
   const CallScope scope;  // conversions are arithmetic too
   if (params == nullptr) return E_INVALIDARG;
   Variant answer;
+  Failure failure;
   const HRESULT outcome =
-      call_by_name(info, self, dispid, locale, flags, *params, answer, exception, bad_argument);
+      call_by_name(info, self, dispid, locale, flags, *params, answer, failure, bad_argument);
+  if (outcome == DISP_E_EXCEPTION) tell(failure, exception);
   // Only now: the host may take the result into the variable that an argument stands for.
   if (result != nullptr) *result = answer.release();
   return outcome;

@@ -31,6 +31,7 @@ class ScriptObjectOf : public IDispatch {
   HRESULT failure = S_OK;                      ///< of whatever it is asked
   std::function<void()> work;                  ///< runs in every call
   std::function<void()> asked;                 ///< runs when a name is looked up
+  std::function<void()> released;              ///< runs when a reference is given back
 
   ScriptObjectOf() { ++alive; }
   virtual ~ScriptObjectOf() { --alive; }
@@ -49,6 +50,7 @@ class ScriptObjectOf : public IDispatch {
   }
   ULONG VQ_API AddRef() override { return ++references_; }
   ULONG VQ_API Release() override {
+    if (released) released();
     const ULONG left = --references_;
     if (left == 0) delete this;
     return left;
