@@ -242,9 +242,9 @@ IDispatch* World::object(std::size_t type) {
     const automation::ClassInfo& info = *component::classes()[type];
     void* made = nullptr;
     const HRESULT code = as_host([&] { return info.create(info.iid, &made); });
-    require(
-        SUCCEEDED(code) ? made != nullptr : made == nullptr && (own_companions_ || refusal_ != 0),
-        "an object cannot be made");
+    require(SUCCEEDED(code) ? made != nullptr
+                            : made == nullptr && (own_companions_ || is_short_of_memory()),
+            "an object cannot be made");
     IDispatch* const old = std::exchange(object, static_cast<IDispatch*>(made));
     if (old != nullptr) old->Release();  // made meanwhile, while the host was called back
   }
@@ -289,7 +289,10 @@ void World::set_host_state(Bytes head) {
   }
   if ((what & 4) != 0 && !keeps_control_ && !in_system_)
     control_ = head.raw<std::uint16_t>() & kControlBits;
-  if ((what & 128) != 0) refusal_ = head.byte();
+  if ((what & 128) == 0) return;
+  refusal_ = head.byte();
+  // Calls that wait for this one may have been refused memory already.
+  short_of_memory_ = refusal_ != 0 || (short_of_memory_ && depth_ > 1);
 }
 
 /// Where a log is to go: a file that ends within a line or with it, a folder or a pipe; and who

@@ -48,7 +48,7 @@ class World {
 
   /// Whether a request for memory is to be refused: of the library, by plan or for its size.
   bool refuses_memory(std::size_t size) noexcept;
-  bool is_short_of_memory() const { return refusal_ != 0; }
+  bool is_short_of_memory() const { return short_of_memory_; }
 
   /// An object of a class; null where the host's own companions keep it from being made.
   IDispatch* object(std::size_t type);
@@ -101,6 +101,7 @@ class World {
   bool keeps_control_ = false;  // companions work in the host's state
   std::uint8_t refusal_ = 0;    // which request of a call, from 1 on; from 128 on all after it too
   int requests_left_ = 0;
+  bool short_of_memory_ = false;  // a call that is not over may meet refused requests
   unsigned moments_ = 0;
   int depth_ = 0;
 };
