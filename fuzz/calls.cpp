@@ -87,6 +87,16 @@ bool has(const std::string& chunk, std::uint8_t flag) {
   return !chunk.empty() && (static_cast<std::uint8_t>(chunk[0]) & flag) != 0;
 }
 
+// This thread's error info, as the host reads it.
+void take_error_info(HostVariable& source, HostVariable& words) {
+  IErrorInfo* info = nullptr;
+  if (GetErrorInfo(0, &info) != S_OK) return;
+  source.v.vt = words.v.vt = VT_BSTR;
+  info->GetSource(&source.v.bstrVal);
+  info->GetDescription(&words.v.bstrVal);
+  info->Release();
+}
+
 }  // namespace
 
 void World::prepare(Bytes& bytes, const ValueType& wanted, Argument& argument) {
@@ -159,14 +169,8 @@ HRESULT World::call_by_vtable(const MemberInfo& member, std::size_t slot, Frame&
     require(!no_result || member.result.vt == VT_EMPTY, "a result without a place");
     check_result(member, result.v);
   } else {
-    IErrorInfo* info = nullptr;
     HostVariable source, words;
-    if (GetErrorInfo(0, &info) == S_OK) {
-      source.v.vt = words.v.vt = VT_BSTR;
-      info->GetSource(&source.v.bstrVal);
-      info->GetDescription(&words.v.bstrVal);
-      info->Release();
-    }
+    take_error_info(source, words);
     check_failure(*component::classes()[frame.type], code, source.v.bstrVal, words.v.bstrVal);
     require(result.v.llVal == 0, "a failed call has a result");
   }
@@ -276,10 +280,14 @@ HRESULT World::call_by_name(const ClassInfo& info, const MemberInfo& member, Fra
     result.v = {};
     require(code == E_INVALIDARG, "the result was left alone");
   }
-  if (code == DISP_E_EXCEPTION && (style & 64) == 0) {
+  const bool recorded = code == DISP_E_EXCEPTION && (style & 64) == 0;
+  require(recorded || exception.scode == S_OK, "an exception without need");
+  if (code == DISP_E_EXCEPTION && !recorded) {  // the code is not told, the words are
+    take_error_info(source, words);
+    exception.scode = static_cast<HRESULT>(0x800A0005);
+  }
+  if (code == DISP_E_EXCEPTION) {
     check_failure(info, exception.scode, source.v.bstrVal, words.v.bstrVal);
-  } else {
-    require(exception.scode == S_OK, "an exception without need");
   }
   if (FAILED(code)) {
     require(result.v.vt == VT_EMPTY, "a failed call has a result");
