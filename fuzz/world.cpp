@@ -237,18 +237,17 @@ void World::line(const std::u16string& text, bool is_close_down) {
 }
 
 IDispatch* World::object(std::size_t type) {
-  IDispatch*& object = objects_[type];
-  if (object == nullptr) {
-    const automation::ClassInfo& info = *component::classes()[type];
-    void* made = nullptr;
-    const HRESULT code = as_host([&] { return info.create(info.iid, &made); });
-    require(SUCCEEDED(code) ? made != nullptr
-                            : made == nullptr && (own_companions_ || is_short_of_memory()),
-            "an object cannot be made");
-    IDispatch* const old = std::exchange(object, static_cast<IDispatch*>(made));
-    if (old != nullptr) old->Release();  // made meanwhile, while the host was called back
-  }
-  return object;
+  if (objects_[type] != nullptr) return objects_[type];
+  const automation::ClassInfo& info = *component::classes()[type];
+  void* made = nullptr;
+  const HRESULT code = as_host([&] { return info.create(info.iid, &made); });
+  require(SUCCEEDED(code) ? made != nullptr
+                          : made == nullptr && (own_companions_ || is_short_of_memory()),
+          "an object cannot be made");
+  // The host was called back meanwhile: it may have made one too, or let go of its place.
+  IDispatch* const old = std::exchange(objects_[type], static_cast<IDispatch*>(made));
+  if (old != nullptr) old->Release();
+  return objects_[type];
 }
 
 void World::set_callback(bool on) {
